@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+/// Where files lie: the one place that joins and looks up paths.
+
+/// folder & separator & name, with the platform's separator. A separator that the folder already
+/// ends with is not doubled; "/" inside `name` becomes the platform's separator.
+QString JoinPath(const QString &folder, const QString &name);
+
+/// The folder of the running program's file, without a separator at its end.
+QString ProgramFolder();
+
+/// The existing file or folder `relative` under `root`, whatever the case of its letters:
+/// accounting installations mix "Home" and "home". Empty when there is none. An entry with the
+/// very letters wins over one that differs in case.
+QString FindIgnoringCase(const QString &root, const QString &relative);
+
+/// The first `most` bytes of a file.
+/// Errors: clsRunTimeError 53 when it is missing, 75 when it cannot be read; both name it.
+QByteArray ReadFileHead(const QString &path, qint64 most);

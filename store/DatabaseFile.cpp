@@ -1,0 +1,495 @@
+#include "store/DatabaseFile.h"
+
+#include "platform/clsRunTimeError.h"
+#include "platform/DurableFiles.h"
+#include "store/FieldText.h"
+#include "store/StoreErrors.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <sqlite3.h>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How long a write waits for another program's before it gives up. Longer, and the window would
+/// seem to hang.
+constexpr int BusyTimeoutMilliseconds = 250;
+constexpr int HeaderBytes = 100;
+constexpr int ApplicationIdOffset = 68;
+
+constexpr QFile::Permissions AnyRead = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+constexpr QFile::Permissions AnyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
+
+std::string Quoted(const QString &identifier)
+{
+    return ('"' + QString(identifier).replace(u'"', u"\"\""_s).toStdString() + '"');
+}
+
+QString JournalName(const QString &fileName)
+{
+    return fileName + u"-journal"_s;
+}
+
+QString UnfinishedName(const QString &fileName)
+{
+    return fileName + u".new"_s;
+}
+
+QString SqlType(FieldType type)
+{
+    return type == FieldType::Currency ? u"INTEGER"_s : u"TEXT"_s;
+}
+
+/// Looks at the file without SQLite, which would already recover or lock a database that is
+/// somebody else's.
+void CheckHeader(const QString &fileName, quint32 creator)
+{
+    const QFileInfo info(fileName);
+    if (info.isDir())
+        RaiseStoreError(StoreErrors::NotADatabase, u"The database is a folder: "_s + fileName);
+    if (!(info.permissions() & AnyRead))
+        RaiseStoreError(StoreErrors::Unreadable, u"The database cannot be read: "_s + fileName);
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        RaiseStoreError(StoreErrors::Unreadable,
+            u"The database cannot be read: "_s + fileName + u" ("_s + file.errorString() + u")"_s);
+    const QByteArray header = file.read(HeaderBytes);
+    if (!header.startsWith(QByteArrayView("SQLite format 3\0", 16)))
+        RaiseStoreError(StoreErrors::NotADatabase, u"The file is not a database: "_s + fileName);
+    if (header.size() < HeaderBytes)
+        RaiseStoreError(StoreErrors::Damaged, u"The database is truncated: "_s + fileName);
+    quint32 applicationId = 0;
+    for (int i = 0; i < 4; ++i)
+        applicationId = applicationId << 8 | static_cast<quint8>(header[ApplicationIdOffset + i]);
+    if (applicationId != creator)
+        RaiseStoreError(
+            StoreErrors::ForeignCreator, u"The database belongs to another program: "_s + fileName);
+    if (!(info.permissions() & AnyWrite) || !info.isWritable())
+        RaiseStoreError(StoreErrors::ReadOnly, u"The database is read-only: "_s + fileName);
+}
+
+void RemoveLeftover(const QString &fileName)
+{
+    if (QFile::exists(fileName) && !QFile::remove(fileName))
+        RaiseStoreError(StoreErrors::WriteFailed, u"A leftover cannot be removed: "_s + fileName);
+}
+
+} // namespace
+
+/// A prepared statement that ends with its scope.
+class DatabaseFile::Statement
+{
+public:
+    Statement(const DatabaseFile &file, const std::string &sql)
+        : m_file(file)
+    {
+        file.Check(sqlite3_prepare_v2(
+            file.m_database, sql.data(), static_cast<int>(sql.size()), &m_statement, nullptr));
+    }
+    ~Statement() { sqlite3_finalize(m_statement); }
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    void Bind(int parameter, qint64 value)
+    {
+        m_file.Check(sqlite3_bind_int64(m_statement, parameter, value));
+    }
+    void Bind(int parameter, std::string_view text)
+    {
+        m_file.Check(sqlite3_bind_text64(
+            m_statement, parameter, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+    }
+    bool Step()
+    {
+        const int result = sqlite3_step(m_statement);
+        if (result != SQLITE_ROW && result != SQLITE_DONE)
+            m_file.RaiseSqlite(result);
+        return result == SQLITE_ROW;
+    }
+    /// Ready for other values. What the last step reported is not reported again.
+    void Reset() { sqlite3_reset(m_statement); }
+    qint64 Number(int column) const { return sqlite3_column_int64(m_statement, column); }
+    std::string_view Text(int column) const
+    {
+        const unsigned char *text = sqlite3_column_text(m_statement, column);
+        const int bytes = sqlite3_column_bytes(m_statement, column);
+        return text == nullptr
+            ? std::string_view()
+            : std::string_view(static_cast<const char *>(static_cast<const void *>(text)),
+                static_cast<size_t>(bytes));
+    }
+    QString String(int column) const
+    {
+        const std::string_view text = Text(column);
+        return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    }
+
+private:
+    const DatabaseFile &m_file;
+    sqlite3_stmt *m_statement = nullptr;
+};
+
+DatabaseFile::DatabaseFile(const QString &fileName, const QString &openName)
+    : m_fileName(fileName)
+    , m_openName(openName)
+{
+}
+
+DatabaseFile::~DatabaseFile()
+{
+    m_insert.reset();
+    sqlite3_close(m_database);
+    if (m_openName != m_fileName) {
+        QFile::remove(m_openName);
+        QFile::remove(JournalName(m_openName));
+    }
+}
+
+std::unique_ptr<DatabaseFile> DatabaseFile::Open(const QString &fileName, quint32 creator)
+{
+    if (!QFileInfo::exists(fileName))
+        return nullptr;
+    CheckHeader(fileName, creator);
+    std::unique_ptr<DatabaseFile> file(new DatabaseFile(fileName, fileName));
+    file->Connect(SQLITE_OPEN_READWRITE);
+    file->LoadDefinition();
+    return file;
+}
+
+std::unique_ptr<DatabaseFile> DatabaseFile::Create(
+    const QString &fileName, quint32 type, quint32 creator)
+{
+    if (QFileInfo::exists(fileName))
+        RaiseStoreError(StoreErrors::AlreadyExists, u"The database exists already: "_s + fileName);
+    const QString unfinished = UnfinishedName(fileName);
+    RemoveLeftover(unfinished);
+    RemoveLeftover(JournalName(unfinished));
+
+    std::unique_ptr<DatabaseFile> file(new DatabaseFile(fileName, unfinished));
+    file->m_type = type;
+    file->Connect(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    file->Execute("PRAGMA application_id = " + std::to_string(static_cast<qint32>(creator)));
+    return file;
+}
+
+void DatabaseFile::Connect(int flags)
+{
+    const int result = sqlite3_open_v2(m_openName.toUtf8().constData(), &m_database,
+        flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    Check(result);
+    sqlite3_busy_timeout(m_database, BusyTimeoutMilliseconds);
+    // SQLite's own advice for files that somebody else may have prepared.
+    sqlite3_db_config(m_database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(m_database, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(m_database, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    Execute("PRAGMA cell_size_check = ON");
+    Execute("PRAGMA journal_mode = DELETE");
+    // EXTRA also puts the journal's removal on the disk, which is the moment of the commit.
+    Execute("PRAGMA synchronous = EXTRA");
+}
+
+void DatabaseFile::LoadDefinition()
+{
+    const QString unknown = u"The database does not say what it holds: "_s + m_fileName;
+    Statement columns(*this,
+        "SELECT count(*) FROM pragma_table_info('Record_Store') WHERE name IN "
+        "('Type_Code', 'Table_Name', 'Schema_Text', 'Note')");
+    if (!columns.Step() || columns.Number(0) != 4)
+        RaiseStoreError(StoreErrors::Damaged, unknown);
+    Statement statement(*this, "SELECT Type_Code, Table_Name, Schema_Text FROM Record_Store");
+    if (!statement.Step())
+        RaiseStoreError(StoreErrors::Damaged, unknown);
+    m_type = static_cast<quint32>(statement.Number(0));
+    m_tableName = statement.String(1);
+    try {
+        m_schema = ParseSchema(statement.String(2));
+    } catch (const clsRunTimeError &) {
+        RaiseStoreError(StoreErrors::Damaged, unknown);
+    }
+    m_quotedTable = Quoted(m_tableName);
+    CheckColumns();
+}
+
+void DatabaseFile::CheckColumns()
+{
+    for (const SchemaField &field : m_schema) {
+        Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
+        statement.Bind(1, m_tableName.toStdString());
+        statement.Bind(2, field.Name.toStdString());
+        if (!statement.Step() || statement.String(0) != SqlType(field.Type))
+            RaiseStoreError(StoreErrors::Damaged,
+                u"The column "_s + field.Name
+                    + u" of the database is not as it was "_s
+                      u"created: "_s
+                    + m_fileName);
+    }
+}
+
+void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
+{
+    if (HasTable())
+        RaiseStoreError(
+            StoreErrors::AlreadyExists, u"The database has its table already: "_s + m_fileName);
+    Schema schema = ParseSchema(schemaText);
+
+    std::string columns;
+    for (const SchemaField &field : schema) {
+        columns += columns.empty() ? "" : ", ";
+        columns += Quoted(field.Name) + ' ' + SqlType(field.Type).toStdString()
+            + " NOT NULL DEFAULT " + (field.Type == FieldType::Currency ? "0" : "''");
+    }
+    Begin();
+    Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
+            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
+    Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
+    Statement statement(*this,
+        "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "
+        "VALUES (?1, ?2, ?3)");
+    statement.Bind(1, static_cast<qint64>(m_type));
+    statement.Bind(2, name.toStdString());
+    statement.Bind(3, schemaText.toStdString());
+    statement.Step();
+    Commit();
+
+    Check(sqlite3_close_v2(m_database));
+    m_database = nullptr;
+    // A journal that outlived its database would be played back into this one.
+    RemoveLeftover(JournalName(m_fileName));
+    if (!MoveToNewName(m_openName, m_fileName))
+        RaiseStoreError(
+            StoreErrors::AlreadyExists, u"The database exists already: "_s + m_fileName);
+    m_openName = m_fileName;
+    Connect(SQLITE_OPEN_READWRITE);
+    LoadDefinition();
+}
+
+void DatabaseFile::ReadRows(const std::function<void(const RowSource &)> &row)
+{
+    struct Source final : RowSource
+    {
+        const DatabaseFile &File;
+        Statement &Current;
+
+        Source(const DatabaseFile &file, Statement &current)
+            : File(file)
+            , Current(current)
+        {
+        }
+        qint64 RowId() const override { return Current.Number(0); }
+        std::string_view Text(int field) const override { return Current.Text(field + 1); }
+        qint64 Number(int field) const override
+        {
+            const SchemaField &definition = File.m_schema[static_cast<size_t>(field)];
+            if (definition.Type == FieldType::Currency)
+                return Current.Number(field + 1);
+            const std::optional<qint64> seconds = SecondsFromText(Current.Text(field + 1));
+            if (!seconds)
+                RaiseStoreError(StoreErrors::BadRecord,
+                    u"The field "_s + definition.Name + u" of record "_s + QString::number(RowId())
+                        + u" holds no date (\""_s + Current.String(field + 1).left(40) + u"\"): "_s
+                        + File.m_fileName);
+            return *seconds;
+        }
+    };
+    Statement statement(
+        *this, "SELECT rowid, " + ColumnNames() + " FROM " + m_quotedTable + " ORDER BY rowid");
+    const Source source(*this, statement);
+    while (statement.Step())
+        row(source);
+}
+
+StoredRow DatabaseFile::ReadRow(qint64 rowId)
+{
+    Statement statement(
+        *this, "SELECT " + ColumnNames() + " FROM " + m_quotedTable + " WHERE rowid = ?1");
+    statement.Bind(1, rowId);
+    if (!statement.Step())
+        return {};
+    StoredRow row;
+    for (int i = 0; i < static_cast<int>(m_schema.size()); ++i) {
+        switch (m_schema[static_cast<size_t>(i)].Type) {
+        case FieldType::String:
+            row.emplace_back(std::string(statement.Text(i)));
+            break;
+        case FieldType::Date:
+            row.emplace_back(SecondsFromText(statement.Text(i)).value_or(NoDate));
+            break;
+        case FieldType::Currency:
+            row.emplace_back(statement.Number(i));
+            break;
+        }
+    }
+    return row;
+}
+
+qint64 DatabaseFile::RowCount()
+{
+    Statement statement(*this, "SELECT count(*) FROM " + m_quotedTable);
+    statement.Step();
+    return statement.Number(0);
+}
+
+qint64 DatabaseFile::DataVersion()
+{
+    Statement statement(*this, "PRAGMA data_version");
+    statement.Step();
+    return statement.Number(0);
+}
+
+void DatabaseFile::Begin()
+{
+    Execute("BEGIN IMMEDIATE");
+}
+
+void DatabaseFile::Commit()
+{
+    try {
+        Execute("COMMIT");
+    } catch (const clsRunTimeError &) {
+        Rollback();
+        throw;
+    }
+}
+
+void DatabaseFile::Rollback() noexcept
+{
+    if (sqlite3_get_autocommit(m_database) == 0)
+        sqlite3_exec(m_database, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+qint64 DatabaseFile::Insert(const StoredRow &row)
+{
+    if (!m_insert) {
+        std::string places;
+        for (size_t i = 1; i <= m_schema.size(); ++i)
+            places += (i == 1 ? "?" : ", ?") + std::to_string(i);
+        m_insert = std::make_unique<Statement>(*this,
+            "INSERT INTO " + m_quotedTable + " (" + ColumnNames() + ") VALUES (" + places + ")");
+    }
+    m_insert->Reset();
+    BindRow(*m_insert, row);
+    m_insert->Step();
+    m_insert->Reset();
+    return sqlite3_last_insert_rowid(m_database);
+}
+
+void DatabaseFile::Update(qint64 rowId, const StoredRow &row)
+{
+    std::string assignments;
+    for (size_t i = 0; i < m_schema.size(); ++i)
+        assignments
+            += (i == 0 ? "" : ", ") + Quoted(m_schema[i].Name) + " = ?" + std::to_string(i + 1);
+    Statement statement(*this,
+        "UPDATE " + m_quotedTable + " SET " + assignments + " WHERE rowid = ?"
+            + std::to_string(m_schema.size() + 1));
+    BindRow(statement, row);
+    statement.Bind(static_cast<int>(m_schema.size()) + 1, rowId);
+    statement.Step();
+}
+
+void DatabaseFile::Delete(qint64 rowId)
+{
+    Statement statement(*this, "DELETE FROM " + m_quotedTable + " WHERE rowid = ?1");
+    statement.Bind(1, rowId);
+    statement.Step();
+}
+
+QString DatabaseFile::Note()
+{
+    Statement statement(*this, "SELECT Note FROM Record_Store");
+    return statement.Step() ? statement.String(0) : QString();
+}
+
+void DatabaseFile::SetNote(const QString &note)
+{
+    Statement statement(*this, "UPDATE Record_Store SET Note = ?1");
+    statement.Bind(1, note.toStdString());
+    statement.Step();
+}
+
+void DatabaseFile::BindRow(Statement &statement, const StoredRow &row)
+{
+    for (size_t i = 0; i < row.size(); ++i) {
+        const int parameter = static_cast<int>(i) + 1;
+        if (m_schema[i].Type == FieldType::String)
+            statement.Bind(parameter, std::string_view(std::get<std::string>(row[i])));
+        else if (m_schema[i].Type == FieldType::Currency)
+            statement.Bind(parameter, std::get<qint64>(row[i]));
+        else
+            statement.Bind(parameter, std::string_view(DateText(std::get<qint64>(row[i]))));
+    }
+}
+
+std::string DatabaseFile::ColumnNames() const
+{
+    std::string names;
+    for (const SchemaField &field : m_schema)
+        names += (names.empty() ? "" : ", ") + Quoted(field.Name);
+    return names;
+}
+
+void DatabaseFile::Execute(const std::string &sql)
+{
+    Check(sqlite3_exec(m_database, sql.c_str(), nullptr, nullptr, nullptr));
+}
+
+void DatabaseFile::Check(int result) const
+{
+    if (result != SQLITE_OK)
+        RaiseSqlite(result);
+}
+
+void DatabaseFile::RaiseSqlite(int result) const
+{
+    const QString reason = u" ("_s
+        + QString::fromUtf8(
+            m_database == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(m_database))
+        + u")"_s;
+    switch (result & 0xff) {
+    case SQLITE_NOTADB:
+        RaiseStoreError(StoreErrors::NotADatabase, u"The file is not a database: "_s + m_fileName);
+    case SQLITE_CORRUPT:
+        RaiseStoreError(
+            StoreErrors::Damaged, u"The database is truncated or damaged: "_s + m_fileName);
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        RaiseStoreError(
+            StoreErrors::Locked, u"The database is locked by another program: "_s + m_fileName);
+    case SQLITE_READONLY:
+        RaiseStoreError(StoreErrors::ReadOnly, u"The database is read-only: "_s + m_fileName);
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+        RaiseStoreError(
+            StoreErrors::Unreadable, u"The database cannot be opened: "_s + m_fileName + reason);
+    case SQLITE_FULL:
+        RaiseStoreError(StoreErrors::WriteFailed, u"The disk is full: "_s + m_fileName);
+    default:
+        RaiseStoreError(
+            StoreErrors::WriteFailed, u"The database cannot be used: "_s + m_fileName + reason);
+    }
+}
+
+bool DeleteDatabaseFile(const QString &fileName)
+{
+    const auto remove = [](const QString &name) {
+        QFile file(name);
+        if (!file.exists())
+            return false;
+        if (!file.remove())
+            RaiseStoreError(StoreErrors::NotDeleted,
+                u"The database cannot be deleted: "_s + name + u" ("_s + file.errorString()
+                    + u")"_s);
+        return true;
+    };
+    // The journal goes last: without it a database that could not be removed may be unreadable.
+    const bool existed = remove(fileName);
+    remove(JournalName(fileName));
+    return existed;
+}

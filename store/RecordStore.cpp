@@ -1,0 +1,531 @@
+#include "store/RecordStore.h"
+
+#include "platform/clsRunTimeError.h"
+#include "store/FieldText.h"
+#include "store/StoreErrors.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint32 OpenMode = 1;
+constexpr qint32 ReadAndWrite = 3;
+constexpr qint32 DeleteMode = 2;
+
+QString Utf16(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+void RequireArgument(bool holds, const QString &name)
+{
+    if (!holds)
+        RaiseStoreError(StoreErrors::BadArgument, u"The argument has no such value: "_s + name);
+}
+
+} // namespace
+
+struct RecordStore::OpenTable
+{
+    enum class Begun
+    {
+        Nothing,
+        Add,
+        Edit
+    };
+
+    std::unique_ptr<DatabaseFile> File;
+    std::optional<RecordTable> Table; // empty until the first record is asked for
+    qint64 DataVersion = 0;
+    std::vector<size_t> Order; // fields of the last sort
+    size_t Cursor = 0;
+    qint32 LastStatus = ExactMatch;
+    Begun Pending = Begun::Nothing;
+    StoredRow PendingRow;
+    bool InBatch = false;
+
+    void Drop()
+    {
+        Pending = Begun::Nothing;
+        PendingRow.clear();
+    }
+};
+
+quint32 CodeNumber(const QString &code)
+{
+    if (code.size() != 4)
+        return 0;
+    quint32 number = 0;
+    for (const QChar c : code)
+        number = number * 256 + static_cast<quint8>(c.toLatin1());
+    return number;
+}
+
+RecordStore::RecordStore() = default;
+RecordStore::~RecordStore() = default;
+
+RecordStore::OpenTable &RecordStore::Find(Handle handle) const
+{
+    const auto at = m_open.find(handle);
+    if (at == m_open.end())
+        RaiseStoreError(StoreErrors::BadHandle,
+            u"No database is open under the handle "_s + QString::number(handle));
+    return *at->second;
+}
+
+RecordStore::OpenTable &RecordStore::Loaded(Handle handle) const
+{
+    OpenTable &table = Find(handle);
+    if (!table.Table)
+        Load(table);
+    return table;
+}
+
+RecordStore::OpenTable &RecordStore::OfShape(
+    Handle handle, const FieldType *types, size_t count) const
+{
+    OpenTable &table = Find(handle);
+    const Schema &schema = table.File->Fields();
+    const bool fits = std::equal(schema.begin(), schema.end(), types, types + count,
+        [](const SchemaField &field, FieldType type) { return field.Type == type; });
+    if (!fits)
+        RaiseStoreError(StoreErrors::BadRecord,
+            u"The record structure does not fit the database: "_s + table.File->FileName());
+    // A record to be written needs none of those that are there.
+    return table.Pending == OpenTable::Begun::Add ? table : Loaded(handle);
+}
+
+void RecordStore::CheckField(const OpenTable &table, qint32 field)
+{
+    if (field < 0 || static_cast<size_t>(field) >= table.File->Fields().size())
+        RaiseStoreError(StoreErrors::BadField,
+            u"The field index "_s + QString::number(field) + u" is out of range in the database "_s
+                + table.File->FileName());
+}
+
+void RecordStore::Load(OpenTable &table)
+{
+    if (!table.File->HasTable())
+        RaiseStoreError(
+            StoreErrors::BadHandle, u"The database has no table yet: "_s + table.File->FileName());
+    RecordTable records(table.File->Fields());
+    // Read first: a write that comes in between is then seen as one.
+    table.DataVersion = table.File->DataVersion();
+    table.File->ReadRows([&](const DatabaseFile::RowSource &source) { records.Append(source); });
+    if (!table.Order.empty())
+        records.Sort(table.Order);
+    table.Table = std::move(records);
+    table.Cursor = std::min(table.Cursor, table.Table->Count());
+}
+
+void RecordStore::Refresh(OpenTable &table)
+{
+    if (table.Table && table.File->DataVersion() != table.DataVersion)
+        table.Table.reset();
+    if (!table.Table)
+        Load(table);
+}
+
+RecordStore::Handle RecordStore::Keep(std::unique_ptr<OpenTable> table)
+{
+    m_open.emplace(++m_lastHandle, std::move(table));
+    return m_lastHandle;
+}
+
+RecordStore::Handle RecordStore::OpenDatabase(
+    qint32 mode, const QString &path, qint32, qint32, qint32, qint32, qint32 access)
+{
+    RequireArgument(mode == OpenMode, u"mode "_s + QString::number(mode));
+    RequireArgument(access == ReadAndWrite, u"access "_s + QString::number(access));
+    auto table = std::make_unique<OpenTable>();
+    table->File = DatabaseFile::Open(FileName(path), m_creator);
+    return table->File ? Keep(std::move(table)) : 0;
+}
+
+void RecordStore::CloseDatabase(Handle handle)
+{
+    Find(handle);
+    m_open.erase(handle);
+}
+
+qint32 RecordStore::GetRecordCount(Handle handle)
+{
+    OpenTable &table = Find(handle);
+    if (!table.File->HasTable())
+        Load(table); // raises
+    const qint64 count
+        = table.Table ? static_cast<qint64>(table.Table->Count()) : table.File->RowCount();
+    return static_cast<qint32>(count);
+}
+
+void RecordStore::Place(OpenTable &table, qint32 position, qint32 most)
+{
+    if (position < 0 || position > most)
+        RaiseStoreError(StoreErrors::BadPosition,
+            u"The position "_s + QString::number(position) + u" is past the end of the database "_s
+                + table.File->FileName());
+    table.Drop();
+    table.Cursor = static_cast<size_t>(position);
+}
+
+void RecordStore::MoveFirst(Handle handle)
+{
+    OpenTable &table = Find(handle);
+    table.Drop();
+    table.Cursor = 0;
+    if (!table.InBatch)
+        Refresh(table);
+    else
+        Loaded(handle);
+}
+
+void RecordStore::MoveCursor(Handle handle)
+{
+    OpenTable &table = Loaded(handle);
+    table.Drop();
+    table.Cursor = table.Table->Count() - (table.Table->Count() > 0 ? 1 : 0);
+}
+
+void RecordStore::MoveNext(Handle handle)
+{
+    OpenTable &table = Loaded(handle);
+    table.Drop();
+    table.Cursor = std::min(table.Cursor + 1, table.Table->Count());
+}
+
+bool RecordStore::AtEnd(const OpenTable &table) const
+{
+    return table.Cursor >= table.Table->Count();
+}
+
+bool RecordStore::IsEndOfTable(Handle handle)
+{
+    return AtEnd(Loaded(handle));
+}
+
+StoredValue RecordStore::Stored(const QString &value)
+{
+    return value.toStdString();
+}
+
+StoredValue RecordStore::Stored(const QDateTime &value)
+{
+    if (value.isValid() && (value.date().year() < 1 || value.date().year() > 9999))
+        RaiseStoreError(StoreErrors::BadRecord,
+            u"The year is out of range: "_s + QString::number(value.date().year()));
+    return SecondsFromDate(value);
+}
+
+StoredValue RecordStore::Stored(Currency value)
+{
+    return value.Scaled();
+}
+
+StoredValue RecordStore::Stored(const OpenTable &table, qint32 field, const Key &key)
+{
+    const FieldType type = table.File->Fields()[static_cast<size_t>(field)].Type;
+    const bool fits = (type == FieldType::String && std::holds_alternative<QString>(key))
+        || (type == FieldType::Date && std::holds_alternative<QDateTime>(key))
+        || (type == FieldType::Currency && std::holds_alternative<Currency>(key));
+    if (!fits)
+        RaiseStoreError(StoreErrors::BadField,
+            u"The key is of another type than the field "_s + QString::number(field)
+                + u" of the database "_s + table.File->FileName());
+    return std::visit([](const auto &value) { return Stored(value); }, key);
+}
+
+void RecordStore::FindRecord(Handle handle, qint32 field, const Key &key)
+{
+    OpenTable &table = Find(handle);
+    CheckField(table, field);
+    const StoredValue wanted = Stored(table, field, key);
+    Loaded(handle);
+    table.Drop();
+    const RecordTable::Found found
+        = table.Table->FindFirstNotBelow(static_cast<size_t>(field), wanted);
+    table.Cursor = found.Position;
+    table.LastStatus = found.Exact ? ExactMatch : NoExactMatch;
+}
+
+qint32 RecordStore::GetLastStatus(Handle handle)
+{
+    return Find(handle).LastStatus;
+}
+
+void RecordStore::Get(const OpenTable &table, size_t field, QString &value) const
+{
+    value = Utf16(table.Table->Text(table.Cursor, field));
+}
+
+void RecordStore::Get(const OpenTable &table, size_t field, QDateTime &value) const
+{
+    value = DateFromSeconds(table.Table->Number(table.Cursor, field));
+}
+
+void RecordStore::Get(const OpenTable &table, size_t field, Currency &value) const
+{
+    value = Currency::FromScaled(table.Table->Number(table.Cursor, field));
+}
+
+QString RecordStore::ReadField(Handle handle, qint32 field)
+{
+    OpenTable &table = Find(handle);
+    CheckField(table, field);
+    Loaded(handle);
+    if (AtEnd(table))
+        RaiseStoreError(StoreErrors::BadPosition,
+            u"There is no record past the end of the database "_s + table.File->FileName());
+    const size_t index = static_cast<size_t>(field);
+    switch (table.File->Fields()[index].Type) {
+    case FieldType::String:
+        return Utf16(table.Table->Text(table.Cursor, index));
+    case FieldType::Date:
+        return Utf16(DateText(table.Table->Number(table.Cursor, index)));
+    case FieldType::Currency:
+        break;
+    }
+    return FormatCurrency(
+        Currency::FromScaled(table.Table->Number(table.Cursor, index)), 4, LeadingZero::Yes);
+}
+
+void RecordStore::AddRecord(Handle handle)
+{
+    OpenTable &table = Find(handle);
+    table.Drop();
+    table.Pending = OpenTable::Begun::Add;
+    for (const SchemaField &field : table.File->Fields()) {
+        if (field.Type == FieldType::String)
+            table.PendingRow.emplace_back(std::string());
+        else
+            table.PendingRow.emplace_back(field.Type == FieldType::Date ? NoDate : 0);
+    }
+}
+
+void RecordStore::EditRecord(Handle handle)
+{
+    OpenTable &table = Loaded(handle);
+    if (AtEnd(table))
+        RaiseStoreError(StoreErrors::BadPosition,
+            u"There is no record to edit past the end of the database "_s + table.File->FileName());
+    table.Drop();
+    table.Pending = OpenTable::Begun::Edit;
+    table.PendingRow = table.Table->Row(table.Cursor);
+}
+
+void RecordStore::Write(OpenTable &table, StoredRow row)
+{
+    if (table.Pending == OpenTable::Begun::Nothing)
+        RaiseStoreError(StoreErrors::NothingBegun,
+            u"No record has been begun in the database "_s + table.File->FileName());
+    table.PendingRow = std::move(row);
+}
+
+void RecordStore::BeginWrite(OpenTable &table)
+{
+    if (!table.InBatch)
+        table.File->Begin();
+}
+
+void RecordStore::EndWrite(OpenTable &table)
+{
+    if (!table.InBatch)
+        table.File->Commit();
+}
+
+void RecordStore::AbandonWrite(OpenTable &table) noexcept
+{
+    if (!table.InBatch)
+        table.File->Rollback();
+}
+
+void RecordStore::RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen)
+{
+    if (table.File->DataVersion() == table.DataVersion)
+        return;
+    if (table.File->ReadRow(rowId) == seen)
+        return;
+    table.Table.reset(); // what is there now is read at the next call
+    RaiseStoreError(StoreErrors::ChangedOutside,
+        u"Another program has changed the record meanwhile: "_s + table.File->FileName());
+}
+
+void RecordStore::UpdateRecord(Handle handle)
+{
+    OpenTable &table = Find(handle);
+    if (table.Pending == OpenTable::Begun::Nothing)
+        RaiseStoreError(StoreErrors::NothingBegun,
+            u"No record has been begun in the database "_s + table.File->FileName());
+    const bool isNew = table.Pending == OpenTable::Begun::Add;
+    BeginWrite(table);
+    try {
+        if (isNew) {
+            const qint64 rowId = table.File->Insert(table.PendingRow);
+            EndWrite(table);
+            if (table.Table) {
+                table.Table->Append(rowId, table.PendingRow);
+                table.Cursor = table.Table->Count() - 1;
+            }
+        } else {
+            const qint64 rowId = table.Table->RowId(table.Cursor);
+            RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
+            table.File->Update(rowId, table.PendingRow);
+            EndWrite(table);
+            table.Table->Replace(table.Cursor, table.PendingRow);
+        }
+    } catch (const clsRunTimeError &) {
+        AbandonWrite(table);
+        table.Drop();
+        throw;
+    }
+    table.Drop();
+}
+
+qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
+{
+    RequireArgument(mode == DeleteMode, u"mode "_s + QString::number(mode));
+    OpenTable &table = Loaded(handle);
+    table.Drop();
+    if (AtEnd(table))
+        RaiseStoreError(StoreErrors::BadPosition,
+            u"There is no record to delete past the end of the database "_s
+                + table.File->FileName());
+    const qint64 rowId = table.Table->RowId(table.Cursor);
+    BeginWrite(table);
+    try {
+        RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
+        table.File->Delete(rowId);
+        EndWrite(table);
+    } catch (const clsRunTimeError &) {
+        AbandonWrite(table);
+        throw;
+    }
+    table.Table->Remove(table.Cursor);
+    return 0;
+}
+
+qint32 RecordStore::GetRecordPosition(Handle handle)
+{
+    return static_cast<qint32>(Loaded(handle).Cursor);
+}
+
+qint32 RecordStore::GetCurrentIndex(Handle handle)
+{
+    return GetRecordPosition(handle);
+}
+
+void RecordStore::MoveToPosition(Handle handle, qint32 position)
+{
+    OpenTable &table = Loaded(handle);
+    Place(table, position, static_cast<qint32>(table.Table->Count()) - 1);
+}
+
+qint32 RecordStore::FindFromPosition(Handle handle, qint32 position)
+{
+    OpenTable &table = Loaded(handle);
+    Place(table, position, static_cast<qint32>(table.Table->Count()));
+    return 0;
+}
+
+qint32 RecordStore::SortTable(Handle handle, const QString &fieldList)
+{
+    OpenTable &table = Find(handle);
+    std::vector<size_t> fields;
+    for (const QStringView number : QStringView(fieldList).split(u',')) {
+        bool isNumber = false;
+        const qint32 field = number.trimmed().toInt(&isNumber);
+        if (!isNumber)
+            RaiseStoreError(
+                StoreErrors::BadField, u"The field list is malformed: \""_s + fieldList + u"\""_s);
+        CheckField(table, field);
+        fields.push_back(static_cast<size_t>(field));
+    }
+    Loaded(handle);
+    table.Drop();
+    const bool atEnd = AtEnd(table);
+    const qint64 rowId = atEnd ? 0 : table.Table->RowId(table.Cursor);
+    table.Table->Sort(fields);
+    table.Order = fields;
+    for (size_t i = 0; !atEnd && i < table.Table->Count(); ++i) {
+        if (table.Table->RowId(i) == rowId) {
+            table.Cursor = i;
+            break;
+        }
+    }
+    return 0;
+}
+
+void RecordStore::SetKeyField(Handle handle, qint32 field)
+{
+    SortTable(handle, QString::number(field));
+}
+
+RecordStore::Handle RecordStore::CreateDatabase(const QString &path, quint32 type, quint32 creator)
+{
+    auto table = std::make_unique<OpenTable>();
+    table->File = DatabaseFile::Create(FileName(path), type, creator);
+    return Keep(std::move(table));
+}
+
+qint32 RecordStore::CreateTable(Handle handle, const QString &name, const QString &schema)
+{
+    Find(handle).File->CreateTable(name, schema);
+    return 0;
+}
+
+qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)
+{
+    std::erase_if(m_open,
+        [&](const auto &entry) { return entry.second->File->FileName() == FileName(path); });
+    return DeleteDatabaseFile(FileName(path)) ? 0 : 1;
+}
+
+QString RecordStore::ReadNote(Handle handle)
+{
+    return Find(handle).File->Note();
+}
+
+void RecordStore::WriteNote(Handle handle, const QString &note)
+{
+    OpenTable &table = Find(handle);
+    BeginWrite(table);
+    try {
+        table.File->SetNote(note);
+        EndWrite(table);
+    } catch (const clsRunTimeError &) {
+        AbandonWrite(table);
+        throw;
+    }
+}
+
+RecordStore::Batch::Batch(RecordStore &store, Handle handle)
+    : m_store(store)
+    , m_handle(handle)
+{
+    OpenTable &table = m_store.Find(m_handle);
+    if (table.InBatch)
+        RaiseStoreError(StoreErrors::BadArgument,
+            u"The database is in a batch already: "_s + table.File->FileName());
+    table.File->Begin();
+    table.InBatch = true;
+}
+
+RecordStore::Batch::~Batch()
+{
+    const auto at = m_store.m_open.find(m_handle);
+    if (at == m_store.m_open.end() || !at->second->InBatch)
+        return;
+    OpenTable &table = *at->second;
+    table.File->Rollback();
+    table.InBatch = false;
+    table.Table.reset(); // it holds what has not happened
+    table.Drop();
+}
+
+void RecordStore::Batch::Commit()
+{
+    OpenTable &table = m_store.Find(m_handle);
+    table.File->Commit();
+    table.InBatch = false;
+}

@@ -1,0 +1,208 @@
+#pragma once
+
+#include "platform/Currency.h"
+#include "store/RecordTable.h"
+#include "store/Schema.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <tuple>
+#include <unordered_map>
+#include <variant>
+
+/// The value of a database's four-character code: the characters' Latin-1 codes, the first in the
+/// most significant byte. 0 for a text of any other length.
+quint32 CodeNumber(const QString &code);
+
+/// Local databases of fixed, typed records, one table a database, each with a cursor.
+///
+/// Shape:  a position, an index and what FindFromPosition takes are one number space: the
+///         zero-based place in the table's current order. That order is the stored order until
+///         SortTable, and lasts until the table is sorted again or closed. A record is moved as a
+///         plain structure with a member Fields() that ties its members in schema order: QString
+///         for String, QDateTime (see WallClock) for Date, Currency for Currency.
+/// Cursor: right after opening it stands on the first record; past the last one IsEndOfTable is
+///         true and the position is the record count. Moving drops a record that was begun.
+/// Files:  a path is given without extension; the file is <path>.db. Opening reads no record;
+///         the first one that is asked for brings the table into memory.
+/// Writes: each UpdateRecord and DeleteRecord is on the disk when it returns, or raises and has
+///         changed nothing. A Batch makes one such step of many.
+/// Others: what another program writes meanwhile is seen at the next MoveFirst and before each
+///         write; a record that it changed is never overwritten (ChangedOutside).
+/// Errors: clsRunTimeError with a number of StoreErrors, naming the file or the argument.
+class RecordStore
+{
+public:
+    using Handle = qint32; ///< 0: not open
+    using Key = std::variant<QString, QDateTime, Currency>;
+
+    static constexpr qint32 ExactMatch = 0;
+    static constexpr qint32 NoExactMatch = -7;
+
+    RecordStore();
+    ~RecordStore();
+    RecordStore(const RecordStore &) = delete;
+    RecordStore &operator=(const RecordStore &) = delete;
+
+    /// Files of any other creator are refused. 0 until it is set.
+    void SetCreator(quint32 creator) { m_creator = creator; }
+
+    /// 0 when the file does not exist. `mode` is 1, `access` 3 (reading and writing).
+    Handle OpenDatabase(qint32 mode, const QString &path, qint32 reserved1, qint32 reserved2,
+        qint32 reserved3, qint32 reserved4, qint32 access);
+    void CloseDatabase(Handle handle);
+    qint32 GetRecordCount(Handle handle);
+
+    void MoveFirst(Handle handle);
+    void MoveCursor(Handle handle); ///< to the last record; the end on an empty table
+    void MoveNext(Handle handle); ///< past the end it stays there
+    bool IsEndOfTable(Handle handle);
+
+    /// To the record with the least value that is not below the key, the first in the current
+    /// order among equals; past the end when there is none. The key's type is the field's.
+    void FindRecord(Handle handle, qint32 field, const Key &key);
+    /// ExactMatch or NoExactMatch, of the last FindRecord.
+    qint32 GetLastStatus(Handle handle);
+
+    /// A value of the current record as text; Currency with four decimals, Date as
+    /// "yyyy-MM-dd HH:mm:ss".
+    QString ReadField(Handle handle, qint32 field);
+    /// False past the end; the structure is then as it was.
+    template <class Record>
+    bool ReadRecord(Handle handle, Record &record);
+    /// Into the record begun by AddRecord or EditRecord; always true.
+    template <class Record>
+    bool WriteRecord(Handle handle, const Record &record);
+
+    void AddRecord(Handle handle);
+    void EditRecord(Handle handle);
+    void UpdateRecord(Handle handle); ///< the cursor is then on the written record
+    /// The cursor is then on the record that followed. `mode` is 2; the result 0.
+    qint32 DeleteRecord(Handle handle, qint32 mode);
+
+    qint32 GetRecordPosition(Handle handle);
+    void MoveToPosition(Handle handle, qint32 position);
+    qint32 GetCurrentIndex(Handle handle);
+    /// Like MoveToPosition, but the record count is allowed too and leaves the cursor at the end.
+    /// The result is 0.
+    qint32 FindFromPosition(Handle handle, qint32 position);
+
+    /// `fieldList`: zero-based indexes separated by commas, blanks carry no meaning. The cursor
+    /// stays on its record. The result is 0.
+    qint32 SortTable(Handle handle, const QString &fieldList);
+    /// The table's order becomes that of the field.
+    void SetKeyField(Handle handle, qint32 field);
+
+    /// Fails on a file that exists. The file appears under its name when CreateTable has run.
+    Handle CreateDatabase(const QString &path, quint32 type, quint32 creator);
+    qint32 CreateTable(Handle handle, const QString &name, const QString &schema); ///< 0
+    /// 0, or 1 when there was no such file. Handles of the file are closed first.
+    qint32 DeleteDatabase(const QString &path, qint32 reserved1, qint32 reserved2);
+
+    /// A text that stands in the file beside the table; empty in a new one.
+    QString ReadNote(Handle handle);
+    void WriteNote(Handle handle, const QString &note);
+
+    /// All writes to one database between construction and Commit() are one durable transaction;
+    /// without Commit() none of them has happened.
+    class Batch
+    {
+    public:
+        Batch(RecordStore &store, Handle handle); ///< the store outlives it
+        ~Batch();
+        Batch(const Batch &) = delete;
+        Batch &operator=(const Batch &) = delete;
+        void Commit();
+
+    private:
+        RecordStore &m_store;
+        Handle m_handle;
+    };
+
+    static QString FileName(const QString &path) { return path + QStringLiteral(".db"); }
+
+private:
+    struct OpenTable;
+
+    template <class Member>
+    static constexpr FieldType TypeOf();
+    template <class Tied>
+    struct Shape;
+
+    OpenTable &Find(Handle handle) const;
+    OpenTable &Loaded(Handle handle) const;
+    /// The table for a whole-record move: loaded, and of this shape.
+    OpenTable &OfShape(Handle handle, const FieldType *types, size_t count) const;
+    static void CheckField(const OpenTable &table, qint32 field);
+    static void Place(OpenTable &table, qint32 position, qint32 most);
+    static StoredValue Stored(const OpenTable &table, qint32 field, const Key &key);
+    bool AtEnd(const OpenTable &table) const;
+    void Get(const OpenTable &table, size_t field, QString &value) const;
+    void Get(const OpenTable &table, size_t field, QDateTime &value) const;
+    void Get(const OpenTable &table, size_t field, Currency &value) const;
+    static StoredValue Stored(const QString &value);
+    static StoredValue Stored(const QDateTime &value);
+    static StoredValue Stored(Currency value);
+    void Write(OpenTable &table, StoredRow row);
+    static void Load(OpenTable &table);
+    static void Refresh(OpenTable &table);
+    static void BeginWrite(OpenTable &table);
+    static void EndWrite(OpenTable &table);
+    static void AbandonWrite(OpenTable &table) noexcept;
+    static void RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen);
+    Handle Keep(std::unique_ptr<OpenTable> table);
+
+    quint32 m_creator = 0;
+    Handle m_lastHandle = 0;
+    std::unordered_map<Handle, std::unique_ptr<OpenTable>> m_open;
+};
+
+template <class Member>
+constexpr FieldType RecordStore::TypeOf()
+{
+    if constexpr (std::is_same_v<Member, QString>)
+        return FieldType::String;
+    else if constexpr (std::is_same_v<Member, QDateTime>)
+        return FieldType::Date;
+    else {
+        static_assert(std::is_same_v<Member, Currency>);
+        return FieldType::Currency;
+    }
+}
+
+template <class... Members>
+struct RecordStore::Shape<std::tuple<Members &...>>
+{
+    static constexpr std::array<FieldType, sizeof...(Members)> Types
+        = {TypeOf<std::remove_const_t<Members>>()...};
+};
+
+template <class Record>
+bool RecordStore::ReadRecord(Handle handle, Record &record)
+{
+    auto members = record.Fields();
+    constexpr auto &types = Shape<decltype(members)>::Types;
+    const OpenTable &table = OfShape(handle, types.data(), types.size());
+    if (AtEnd(table))
+        return false;
+    size_t field = 0;
+    std::apply([&](auto &...member) { (Get(table, field++, member), ...); }, members);
+    return true;
+}
+
+template <class Record>
+bool RecordStore::WriteRecord(Handle handle, const Record &record)
+{
+    auto members = record.Fields();
+    constexpr auto &types = Shape<decltype(members)>::Types;
+    OpenTable &table = OfShape(handle, types.data(), types.size());
+    StoredRow row;
+    row.reserve(types.size());
+    std::apply([&](const auto &...member) { (row.push_back(Stored(member)), ...); }, members);
+    Write(table, std::move(row));
+    return true;
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "store/DatabaseFile.h"
+#include "store/Schema.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The records of one table in memory, in their current order, with an index for each field that
+/// was searched.
+///
+/// Shape: a position is a record's zero-based place in the current order. Values lie by column,
+///        texts in one buffer a column.
+/// Costs: reading a value is O(1), FindFirstNotBelow O(log n) once the field's index stands; the
+///        index is built at the field's first search and then kept up to date.
+class RecordTable
+{
+public:
+    explicit RecordTable(const Schema &schema);
+
+    size_t Count() const { return m_order.size(); }
+    qint64 RowId(size_t position) const { return m_rowIds[m_order[position]]; }
+    std::string_view Text(size_t position, size_t field) const;
+    qint64 Number(size_t position, size_t field) const;
+    StoredRow Row(size_t position) const;
+
+    void Append(const DatabaseFile::RowSource &source);
+    void Append(qint64 rowId, const StoredRow &row); ///< last in the current and the stored order
+    void Replace(size_t position, const StoredRow &row);
+    void Remove(size_t position);
+
+    /// Orders by the fields, the first most significant; equal records keep their stored order.
+    void Sort(const std::vector<size_t> &fields);
+
+    struct Found
+    {
+        size_t Position = 0; ///< Count() when every value is below the key
+        bool Exact = false;
+    };
+    /// The record with the least value that is not below the key and, among equals, the first in
+    /// the current order.
+    Found FindFirstNotBelow(size_t field, const StoredValue &key);
+
+private:
+    using Slot = quint32; // where a record's values lie; it keeps it for life
+
+    struct Cell
+    {
+        quint32 Offset = 0;
+        quint32 Length = 0;
+    };
+    struct Column
+    {
+        FieldType Type = FieldType::String;
+        std::string Bytes; // all texts, those no longer in use too
+        std::vector<Cell> Cells;
+        std::vector<qint64> Numbers;
+    };
+    struct Index
+    {
+        bool Built = false;
+        bool Unique = true; // then the order of equals is no question, and a sort leaves it valid
+        std::vector<quint64> Keys; // see SortKey
+        std::vector<Slot> Slots; // beside Keys, ordered by value, then by position
+    };
+
+    std::string_view TextAt(Slot slot, size_t field) const;
+    quint64 SortKey(Slot slot, size_t field) const;
+    int CompareSlots(Slot a, Slot b, size_t field) const;
+    void PutText(Column &column, size_t slot, std::string_view text);
+    Slot NewSlot(qint64 rowId);
+    void Build(Index &index, size_t field) const;
+    void InsertInto(Index &index, size_t field, Slot slot) const;
+    void RemoveFrom(Index &index, Slot slot) const;
+    size_t Rank(const Index &index, size_t field, Slot slot) const;
+
+    std::vector<Column> m_columns;
+    std::vector<Index> m_indexes; // one a field
+    std::vector<qint64> m_rowIds; // by slot
+    std::vector<Slot> m_order; // by position
+    std::vector<Slot> m_places; // by slot: its position
+};

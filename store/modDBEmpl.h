@@ -1,0 +1,21 @@
+#pragma once
+
+#include "store/clsTable.h"
+#include "store/Records.h"
+
+/// Reads the one record of a company's Employee table: who uses this computer.
+class modDBEmpl : public clsTable<EmployeeRecord>
+{
+public:
+    using clsTable::clsTable;
+
+    bool ReadEmployee(EmployeeRecord &record) const { return Read(record); }
+
+    void LoadEmployee()
+    {
+        ReadEmployee(Record);
+        Working = Record;
+    }
+
+    EmployeeRecord Working; ///< what the windows show
+};

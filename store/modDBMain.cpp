@@ -1,0 +1,92 @@
+#include "store/modDBMain.h"
+
+#include "platform/Paths.h"
+#include "store/Records.h"
+#include "store/StoreErrors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool CanBeFileName(const QString &name)
+{
+    return !name.contains(u'/') && !name.contains(u'\\') && !name.contains(QChar(u'\0'));
+}
+
+} // namespace
+
+modDBMain::modDBMain(RecordStore &store, const QString &programFolder)
+    : m_store(store)
+    , m_folder(programFolder)
+{
+}
+
+void modDBMain::StoreTheCodes(const StoreCodes &codes)
+{
+    m_codes = codes;
+    m_store.SetCreator(CodeNumber(codes.Creator));
+}
+
+QString modDBMain::GlobalName(QStringView prefix) const
+{
+    return GlobalDatabaseName(prefix, m_codes.Creator);
+}
+
+QString modDBMain::CompanyName(const QString &company, QStringView prefix) const
+{
+    return CompanyDatabaseName(company, prefix, m_codes.Creator);
+}
+
+QString modDBMain::PathOf(const QString &name) const
+{
+    return JoinPath(m_folder, name);
+}
+
+RecordStore::Handle modDBMain::OpenTable(const QString &name)
+{
+    return CanBeFileName(name) ? m_store.OpenDatabase(1, PathOf(name), 0, 0, 0, 0, 3) : 0;
+}
+
+RecordStore::Handle modDBMain::CloseTable(RecordStore::Handle handle)
+{
+    if (handle != 0)
+        m_store.CloseDatabase(handle);
+    return 0;
+}
+
+void modDBMain::DeleteTable(const QString &name)
+{
+    if (CanBeFileName(name))
+        m_store.DeleteDatabase(PathOf(name), 0, 0);
+}
+
+void modDBMain::CreateGlobalOptions(const QString &name)
+{
+    CreateOne(name, GlobalOptionsRecord::SchemaText);
+}
+
+void modDBMain::CreateEntries(const QString &name)
+{
+    CreateOne(name, EntryRecord::SchemaText);
+}
+
+void modDBMain::CreateHoursSummary(const QString &name)
+{
+    CreateOne(name, HoursSummaryRecord::SchemaText);
+}
+
+void modDBMain::CreateOne(const QString &name, QStringView schemaText)
+{
+    if (!CanBeFileName(name))
+        RaiseStoreError(
+            StoreErrors::BadArgument, u"The database name cannot be a file's name: "_s + name);
+    RecordStore::Handle handle = m_store.CreateDatabase(
+        PathOf(name), CodeNumber(m_codes.Type), CodeNumber(m_codes.Creator));
+    try {
+        m_store.CreateTable(handle, name, schemaText.toString());
+    } catch (...) {
+        CloseTable(handle);
+        throw;
+    }
+    CloseTable(handle);
+}
