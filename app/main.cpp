@@ -1,0 +1,29 @@
+#include "app/clsApplication.h"
+#include "app/clsProgram.h"
+#include "platform/Paths.h"
+
+int main(int argc, char **argv)
+{
+    clsWindowMessageBox messages;
+    clsApplication application(argc, argv, messages);
+    // Between two main windows, while the accounting client works, no window is open at all.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    clsProgramKeys keys;
+    clsSystemProcess process;
+    const clsSystemClock clock;
+    clsProgram program(ProgramFolder(), {messages, keys, process, clock});
+
+    QObject::connect(&program, &clsProgram::MainWindowChanged,
+        [&](QWidget *window) { messages.SetParent(window); });
+    bool ended = false;
+    int exitStatus = EXIT_SUCCESS;
+    QObject::connect(&program, &clsProgram::Ended, [&](int status) {
+        ended = true;
+        exitStatus = status;
+        QApplication::exit(status);
+    });
+    program.StartUp();
+    // It may have ended in its own message boxes, before this event loop could be told.
+    return ended ? exitStatus : QApplication::exec();
+}
