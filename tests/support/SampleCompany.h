@@ -2,6 +2,7 @@
 
 #include "store/Records.h"
 #include "store/Tables.h"
+#include "tests/support/PrintQt.h"
 
 #include <QString>
 #include <QTemporaryDir>
