@@ -1,6 +1,9 @@
 #include "app/clsApplication.h"
 #include "app/clsProgram.h"
+#include "help/clsHelp.h"
 #include "platform/Paths.h"
+
+using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
@@ -12,6 +15,7 @@ int main(int argc, char **argv)
     clsProgramKeys keys;
     clsSystemProcess process;
     const clsSystemClock clock;
+    const clsHelp help(JoinPath(ProgramFolder(), u"WL.HLP"_s), messages);
     clsProgram program(ProgramFolder(), {messages, keys, process, clock});
 
     QObject::connect(&program, &clsProgram::MainWindowChanged,
