@@ -837,6 +837,20 @@ TEST_F(RecordStoreCreate, AMalformedSchemaLeavesNothingBehind)
     EXPECT_EQ(Store.GetRecordCount(handle), 0);
 }
 
+TEST_F(RecordStoreCreate, ATableNameThatSqliteRefusesCanBeMended)
+{
+    const Handle handle
+        = Store.CreateDatabase(PathOf(u"New"_s), CodeNumber(u"DATA"_s), CodeNumber(u"WkLg"_s));
+    for (const QString &name : {u"sqlite_New"_s, u"Record_Store"_s, u"record_store"_s}) {
+        const Raised raised = RaisedBy([&] { Store.CreateTable(handle, name, u"Name String,"_s); });
+        EXPECT_EQ(raised.Number, StoreErrors::WriteFailed) << name.toStdString();
+        EXPECT_TRUE(raised.Names(FileOf(u"New"_s)));
+    }
+    Store.CreateTable(handle, u"New"_s, u"Name String,"_s);
+    EXPECT_EQ(Store.GetRecordCount(handle), 0);
+    EXPECT_EQ(FilesInFolder(), QStringList{u"New.db"_s});
+}
+
 TEST_F(RecordStoreCreate, ATableIsCreatedOnce)
 {
     const Handle handle = Create(u"New"_s);
