@@ -315,6 +315,38 @@ TEST_F(RecordStoreWrite, AddsAtTheEndAndStandsOnTheNewRecord)
     EXPECT_EQ(NamesInFile(u"T"_s), u"a b c"_s);
 }
 
+TEST_F(RecordStoreWrite, StandsOnTheNewRecordAlsoWhenNothingWasReadBefore)
+{
+    const Handle handle = Table({Three(u"a"_s), Three(u"b"_s)});
+    Add(handle, Three(u"c"_s)); // the first call after opening
+    EXPECT_EQ(Store.GetRecordPosition(handle), 2);
+    EXPECT_EQ(Name(handle), u"c"_s);
+
+    const Handle second = Open(u"T"_s);
+    Add(second, Three(u"d"_s));
+    Add(second, Three(u"e"_s));
+    Store.SortTable(second, u"0"_s);
+    EXPECT_EQ(Name(second), u"e"_s);
+    Store.MoveFirst(second);
+    EXPECT_EQ(Name(second), u"a"_s);
+
+    const Handle third = Open(u"T"_s);
+    Add(third, Three(u"f"_s));
+    Store.MoveFirst(third);
+    EXPECT_EQ(Name(third), u"a"_s);
+}
+
+TEST_F(RecordStoreWrite, ANewRecordStartsEmpty)
+{
+    const Handle handle = Table({Three(u"a"_s)});
+    Store.AddRecord(handle);
+    Store.UpdateRecord(handle);
+    EXPECT_EQ(Store.ReadField(handle, 0), u""_s);
+    EXPECT_EQ(Store.ReadField(handle, 1), u""_s);
+    EXPECT_EQ(Store.ReadField(handle, 2), u"0.0000"_s);
+    EXPECT_EQ(Read(handle), ThreeFields());
+}
+
 TEST_F(RecordStoreWrite, ReplacesTheRecordUnderTheCursor)
 {
     const Handle handle = Table({Three(u"a"_s), Three(u"b"_s), Three(u"c"_s)});
@@ -332,6 +364,17 @@ TEST_F(RecordStoreWrite, UpdatingWithoutWritingKeepsTheRecord)
     Store.UpdateRecord(handle);
     EXPECT_EQ(Read(handle), Three(u"a"_s, 4, 5));
     EXPECT_EQ(NamesInFile(u"T"_s), u"a"_s);
+}
+
+TEST_F(RecordStoreWrite, ReadingWhileARecordIsBegunReadsTheCurrentOne)
+{
+    const Handle handle = Table({Three(u"a"_s, 4, 5), Three(u"b"_s)});
+    Store.AddRecord(handle); // before anything was read
+    EXPECT_EQ(Read(handle), Three(u"a"_s, 4, 5));
+    EXPECT_TRUE(Store.WriteRecord(handle, Three(u"c"_s)));
+    EXPECT_EQ(Read(handle), Three(u"a"_s, 4, 5));
+    Store.UpdateRecord(handle);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
 }
 
 TEST_F(RecordStoreWrite, MovingDropsWhatWasBegun)
@@ -795,6 +838,28 @@ TEST_F(RecordStoreCreate, NothingStandsUnderTheNameBeforeTheTable)
     EXPECT_TRUE(FilesInFolder().isEmpty());
 }
 
+TEST_F(RecordStoreCreate, ADatabaseWithoutATableHasNoRecords)
+{
+    const Handle handle
+        = Store.CreateDatabase(PathOf(u"New"_s), CodeNumber(u"DATA"_s), CodeNumber(u"WkLg"_s));
+    ThreeFields record;
+    const std::vector<std::function<void()>> calls = {[&] { Store.GetRecordCount(handle); },
+        [&] { Store.MoveFirst(handle); }, [&] { Store.MoveNext(handle); },
+        [&] { Store.IsEndOfTable(handle); }, [&] { Store.GetRecordPosition(handle); },
+        [&] { Store.MoveToPosition(handle, 0); }, [&] { Store.AddRecord(handle); },
+        [&] { Store.EditRecord(handle); }, [&] { Store.DeleteRecord(handle, 2); },
+        [&] { Store.ReadNote(handle); }, [&] { Store.WriteNote(handle, u"x"_s); },
+        [&] { RecordStore::Batch batch(Store, handle); }};
+    for (size_t i = 0; i < calls.size(); ++i) {
+        const Raised raised = RaisedBy(calls[i]);
+        EXPECT_EQ(raised.Number, StoreErrors::BadHandle) << "call " << i;
+        EXPECT_TRUE(raised.Names(FileOf(u"New"_s))) << raised.Description.toStdString();
+    }
+    Store.CreateTable(handle, u"New"_s, ThreeFields::SchemaText.toString());
+    Add(handle, Three(u"a"_s));
+    EXPECT_EQ(NamesInFile(u"New"_s), u"a"_s);
+}
+
 TEST_F(RecordStoreCreate, AnExistingFileIsRefusedAndLeftAsItIs)
 {
     Build(u"T"_s, {Three(u"a"_s)});
@@ -809,6 +874,24 @@ TEST_F(RecordStoreCreate, AnExistingFileIsRefusedAndLeftAsItIs)
         EXPECT_EQ(Bytes(name), before);
     }
     EXPECT_EQ(FilesInFolder(), (QStringList{u"T.db"_s, u"Text.db"_s}));
+}
+
+TEST_F(RecordStoreCreate, AFileThatAppearsMeanwhileIsLeftAsItIs)
+{
+    const Handle handle
+        = Store.CreateDatabase(PathOf(u"New"_s), CodeNumber(u"DATA"_s), CodeNumber(u"WkLg"_s));
+    WriteFile(u"New"_s, "somebody was faster");
+    const Raised raised = RaisedBy(
+        [&] { Store.CreateTable(handle, u"New"_s, ThreeFields::SchemaText.toString()); });
+    EXPECT_EQ(raised.Number, StoreErrors::AlreadyExists);
+    EXPECT_EQ(Bytes(u"New"_s), "somebody was faster");
+    EXPECT_EQ(RaisedBy([&] { Store.AddRecord(handle); }).Number, StoreErrors::BadHandle);
+    EXPECT_NE(RaisedBy([&] {
+        Store.CreateTable(handle, u"New"_s, ThreeFields::SchemaText.toString());
+    }).Number,
+        0);
+    Store.CloseDatabase(handle);
+    EXPECT_EQ(FilesInFolder(), QStringList{u"New.db"_s});
 }
 
 TEST_F(RecordStoreCreate, ALeftoverOfAnUnfinishedCreationDoesNotHinder)
