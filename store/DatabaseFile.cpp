@@ -231,6 +231,21 @@ void DatabaseFile::CheckColumns()
     }
 }
 
+void DatabaseFile::DefineTable(
+    const QString &name, const QString &schemaText, const std::string &columns)
+{
+    Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
+            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
+    Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
+    Statement statement(*this,
+        "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "
+        "VALUES (?1, ?2, ?3)");
+    statement.Bind(1, static_cast<qint64>(m_type));
+    statement.Bind(2, name.toStdString());
+    statement.Bind(3, schemaText.toStdString());
+    statement.Step();
+}
+
 void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
 {
     if (HasTable())
@@ -245,16 +260,12 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
             + " NOT NULL DEFAULT " + (field.Type == FieldType::Currency ? "0" : "''");
     }
     Begin();
-    Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
-            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
-    Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
-    Statement statement(*this,
-        "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "
-        "VALUES (?1, ?2, ?3)");
-    statement.Bind(1, static_cast<qint64>(m_type));
-    statement.Bind(2, name.toStdString());
-    statement.Bind(3, schemaText.toStdString());
-    statement.Step();
+    try {
+        DefineTable(name, schemaText, columns);
+    } catch (const clsRunTimeError &) {
+        Rollback();
+        throw;
+    }
     Commit();
 
     Check(sqlite3_close_v2(m_database));

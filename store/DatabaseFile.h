@@ -88,6 +88,7 @@ private:
     void Connect(int flags);
     void LoadDefinition();
     void CheckColumns();
+    void DefineTable(const QString &name, const QString &schemaText, const std::string &columns);
     void Execute(const std::string &sql);
     void Check(int result) const;
     [[noreturn]] void RaiseSqlite(int result) const;

@@ -134,8 +134,9 @@ private:
     struct Shape;
 
     OpenTable &Find(Handle handle) const;
+    OpenTable &WithTable(Handle handle) const; ///< CreateTable has run
     OpenTable &Loaded(Handle handle) const;
-    /// The table for a whole-record move: loaded, and of this shape.
+    /// The table for a whole-record move: its fields are of these types.
     OpenTable &OfShape(Handle handle, const FieldType *types, size_t count) const;
     static void CheckField(const OpenTable &table, qint32 field);
     static void Place(OpenTable &table, qint32 position, qint32 most);
@@ -186,7 +187,8 @@ bool RecordStore::ReadRecord(Handle handle, Record &record)
 {
     auto members = record.Fields();
     constexpr auto &types = Shape<decltype(members)>::Types;
-    const OpenTable &table = OfShape(handle, types.data(), types.size());
+    OfShape(handle, types.data(), types.size());
+    const OpenTable &table = Loaded(handle);
     if (AtEnd(table))
         return false;
     size_t field = 0;

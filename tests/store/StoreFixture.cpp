@@ -1,0 +1,162 @@
+#include "tests/store/StoreFixture.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+void PrintTo(const ThreeFields &record, std::ostream *out)
+{
+    *out << '{' << record.Name.toStdString() << ", "
+         << record.Day.toString(Qt::ISODate).toStdString() << ", " << record.Amount.Scaled() << '}';
+}
+
+QDateTime March(int day)
+{
+    return WallClock(QDate(2024, 3, day));
+}
+
+ThreeFields Three(const QString &name, int marchDay, int amount)
+{
+    return {name, March(marchDay), Currency::FromWhole(amount)};
+}
+
+OtherProgram::OtherProgram(const QString &fileName)
+{
+    EXPECT_EQ(sqlite3_open(fileName.toUtf8().constData(), &m_database), SQLITE_OK);
+}
+
+OtherProgram::~OtherProgram()
+{
+    sqlite3_close(m_database);
+}
+
+int OtherProgram::Try(const QString &sql)
+{
+    return sqlite3_exec(m_database, sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+}
+
+void OtherProgram::Execute(const QString &sql)
+{
+    EXPECT_EQ(Try(sql), SQLITE_OK) << sql.toStdString() << ": " << sqlite3_errmsg(m_database);
+}
+
+QString OtherProgram::Values(const QString &sql)
+{
+    QStringList values;
+    sqlite3_stmt *statement = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(m_database, sql.toUtf8().constData(), -1, &statement, nullptr),
+        SQLITE_OK)
+        << sql.toStdString() << ": " << sqlite3_errmsg(m_database);
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+        const void *text = sqlite3_column_text(statement, 0);
+        values.append(text == nullptr ? u"(null)"_s
+                                      : QString::fromUtf8(static_cast<const char *>(text),
+                                          sqlite3_column_bytes(statement, 0)));
+    }
+    EXPECT_EQ(sqlite3_finalize(statement), SQLITE_OK) << sql.toStdString();
+    return values.join(u'|');
+}
+
+StoreFixture::StoreFixture()
+{
+    Store.SetCreator(CodeNumber(u"WkLg"_s));
+}
+
+StoreFixture::Handle StoreFixture::Open(const QString &name)
+{
+    return Store.OpenDatabase(1, PathOf(name), 0, 0, 0, 0, 3);
+}
+
+StoreFixture::Handle StoreFixture::Create(const QString &name, QStringView schema)
+{
+    const Handle handle
+        = Store.CreateDatabase(PathOf(name), CodeNumber(u"DATA"_s), CodeNumber(u"WkLg"_s));
+    Store.CreateTable(handle, name, schema.toString());
+    return handle;
+}
+
+void StoreFixture::Build(const QString &name, const std::vector<ThreeFields> &records)
+{
+    const Handle handle = Create(name);
+    RecordStore::Batch batch(Store, handle);
+    for (const ThreeFields &record : records)
+        Add(handle, record);
+    batch.Commit();
+    Store.CloseDatabase(handle);
+}
+
+StoreFixture::Handle StoreFixture::Table(
+    const std::vector<ThreeFields> &records, const QString &name)
+{
+    Build(name, records);
+    return Open(name);
+}
+
+void StoreFixture::Add(Handle handle, const ThreeFields &record)
+{
+    Store.AddRecord(handle);
+    Store.WriteRecord(handle, record);
+    Store.UpdateRecord(handle);
+}
+
+void StoreFixture::Change(Handle handle, const ThreeFields &record)
+{
+    Store.EditRecord(handle);
+    Store.WriteRecord(handle, record);
+    Store.UpdateRecord(handle);
+}
+
+ThreeFields StoreFixture::Read(Handle handle)
+{
+    ThreeFields record;
+    EXPECT_TRUE(Store.ReadRecord(handle, record));
+    return record;
+}
+
+QString StoreFixture::Names(Handle handle)
+{
+    QStringList names;
+    for (Store.MoveFirst(handle); !Store.IsEndOfTable(handle); Store.MoveNext(handle))
+        names.append(Name(handle));
+    return names.join(u' ');
+}
+
+QString StoreFixture::Found(Handle handle, qint32 field, const RecordStore::Key &key)
+{
+    Store.FindRecord(handle, field, key);
+    const QString name = Store.IsEndOfTable(handle) ? u"end"_s : Name(handle);
+    return name + u' ' + QString::number(Store.GetLastStatus(handle));
+}
+
+QString StoreFixture::NamesInFile(const QString &name)
+{
+    RecordStore fresh;
+    fresh.SetCreator(CodeNumber(u"WkLg"_s));
+    const Handle handle = fresh.OpenDatabase(1, PathOf(name), 0, 0, 0, 0, 3);
+    QStringList names;
+    for (fresh.MoveFirst(handle); !fresh.IsEndOfTable(handle); fresh.MoveNext(handle))
+        names.append(fresh.ReadField(handle, 0));
+    return names.join(u' ');
+}
+
+QByteArray StoreFixture::Bytes(const QString &name) const
+{
+    QFile file(FileOf(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+    return file.readAll();
+}
+
+QStringList StoreFixture::FilesInFolder() const
+{
+    return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+void StoreFixture::WriteFile(const QString &name, const QByteArray &content) const
+{
+    QFile file(FileOf(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write(content), content.size());
+}
