@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/Currency.h"
+
+#include <QString>
+
+#include <optional>
+
+/// What the cells of a column may hold.
+///
+/// Every rule answers with what is wrong, an empty text when nothing is; the reader of the table
+/// adds column, file and line.
+struct CellRule
+{
+    enum class Kind
+    {
+        Text, ///< anything
+        Code, ///< 1 to `Width` characters
+        OptionalCode, ///< the same, or nothing
+        CompanyCode, ///< a code that can be a folder's name and a part of a file's name
+        Flag, ///< "Y" or "N"
+        Digit, ///< `First` to `Last`
+        OptionalDigit, ///< the same, or nothing
+        Amount ///< a number, see AmountFromCell
+    };
+
+    Kind What = Kind::Text;
+    int Width = 0;
+    QChar First;
+    QChar Last;
+
+    QString Problem(const QString &cell) const;
+};
+
+namespace CellRules {
+constexpr CellRule Text = {};
+constexpr CellRule CompanyCode = {CellRule::Kind::CompanyCode, 30, {}, {}};
+constexpr CellRule Flag = {CellRule::Kind::Flag, 0, {}, {}};
+constexpr CellRule Amount = {CellRule::Kind::Amount, 0, {}, {}};
+constexpr CellRule Code(int width)
+{
+    return {CellRule::Kind::Code, width, {}, {}};
+}
+constexpr CellRule OptionalCode(int width)
+{
+    return {CellRule::Kind::OptionalCode, width, {}, {}};
+}
+constexpr CellRule Digit(char16_t first, char16_t last)
+{
+    return {CellRule::Kind::Digit, 0, first, last};
+}
+constexpr CellRule OptionalDigit(char16_t first, char16_t last)
+{
+    return {CellRule::Kind::OptionalDigit, 0, first, last};
+}
+} // namespace CellRules
+
+/// Whether a company code can name the company's folder and begin the names of its databases, on
+/// every system that the program runs on.
+bool IsUsableCompanyCode(const QString &code);
+
+/// The number in a cell: digits with "." as the decimal sign, at most four decimals, 0 to
+/// 999999999.9999; nothing for anything else. No rate, cost or factor is below zero, and the upper
+/// bound leaves room for what the entry window multiplies them with.
+std::optional<Currency> AmountFromCell(const QString &cell);

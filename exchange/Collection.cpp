@@ -1,0 +1,116 @@
+#include "exchange/Collection.h"
+
+#include "exchange/ExchangeErrors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint32 DeleteMode = 2;
+
+} // namespace
+
+Collection::Collection(LocalDatabases &local, const QString &worklog, const QString &company,
+    const QString &employeeNumber)
+    : m_local(local)
+    , m_company(company)
+    , m_employeeNumber(employeeNumber)
+    , m_databaseName(local.Main().CompanyName(company, DatabasePrefix::Entries))
+    , m_uploads(worklog, company)
+{
+}
+
+bool Collection::Prepare()
+{
+    const LocalDatabases::Open entries(m_local, m_databaseName);
+    if (!entries.Exists())
+        return false;
+    m_batch = ReadBatchNote(entries.Handle);
+    const QString delivered = m_batch.isEmpty() ? QString() : m_uploads.Delivered(m_batch);
+    if (!delivered.isEmpty()) {
+        Uploads::Secure(delivered);
+        m_uploads.Discard(m_batch);
+        m_finishedCount = TakeOut(entries.Handle, ReadEntryLines(delivered));
+        m_batch.clear();
+    }
+    const std::string contents = ReadEntries(entries.Handle);
+    if (m_count == 0) {
+        if (!m_batch.isEmpty()) {
+            m_uploads.Discard(m_batch);
+            TakeOut(entries.Handle, {});
+        }
+        return false;
+    }
+    if (m_batch.isEmpty())
+        m_batch = Uploads::NewBatchName(m_employeeNumber);
+    m_uploads.Write(m_batch, contents);
+    m_local.Store().WriteNote(entries.Handle, m_batch);
+    return true;
+}
+
+void Collection::Deliver()
+{
+    m_uploads.HandOver(m_batch);
+    const LocalDatabases::Open entries(m_local, m_databaseName);
+    TakeOut(entries.Handle, std::move(m_lines));
+}
+
+qint64 Collection::Erase()
+{
+    const LocalDatabases::Open entries(m_local, m_databaseName);
+    if (!entries.Exists())
+        return 0;
+    const QString batch = ReadBatchNote(entries.Handle);
+    if (!batch.isEmpty())
+        m_uploads.Discard(batch);
+    ReadEntries(entries.Handle);
+    if (m_count > 0 || !batch.isEmpty())
+        TakeOut(entries.Handle, std::move(m_lines));
+    return m_count;
+}
+
+QString Collection::ReadBatchNote(RecordStore::Handle entries)
+{
+    const QString note = m_local.Store().ReadNote(entries);
+    if (!note.isEmpty() && !Uploads::IsBatchName(note))
+        RaiseExchangeError(ExchangeErrors::BadNote,
+            u"The database "_s + m_databaseName + u" carries the mark of another program: "_s
+                + note);
+    return note;
+}
+
+std::string Collection::ReadEntries(RecordStore::Handle entries)
+{
+    RecordStore &store = m_local.Store();
+    std::string contents = EntryHeader();
+    EntryRecord entry;
+    for (store.MoveFirst(entries); store.ReadRecord(entries, entry); store.MoveNext(entries)) {
+        const std::string line = EntryLine(entry);
+        contents += line;
+        ++m_lines[line];
+        ++m_count;
+    }
+    return contents;
+}
+
+qint64 Collection::TakeOut(RecordStore::Handle entries, EntryLines lines)
+{
+    RecordStore &store = m_local.Store();
+    RecordStore::Batch batch(store, entries);
+    qint64 count = 0;
+    EntryRecord entry;
+    // From the last to the first: a deletion then leaves the places of the others alone.
+    for (qint32 position = store.GetRecordCount(entries); position-- > 0;) {
+        store.MoveToPosition(entries, position);
+        store.ReadRecord(entries, entry);
+        const auto line = lines.find(EntryLine(entry));
+        if (line == lines.end() || line->second == 0)
+            continue;
+        --line->second;
+        store.DeleteRecord(entries, DeleteMode);
+        ++count;
+    }
+    store.WriteNote(entries, {});
+    batch.Commit();
+    return count;
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "exchange/EntryRows.h"
+#include "exchange/LocalDatabases.h"
+#include "exchange/Uploads.h"
+
+#include <QString>
+
+#include <optional>
+
+/// Hands the entries of one company over to the accounting side, each of them exactly once,
+/// wherever a run is killed.
+///
+/// The note of the Entries database makes that so. It holds the name of the batch that is being
+/// handed over, and is on the disk before the batch's file gets the name under which the
+/// accounting side sees it:
+///
+///   note    file                  what a run that comes later does
+///   ------  --------------------  -----------------------------------------------------------
+///   none    none, or hidden       collects under a new name
+///   batch   none, or hidden       collects again, under the same name
+///   batch   handed over           takes the entries that stand in the file out of the table
+///
+/// Entries leave the table and the note is cleared in one transaction. An entry that was changed
+/// after it was handed over is another entry then: it stays, and comes with the next batch.
+///
+/// Errors: clsRunTimeError; the entries are then as the table above says.
+class Collection
+{
+public:
+    /// `employeeNumber` becomes a part of the batch's name. `local` outlives the object.
+    Collection(LocalDatabases &local, const QString &worklog, const QString &company,
+        const QString &employeeNumber);
+
+    const QString &Company() const { return m_company; }
+
+    /// Settles what an earlier run has left, then writes the file under its hidden name and the
+    /// note. False when there is nothing to hand over.
+    bool Prepare();
+    /// Hands the prepared file over and takes its entries out of the table.
+    void Deliver();
+    /// Deletes all entries without handing them over; their number.
+    qint64 Erase();
+
+    qint64 Count() const { return m_count; } ///< entries in the prepared file
+    QString File() const { return m_uploads.FileOf(m_batch); }
+    /// Entries that an earlier run had handed over but not yet taken out.
+    qint64 FinishedCount() const { return m_finishedCount; }
+
+private:
+    QString ReadBatchNote(RecordStore::Handle entries);
+    /// All entries: their lines into `m_lines`, and the text of their file.
+    std::string ReadEntries(RecordStore::Handle entries);
+    /// Takes one entry a line out of the table and clears the note, in one transaction; the number
+    /// of entries taken out.
+    qint64 TakeOut(RecordStore::Handle entries, EntryLines lines);
+
+    LocalDatabases &m_local;
+    QString m_company;
+    QString m_employeeNumber;
+    QString m_databaseName;
+    Uploads m_uploads;
+    QString m_batch;
+    EntryLines m_lines;
+    qint64 m_count = 0;
+    qint64 m_finishedCount = 0;
+};

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "exchange/Collection.h"
+#include "exchange/ExchangeLog.h"
+#include "exchange/LocalDatabases.h"
+#include "exchange/Progress.h"
+#include "exchange/StagedDatabases.h"
+#include "store/Records.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+/// One synchronisation of one program folder, from its first file to its last.
+///
+/// Order:  everything that can be refused comes before everything that changes something.
+///         1. Read and check all files; build every new database, in a folder of its own.
+///         2. Write the entries of every company that hands some over, under hidden names.
+///         3. Hand them over and take them out of the tables.
+///         4. Delete the entries of every company that wishes it.
+///         5. Move the new databases over the old ones.
+/// Errors: clsRunTimeError. After one in 1 nothing has changed, after one in 2 no entry and no
+///         reference database; after a later one, and after a kill anywhere, a new run goes on
+///         where this one has ended, with every entry handed over once.
+class ExchangeRun
+{
+public:
+    /// `worklog` is the folder with the accounting side's files. All arguments outlive the object.
+    ExchangeRun(const QString &worklog, const QString &programFolder, ExchangeLog &log,
+        const ProgressReport &progress);
+
+    void Run();
+
+private:
+    /// What is to be done with one company.
+    struct Task
+    {
+        QString Company;
+        SyncOption Option = SyncOption::Nothing;
+        bool Rewrite = false;
+        QString KeptSyncOption; ///< see ReferenceData::Build
+        QString Employee_Number;
+    };
+
+    void PlanListed(const std::vector<CompanyRecord> &companies);
+    void PlanDropped(const std::vector<CompanyRecord> &companies, const QStringList &known);
+    Task PlanOne(const QString &company);
+    SyncOption OptionOf(const LocalCompany &local, const QString &company) const;
+    void BuildDatabases(
+        const std::vector<CompanyRecord> &companies, bool hasCompanyList, StagedDatabases &staged);
+    void PrepareCollections();
+    void DeliverCollections();
+    void EraseEntries();
+
+    QString m_worklog;
+    LocalDatabases m_local;
+    ExchangeLog &m_log;
+    const ProgressReport &m_progress;
+    std::vector<Task> m_tasks;
+    std::vector<Collection> m_prepared;
+    QStringList m_written; // told when it is true
+};

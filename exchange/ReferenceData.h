@@ -1,0 +1,75 @@
+#pragma once
+
+#include "exchange/Progress.h"
+#include "exchange/StagedDatabases.h"
+#include "exchange/TableReader.h"
+#include "store/Records.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+/// Reads what the accounting side has written and builds the new databases of it.
+///
+/// Files:  <worklog>/Company.csv, and a file a table in <worklog>/<company code>/; names in any
+///         letter case.
+/// Errors: clsRunTimeError naming file and line, for everything that the file format, a column or
+///         the other files do not allow.
+
+/// The companies that are handed over, at least one; codes that differ in nothing but the case of
+/// their letters are refused, because they would name the same files on some systems.
+std::vector<CompanyRecord> ReadCompanies(const QString &worklog);
+
+/// The synchronisation option that a company's Options file gives.
+QString ReadSyncOption(const QString &worklog, const QString &company);
+
+/// Builds the Company database; the number of its records.
+qint64 BuildCompanyTable(
+    const std::vector<CompanyRecord> &companies, const QString &name, StagedDatabases &staged);
+
+/// Builds the seven reference databases of one company.
+class ReferenceData
+{
+public:
+    /// `names` gives the databases their names; all arguments outlive the object.
+    ReferenceData(const QString &worklog, const QString &company, const modDBMain &names,
+        StagedDatabases &staged, const ProgressReport &progress);
+
+    /// `keptSyncOption` takes the place of the file's, unless it is empty. The result names the
+    /// tables with the number of their records, for the log.
+    QString Build(const QString &keptSyncOption);
+
+private:
+    /// The line on which a code stands first, to tell of a code that comes twice.
+    using Codes = std::unordered_map<std::string, qint64>;
+
+    template <class Record>
+    using Check = std::function<void(Record &record, const CsvReader &csv)>;
+
+    /// Reads a table's file into its new database. `check` completes each record and refuses what
+    /// a column by itself cannot know. The result is the number of records.
+    template <class Record>
+    qint64 BuildTable(const TableDefinition<Record> &definition, const Check<Record> &check);
+    template <class Record>
+    void BuildOneRecord(const TableDefinition<Record> &definition, const Check<Record> &check);
+    static void TakeNewCode(Codes &codes, std::string code, const CsvReader &csv);
+
+    void BuildMultiplier();
+    void BuildDivisions();
+    void BuildCustomers();
+    void BuildProjects();
+    void BuildActivities();
+
+    QString m_worklog;
+    QString m_company;
+    const modDBMain &m_names;
+    StagedDatabases &m_staged;
+    const ProgressReport &m_progress;
+    Codes m_divisions;
+    Codes m_customers;
+    QStringList m_counts;
+};

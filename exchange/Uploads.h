@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+
+/// The folder <worklog>/<company>/uploads, in which a company's entries are handed over.
+///
+/// Files:  <batch>.csv is complete and on the disk whenever it stands there. Until then it is
+///         .<batch>.part, which nobody may read. imported/ is where the accounting side may put
+///         the files that it has taken in.
+/// Names:  a batch is "yyyyMMdd-HHmmss-<employee>-<8 hexadecimal digits>", its time in UTC: names
+///         sort by time, and no two computers choose the same.
+/// Errors: clsRunTimeError naming the file.
+class Uploads
+{
+public:
+    Uploads(const QString &worklog, const QString &company);
+
+    static QString NewBatchName(const QString &employeeNumber);
+    static bool IsBatchName(const QString &text);
+
+    /// The batch's file, wherever the accounting side has put it; empty when it was never handed
+    /// over.
+    QString Delivered(const QString &batch) const;
+
+    /// Waits until a file that was handed over, and its name, are on the disk: a run that was
+    /// killed may have gone before they were.
+    static void Secure(const QString &delivered);
+
+    /// Writes the batch's file under its hidden name, in place of one that was left there. It is
+    /// on the disk when this returns.
+    void Write(const QString &batch, const std::string &contents) const;
+    /// Gives the hidden file its final name, in one durable step.
+    void HandOver(const QString &batch) const;
+    /// Removes the batch's hidden file if there is one.
+    void Discard(const QString &batch) const;
+
+    QString FileOf(const QString &batch) const;
+
+private:
+    QString PartOf(const QString &batch) const;
+
+    QString m_worklog;
+    QString m_company;
+};

@@ -1,0 +1,64 @@
+#include "exchange/CommandLine.h"
+#include "exchange/ExchangeLog.h"
+#include "exchange/SampleRoot.h"
+#include "exchange/Synchronisation.h"
+#include "platform/clsRunTimeError.h"
+#include "platform/Display.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int Failed = 1;
+constexpr int CalledWrongly = 2;
+
+QStringList ArgumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QFile::decodeName(argv[i]));
+    return arguments;
+}
+
+int MakeSample(const QString &root)
+{
+    try {
+        MakeSampleRoot(root, QCoreApplication::applicationFilePath());
+        return 0;
+    } catch (const clsRunTimeError &error) {
+        TellStandardError(error.Description());
+        return Failed;
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const CommandLine command = ParseCommandLine(ArgumentsOf(argc, argv));
+    // The arguments are none of the toolkit's business: it would take those out that it knows.
+    int ownName = 1;
+    switch (command.What) {
+    case CommandLine::Wish::ShowHelp:
+        std::fputs(UsageText().toUtf8().constData(), stdout);
+        return 0;
+    case CommandLine::Wish::NotUnderstood:
+        std::fputs(UsageText().toUtf8().constData(), stderr);
+        return CalledWrongly;
+    case CommandLine::Wish::MakeSample: {
+        const QCoreApplication application(ownName, argv);
+        return MakeSample(command.Folder);
+    }
+    case CommandLine::Wish::Synchronise:
+        break;
+    }
+    ChooseDisplay();
+    const QApplication application(ownName, argv);
+    return Synchronise(command.Folder);
+}
