@@ -13,7 +13,7 @@ clsProgram::clsProgram(const QString &programFolder, const ProgramServices &serv
     , m_folder(programFolder)
     , m_tables(programFolder)
     , m_sync(m_tables, m_session, services.Messages, services.Process)
-    , m_entryInfo(m_tables, m_session, m_list, m_screen, services.Messages, services.Clock)
+    , m_entryInfo(m_tables, m_session, m_entry, m_list, m_screen, services.Messages, services.Clock)
     , m_entryList(m_tables, m_sync, m_session, m_filter, m_sort, m_list, m_entryInfo, m_screen,
           services.Messages, services.Clock)
 {

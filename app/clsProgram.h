@@ -10,6 +10,7 @@
 #include "platform/clsMessageBox.h"
 #include "platform/clsProcess.h"
 #include "platform/clsSendKeys.h"
+#include "session/EntryBeingEdited.h"
 #include "session/FilterState.h"
 #include "session/SessionState.h"
 #include "session/SortState.h"
@@ -63,6 +64,7 @@ private:
     QString m_folder;
     Tables m_tables;
     SessionState m_session;
+    EntryBeingEdited m_entry;
     FilterState m_filter;
     SortState m_sort;
     EntryListState m_list;

@@ -23,9 +23,10 @@ constexpr std::array RateControls = {
 
 } // namespace
 
-modEntryInfo::modEntryInfo(Tables &tables, const SessionState &session, EntryListState &list,
-    EntryScreen &screen, clsMessageBox &messages, const clsClock &clock)
-    : m_tables(tables)
+modEntryInfo::modEntryInfo(Tables &tables, const SessionState &session, EntryBeingEdited &entry,
+    EntryListState &list, EntryScreen &screen, clsMessageBox &messages, const clsClock &clock)
+    : Entry(entry)
+    , m_tables(tables)
     , m_session(session)
     , m_list(list)
     , m_screen(screen)

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "entry/EntryBeingEdited.h"
 #include "entry/EntryListState.h"
 #include "entry/EntryScreen.h"
 #include "platform/clsClock.h"
 #include "platform/clsMessageBox.h"
+#include "session/EntryBeingEdited.h"
 #include "session/SessionState.h"
 #include "store/Tables.h"
 
@@ -28,8 +28,8 @@ class modEntryInfo
 {
 public:
     /// All outlive it.
-    modEntryInfo(Tables &tables, const SessionState &session, EntryListState &list,
-        EntryScreen &screen, clsMessageBox &messages, const clsClock &clock);
+    modEntryInfo(Tables &tables, const SessionState &session, EntryBeingEdited &entry,
+        EntryListState &list, EntryScreen &screen, clsMessageBox &messages, const clsClock &clock);
 
     /// Reloads the entry list; connected by whoever owns the list.
     std::function<void()> ReloadList;
@@ -75,7 +75,7 @@ public:
     /// Asks about unsaved changes, where there are any; false: the action is abandoned.
     bool MayLeaveEntry();
 
-    EntryBeingEdited Entry;
+    EntryBeingEdited &Entry;
     bool Changed = false;
     bool NewEntry = true;
     bool EntryLoaded = false;

@@ -140,17 +140,20 @@ void ProgramUnderTest::ClickRow(const QString &grid, int row)
 void ProgramUnderTest::Answer(const QString &button)
 {
     const QString message = MessageText();
-    // The window manager may still be moving the box: the click goes where the button stays.
-    QPoint before;
-    WaitUntil(button + u" to stand still"_s, [&] {
+    // The window manager may still be placing the box; a click that missed the button because it
+    // was moved away is made again where the button then stands.
+    QPoint clicked;
+    WaitUntil(u"the message to go: "_s + message, [&] {
+        if (MessageText() != message)
+            return true;
         const QJsonObject found = Ask(u"button"_s, button);
         const QPoint middle = MiddleOf(found);
-        const bool still = found[u"found"_s].toBool() && middle == before;
-        before = middle;
-        return still;
+        if (found[u"active"_s].toBool() && middle != clicked) {
+            m_display.Click(middle.x(), middle.y());
+            clicked = middle;
+        }
+        return false;
     });
-    m_display.Click(before.x(), before.y());
-    WaitUntil(u"the message to go: "_s + message, [&] { return MessageText() != message; });
 }
 
 void ProgramUnderTest::Enter(const QString &control, const QString &text)

@@ -60,6 +60,7 @@ QJsonObject Describe(const QWidget &control)
     object[u"text"_s] = TextOf(control);
     object[u"visible"_s] = control.isVisible();
     object[u"enabled"_s] = control.isEnabled();
+    object[u"active"_s] = control.isActiveWindow();
     object[u"focused"_s] = QApplication::focusWidget() == &control;
     if (const auto *list = qobject_cast<const QComboBox *>(&control)) {
         QJsonArray items;
