@@ -1,6 +1,7 @@
 #include "app/clsApplication.h"
 #include "app/clsProgram.h"
 #include "help/clsHelp.h"
+#include "platform/clsWindowMessageBox.h"
 #include "platform/Paths.h"
 
 using namespace Qt::StringLiterals;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QPointer>
 #include <QString>
-#include <QWidget>
 
 enum class MessageIcon
 {
@@ -46,17 +44,4 @@ public:
 
     /// "Do you want to save changes?" with Yes, No and Cancel.
     MessageAnswer AskSaveChanges();
-};
-
-/// Boxes on the screen, in front of the window that is in use.
-class clsWindowMessageBox : public clsMessageBox
-{
-public:
-    void SetParent(QWidget *parent) { m_parent = parent; }
-
-    MessageAnswer Ask(const QString &text, MessageIcon icon, MessageButtons buttons,
-        MessageAnswer preset) override;
-
-private:
-    QPointer<QWidget> m_parent;
 };
