@@ -183,10 +183,7 @@ void RecordStore::MoveFirst(Handle handle)
     table.Drop();
     table.Cursor = 0;
     table.WrittenRow.reset();
-    if (!table.InBatch)
-        Refresh(table);
-    else
-        Loaded(handle);
+    Refresh(table);
 }
 
 void RecordStore::MoveCursor(Handle handle)
@@ -334,6 +331,16 @@ void RecordStore::BeginWrite(OpenTable &table)
 {
     if (!table.InBatch)
         table.File->Begin();
+    else
+        RequireBatch(table);
+}
+
+void RecordStore::RequireBatch(const OpenTable &table)
+{
+    // A full disk undoes the whole transaction; what followed would otherwise be written alone.
+    if (!table.File->InTransaction())
+        RaiseStoreError(StoreErrors::WriteFailed,
+            u"The batch of writes has already failed in the database "_s + table.File->FileName());
 }
 
 void RecordStore::EndWrite(OpenTable &table)
@@ -533,6 +540,9 @@ RecordStore::Batch::~Batch()
 void RecordStore::Batch::Commit()
 {
     OpenTable &table = m_store.Find(m_handle);
+    if (!table.InBatch)
+        return;
+    RequireBatch(table);
     table.File->Commit();
     table.InBatch = false;
 }

@@ -195,6 +195,19 @@ TEST_F(OtherPrograms, ABatchThatMeetsAChangedRecordIsUndoneAsAWhole)
     EXPECT_EQ(Names(handle), u"a b c"_s);
 }
 
+TEST_F(OtherPrograms, ABatchSeesAtMoveFirstWhatWasWrittenBeforeIt)
+{
+    const Handle handle = Open(u"T"_s);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
+    OtherProgram(FileName()).Execute(u"INSERT INTO T (Name) VALUES ('d')"_s);
+    RecordStore::Batch batch(Store, handle);
+    EXPECT_EQ(Names(handle), u"a b c d"_s);
+    Add(handle, Three(u"e"_s));
+    EXPECT_EQ(Names(handle), u"a b c d e"_s);
+    batch.Commit();
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d e"_s);
+}
+
 TEST_F(OtherPrograms, ABatchKeepsThemOut)
 {
     const Handle handle = Open(u"T"_s);
@@ -254,6 +267,33 @@ TEST_F(OtherPrograms, AWriteWaitsForNobodyForLong)
     EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d"_s);
 }
 
+TEST_F(OtherPrograms, AReaderHindersACommitAndNothingIsHalfDone)
+{
+    const Handle handle = Open(u"T"_s);
+    Store.MoveFirst(handle);
+    const QByteArray before = Bytes(u"T"_s);
+    OtherProgram other(FileName());
+    other.Execute(u"BEGIN"_s);
+    other.Values(u"SELECT count(*) FROM T"_s);
+    EXPECT_EQ(RaisedBy([&] { Change(handle, Three(u"A"_s)); }).Number, StoreErrors::Locked);
+    EXPECT_EQ(RaisedBy([&] { Add(handle, Three(u"d"_s)); }).Number, StoreErrors::Locked);
+    EXPECT_EQ(Name(handle), u"a"_s);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Add(handle, Three(u"d"_s));
+        EXPECT_EQ(RaisedBy([&] { batch.Commit(); }).Number, StoreErrors::Locked);
+        // The batch has failed: nothing of it may slip through afterwards.
+        EXPECT_EQ(RaisedBy([&] { Add(handle, Three(u"e"_s)); }).Number, StoreErrors::WriteFailed);
+        other.Execute(u"COMMIT"_s);
+        EXPECT_EQ(RaisedBy([&] { Add(handle, Three(u"f"_s)); }).Number, StoreErrors::WriteFailed);
+        EXPECT_EQ(RaisedBy([&] { batch.Commit(); }).Number, StoreErrors::WriteFailed);
+    }
+    EXPECT_EQ(Bytes(u"T"_s), before);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
+    Add(handle, Three(u"d"_s));
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d"_s);
+}
+
 TEST_F(OtherPrograms, AFullDiskLeavesTheRecordsAsTheyWere)
 {
     const Handle handle = Open(u"T"_s);
@@ -266,6 +306,33 @@ TEST_F(OtherPrograms, AFullDiskLeavesTheRecordsAsTheyWere)
         EXPECT_TRUE(raised.Names(FileName())) << raised.Description.toStdString();
     }
     EXPECT_EQ(Bytes(u"T"_s), before);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
+    Add(handle, Three(u"d"_s));
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d"_s);
+}
+
+TEST_F(OtherPrograms, AFullDiskUndoesAWholeBatchEvenIfTheCallerGoesOn)
+{
+    const Handle handle = Open(u"T"_s);
+    const QByteArray before = Bytes(u"T"_s);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Add(handle, Three(u"d"_s));
+        {
+            const SmallDisk full(static_cast<rlim_t>(before.size()));
+            // More than the cache holds, so that pages go to the disk before the end.
+            EXPECT_EQ(RaisedBy([&] {
+                for (int i = 0; i < 200; ++i)
+                    Add(handle, Three(QString(50000, u'x')));
+            }).Number,
+                StoreErrors::WriteFailed);
+        }
+        EXPECT_EQ(RaisedBy([&] { Add(handle, Three(u"e"_s)); }).Number, StoreErrors::WriteFailed);
+        EXPECT_EQ(
+            RaisedBy([&] { Store.WriteNote(handle, u"e"_s); }).Number, StoreErrors::WriteFailed);
+        EXPECT_EQ(RaisedBy([&] { batch.Commit(); }).Number, StoreErrors::WriteFailed);
+    }
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a b c"_s);
     EXPECT_EQ(Names(handle), u"a b c"_s);
     Add(handle, Three(u"d"_s));
     EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d"_s);
