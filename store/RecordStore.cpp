@@ -373,6 +373,8 @@ void RecordStore::UpdateRecord(Handle handle)
         RaiseStoreError(StoreErrors::NothingBegun,
             u"No record has been begun in the database "_s + table.File->FileName());
     const bool isNew = table.Pending == OpenTable::Begun::Add;
+    if (isNew && !table.Table && !table.Order.empty())
+        Load(table); // once the record is there, sorting would no longer put it last
     BeginWrite(table);
     try {
         if (isNew) {
@@ -534,6 +536,7 @@ RecordStore::Batch::~Batch()
     table.InBatch = false;
     table.Table.reset(); // it holds what has not happened
     table.WrittenRow.reset();
+    table.Cursor = 0;
     table.Drop();
 }
 

@@ -108,8 +108,9 @@ public:
     void WriteNote(Handle handle, const QString &note);
 
     /// All writes to one database between construction and Commit() are one durable transaction;
-    /// without Commit() none of them has happened. When one of them fails for want of space, or
-    /// Commit() does, all that follow are refused until the end.
+    /// without Commit() none of them has happened, and the cursor is then on the first record. When
+    /// one of them fails for want of space, or Commit() does, all that follow are refused until the
+    /// end.
     class Batch
     {
     public:
