@@ -183,10 +183,7 @@ void RecordStore::MoveFirst(Handle handle)
     table.Drop();
     table.Cursor = 0;
     table.WrittenRow.reset();
-    if (!table.InBatch)
-        Refresh(table);
-    else
-        Loaded(handle);
+    Refresh(table);
 }
 
 void RecordStore::MoveCursor(Handle handle)
@@ -334,6 +331,16 @@ void RecordStore::BeginWrite(OpenTable &table)
 {
     if (!table.InBatch)
         table.File->Begin();
+    else
+        RequireBatch(table);
+}
+
+void RecordStore::RequireBatch(const OpenTable &table)
+{
+    // A full disk undoes the whole transaction; what followed would otherwise be written alone.
+    if (!table.File->InTransaction())
+        RaiseStoreError(StoreErrors::WriteFailed,
+            u"The batch of writes has already failed in the database "_s + table.File->FileName());
 }
 
 void RecordStore::EndWrite(OpenTable &table)
@@ -366,6 +373,8 @@ void RecordStore::UpdateRecord(Handle handle)
         RaiseStoreError(StoreErrors::NothingBegun,
             u"No record has been begun in the database "_s + table.File->FileName());
     const bool isNew = table.Pending == OpenTable::Begun::Add;
+    if (isNew && !table.Table && !table.Order.empty())
+        Load(table); // once the record is there, sorting would no longer put it last
     BeginWrite(table);
     try {
         if (isNew) {
@@ -527,12 +536,16 @@ RecordStore::Batch::~Batch()
     table.InBatch = false;
     table.Table.reset(); // it holds what has not happened
     table.WrittenRow.reset();
+    table.Cursor = 0;
     table.Drop();
 }
 
 void RecordStore::Batch::Commit()
 {
     OpenTable &table = m_store.Find(m_handle);
+    if (!table.InBatch)
+        return;
+    RequireBatch(table);
     table.File->Commit();
     table.InBatch = false;
 }

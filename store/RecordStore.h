@@ -108,7 +108,9 @@ public:
     void WriteNote(Handle handle, const QString &note);
 
     /// All writes to one database between construction and Commit() are one durable transaction;
-    /// without Commit() none of them has happened.
+    /// without Commit() none of them has happened, and the cursor is then on the first record. When
+    /// one of them fails for want of space, or Commit() does, all that follow are refused until the
+    /// end.
     class Batch
     {
     public:
@@ -152,6 +154,7 @@ private:
     static void Load(OpenTable &table);
     static void Refresh(OpenTable &table);
     static void BeginWrite(OpenTable &table);
+    static void RequireBatch(const OpenTable &table);
     static void EndWrite(OpenTable &table);
     static void AbandonWrite(OpenTable &table) noexcept;
     static void RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen);

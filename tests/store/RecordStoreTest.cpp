@@ -689,6 +689,19 @@ TEST_F(RecordStoreSort, NewRecordsStandLast)
     EXPECT_EQ(Names(handle), u"a b c"_s);
 }
 
+TEST_F(RecordStoreSort, NewRecordsStandLastAlsoAfterAnUndoneBatch)
+{
+    const Handle handle = Table({Three(u"c"_s), Three(u"a"_s)});
+    Store.SortTable(handle, u"0"_s);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Add(handle, Three(u"x"_s));
+    }
+    Add(handle, Three(u"b"_s));
+    EXPECT_EQ(Store.GetRecordPosition(handle), 2);
+    EXPECT_EQ(Names(handle), u"a c b"_s);
+}
+
 TEST_F(RecordStoreSort, AChangedRecordKeepsItsPlace)
 {
     const Handle handle = Table({Three(u"c"_s), Three(u"a"_s), Three(u"b"_s)});
@@ -760,6 +773,18 @@ TEST_F(RecordStoreBatch, WithoutCommitNothingHasHappened)
     EXPECT_EQ(Store.ReadNote(handle), QString());
     Add(handle, Three(u"c"_s));
     EXPECT_EQ(NamesInFile(u"T"_s), u"a b c"_s);
+}
+
+TEST_F(RecordStoreBatch, OnceUndoneTheCursorIsOnTheFirstRecord)
+{
+    const Handle handle = Table({Three(u"a"_s), Three(u"b"_s), Three(u"c"_s)});
+    Store.MoveToPosition(handle, 1);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Store.DeleteRecord(handle, 2);
+    }
+    EXPECT_EQ(Store.GetRecordPosition(handle), 0);
+    EXPECT_EQ(Name(handle), u"a"_s);
 }
 
 TEST_F(RecordStoreBatch, AnExceptionInBetweenUndoesIt)
