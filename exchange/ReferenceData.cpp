@@ -134,19 +134,19 @@ void ReferenceData::BuildOneRecord(
             u"the table has no record behind its header"_s);
 }
 
-void ReferenceData::TakeNewCode(Codes &codes, std::string code, const CsvReader &csv)
+void ReferenceData::TakeNewCode(CodeSet &codes, const QString &code, const CsvReader &csv)
 {
-    const auto [at, isNew] = codes.try_emplace(std::move(code), csv.Line());
-    if (!isNew)
-        csv.Fail(u"the code stands there already, on line "_s + QString::number(at->second));
+    const qint64 line = codes.Insert(code, csv.Line());
+    if (line != 0)
+        csv.Fail(u"the code stands there already, on line "_s + QString::number(line));
 }
 
 void ReferenceData::BuildMultiplier()
 {
-    Codes codes;
+    CodeSet codes;
     BuildTable<MultiplierRecord>(
         ReferenceTables::Multiplier(), [&](MultiplierRecord &record, const CsvReader &csv) {
-            TakeNewCode(codes, record.Multiplier_Number.toStdString(), csv);
+            TakeNewCode(codes, record.Multiplier_Number, csv);
             record.Multiplier_Key = PadKey(record.Multiplier_Number, KeyWidth::Multiplier);
         });
 }
@@ -155,7 +155,7 @@ void ReferenceData::BuildDivisions()
 {
     BuildTable<DivisionRecord>(
         ReferenceTables::Divisions(), [&](DivisionRecord &record, const CsvReader &csv) {
-            TakeNewCode(m_divisions, record.Division_Number.toStdString(), csv);
+            TakeNewCode(m_divisions, record.Division_Number, csv);
             record.Division_Key = PadKey(record.Division_Number, KeyWidth::Division);
         });
 }
@@ -164,9 +164,8 @@ void ReferenceData::BuildCustomers()
 {
     BuildTable<CustomerRecord>(
         ReferenceTables::Customers(), [&](CustomerRecord &record, const CsvReader &csv) {
-            TakeNewCode(m_customers, record.Customer_Number.toStdString(), csv);
-            if (!record.Division_Number.isEmpty()
-                && !m_divisions.contains(record.Division_Number.toStdString()))
+            TakeNewCode(m_customers, record.Customer_Number, csv);
+            if (!record.Division_Number.isEmpty() && !m_divisions.Contains(record.Division_Number))
                 csv.Fail(u"the division \""_s + record.Division_Number
                     + u"\" is not among the divisions"_s);
             record.Customer_Key = PadKey(record.Customer_Number, KeyWidth::Customer);
@@ -175,23 +174,23 @@ void ReferenceData::BuildCustomers()
 
 void ReferenceData::BuildProjects()
 {
-    Codes codes;
+    CodeSet codes;
     BuildTable<ProjectRecord>(
         ReferenceTables::Projects(), [&](ProjectRecord &record, const CsvReader &csv) {
-            if (!m_customers.contains(record.Customer_Number.toStdString()))
+            if (!m_customers.Contains(record.Customer_Number))
                 csv.Fail(u"the customer \""_s + record.Customer_Number
                     + u"\" is not among the customers"_s);
             record.Project_Key = ProjectKey(record.Customer_Number, record.Project_Number);
-            TakeNewCode(codes, record.Project_Key.toStdString(), csv);
+            TakeNewCode(codes, record.Project_Key, csv);
         });
 }
 
 void ReferenceData::BuildActivities()
 {
-    Codes codes;
+    CodeSet codes;
     BuildTable<ActivityRecord>(
         ReferenceTables::Activities(), [&](ActivityRecord &record, const CsvReader &csv) {
-            TakeNewCode(codes, record.Activity_Number.toStdString(), csv);
+            TakeNewCode(codes, record.Activity_Number, csv);
             record.Activity_Key = PadKey(record.Activity_Number, KeyWidth::Activity);
         });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/CodeSet.h"
 #include "exchange/Progress.h"
 #include "exchange/StagedDatabases.h"
 #include "exchange/TableReader.h"
@@ -9,8 +10,6 @@
 #include <QStringList>
 
 #include <functional>
-#include <string>
-#include <unordered_map>
 #include <vector>
 
 /// Reads what the accounting side has written and builds the new databases of it.
@@ -44,9 +43,6 @@ public:
     QString Build(const QString &keptSyncOption);
 
 private:
-    /// The line on which a code stands first, to tell of a code that comes twice.
-    using Codes = std::unordered_map<std::string, qint64>;
-
     template <class Record>
     using Check = std::function<void(Record &record, const CsvReader &csv)>;
 
@@ -56,7 +52,7 @@ private:
     qint64 BuildTable(const TableDefinition<Record> &definition, const Check<Record> &check);
     template <class Record>
     void BuildOneRecord(const TableDefinition<Record> &definition, const Check<Record> &check);
-    static void TakeNewCode(Codes &codes, std::string code, const CsvReader &csv);
+    static void TakeNewCode(CodeSet &codes, const QString &code, const CsvReader &csv);
 
     void BuildMultiplier();
     void BuildDivisions();
@@ -69,7 +65,7 @@ private:
     const modDBMain &m_names;
     StagedDatabases &m_staged;
     const ProgressReport &m_progress;
-    Codes m_divisions;
-    Codes m_customers;
+    CodeSet m_divisions;
+    CodeSet m_customers;
     QStringList m_counts;
 };

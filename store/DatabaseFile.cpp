@@ -95,6 +95,12 @@ public:
         m_file.Check(sqlite3_bind_text64(
             m_statement, parameter, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
     }
+    /// Without a copy: the text outlives the next Step.
+    void BindLasting(int parameter, std::string_view text)
+    {
+        m_file.Check(sqlite3_bind_text64(
+            m_statement, parameter, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8));
+    }
     bool Step()
     {
         const int result = sqlite3_step(m_statement);
@@ -495,7 +501,7 @@ void DatabaseFile::BindRow(Statement &statement, const StoredRow &row)
     for (size_t i = 0; i < row.size(); ++i) {
         const int parameter = static_cast<int>(i) + 1;
         if (m_schema[i].Type == FieldType::String)
-            statement.Bind(parameter, std::string_view(std::get<std::string>(row[i])));
+            statement.BindLasting(parameter, std::get<std::string>(row[i]));
         else if (m_schema[i].Type == FieldType::Currency)
             statement.Bind(parameter, std::get<qint64>(row[i]));
         else
