@@ -17,6 +17,8 @@
 #include <QPushButton>
 #include <QScopeGuard>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -155,12 +157,14 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, 
     ConnectOthers();
     ConnectCommands();
     m_listModule.SetGrid(ui->msgEntryList);
+    m_entryModule.TakeFocusedBox = [this] { return TakeFocusedBox(); };
     qApp->installEventFilter(this);
 }
 
 frmEntryList::~frmEntryList()
 {
     m_listModule.SetGrid(nullptr);
+    m_entryModule.TakeFocusedBox = [] { return true; };
 }
 
 void frmEntryList::DrawArrows()
@@ -218,9 +222,9 @@ void frmEntryList::ConnectOthers()
         m_entryModule.TakeDescription();
         Render();
     });
-    connect(ui->dtpDate, &QDateEdit::dateChanged, this, [this](QDate date) {
-        m_screen.Date = date;
-        m_entryModule.TakeDate();
+    connect(ui->dtpDate, &QDateEdit::dateChanged, this, &frmEntryList::dtpDate_Change);
+    connect(ui->dtpDate, &clsDatePicker::Click, this, [this] {
+        m_entryModule.FieldEdited();
         Render();
     });
     const auto connectBox = [this](EntryControl control, void (modEntryInfo::*clicked)()) {
@@ -304,21 +308,72 @@ bool frmEntryList::IsCodeBox(const QWidget &control) const
 void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
 {
     m_focusByMouse = event.reason() == Qt::MouseFocusReason;
+    m_pressGivesFocus = m_focusByMouse;
+    if (&control == ui->dtpDate)
+        dtpDate_GotFocus();
     auto *box = qobject_cast<QLineEdit *>(&control);
     if (box != nullptr) {
         m_fieldEdited = false;
         SetMask(control);
         if (!m_focusByMouse && !box->text().isEmpty())
             box->selectAll();
-        m_focusByMouse = false;
     }
+    m_focusByMouse = false;
     m_entryModule.RememberFocusTexts();
 }
 
-void frmEntryList::LostFocus(QWidget &control)
+void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
 {
+    m_focusByMouse = false;
     if (!TakeBox(control))
-        Render();
+        m_pressRefused = event.reason() == Qt::MouseFocusReason;
+}
+
+void frmEntryList::dtpDate_GotFocus()
+{
+    m_inFocusFix = true;
+    m_dateKeys = 0;
+    // Entered with the mouse, the caret stays where it was set, and the picker's changes are not
+    // taken over until it is next entered from the keyboard. This asymmetry is kept.
+    if (m_focusByMouse)
+        return;
+    ui->dtpDate->setSelectedSection(QDateEdit::MonthSection);
+    m_inFocusFix = false;
+}
+
+void frmEntryList::dtpDate_Change(QDate date)
+{
+    m_screen.Date = date;
+    if (!m_inFocusFix)
+        m_entryModule.TakeDate();
+    Render();
+}
+
+bool frmEntryList::HandleDateKey(const QKeyEvent &event)
+{
+    constexpr qint16 keyThatMovesOn = 3;
+    if (BelongsToTheWindow(event))
+        return false;
+    switch (event.key()) {
+    case Qt::Key_NumLock:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        return false;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        m_dateKeys = 0;
+        return false;
+    default:
+        break;
+    }
+    m_dateKeys = m_focusByMouse ? qint16(1) : qint16(m_dateKeys + 1);
+    m_focusByMouse = false;
+    if (m_dateKeys != keyThatMovesOn)
+        return false;
+    m_dateKeys = 1;
+    QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
+    ui->dtpDate->event(&right);
+    return true;
 }
 
 bool frmEntryList::TakeFocusedBox()
@@ -329,17 +384,16 @@ bool frmEntryList::TakeFocusedBox()
 
 bool frmEntryList::TakeBox(const QWidget &control)
 {
-    if (!m_fieldEdited)
-        return true;
+    const bool edited = m_fieldEdited;
     m_fieldEdited = false;
     if (IsCodeBox(control))
-        return CheckCode(control);
+        return !edited || CheckCode(control);
     Handle([&] {
         if (&control == ui->txtHours)
             m_entryModule.ApplyHoursText();
-        else if (&control == ui->txtRate)
+        else if (&control == ui->txtRate && edited)
             m_entryModule.ApplyRateText();
-        else if (&control == ui->txtAmount)
+        else if (&control == ui->txtAmount && !m_screen[EntryControl::txtAmount].Locked)
             m_entryModule.ApplyAmountText();
     });
     return true;
@@ -409,13 +463,20 @@ void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
     Render();
 }
 
+EntryControl frmEntryList::ControlAfterActivity() const
+{
+    const EntryBeingEdited &entry = m_entryModule.Entry;
+    return entry.IsExpense() && entry.AmountOnly == "Y"_L1 ? EntryControl::txtAmount
+                                                           : EntryControl::txtHours;
+}
+
 bool frmEntryList::HandleEnter(QWidget &control)
 {
     if (IsCodeBox(control)) {
         if (!TakeBox(control))
             return true;
         if (&control == ui->txtActivity)
-            FocusTo(EntryControl::txtHours);
+            FocusTo(ControlAfterActivity());
         else
             m_keys.SendKeys(u"{TAB}"_s);
         return true;
@@ -439,7 +500,7 @@ bool frmEntryList::HandleTab(QWidget &control)
     if (!TakeBox(control))
         return true;
     if (&control == ui->txtActivity)
-        FocusTo(EntryControl::txtHours);
+        FocusTo(ControlAfterActivity());
     else if (&control == ui->txtHours || &control == ui->txtAmount)
         FocusTo(EntryControl::txtDescription);
     else
@@ -482,7 +543,19 @@ bool frmEntryList::HandleKey(QWidget &control, QKeyEvent &event)
         return HandleTab(control);
     if (event.key() == Qt::Key_Backtab)
         return !TakeBox(control);
-    return false;
+    return &control == ui->dtpDate && HandleDateKey(event);
+}
+
+bool frmEntryList::MousePressed(QWidget &control)
+{
+    const bool gaveFocus = std::exchange(m_pressGivesFocus, false);
+    const bool refused = std::exchange(m_pressRefused, false);
+    if (ui->dtpDate->isAncestorOf(&control) || &control == ui->dtpDate)
+        m_focusByMouse = !gaveFocus;
+    if (refused)
+        return true;
+    // A button that takes no focus leaves the box all the same.
+    return &control != focusWidget() && !IsBackground(control) && !TakeFocusedBox();
 }
 
 bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
@@ -494,9 +567,8 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
         return HandleKey(*control, *static_cast<QKeyEvent *>(event));
     case QEvent::MouseButtonPress:
-        // The box is left before the press counts: one that is refused keeps the focus, and the
-        // button is not pressed.
-        return control != focusWidget() && !IsBackground(*control) && !TakeFocusedBox();
+        // A box whose code is refused keeps the focus, and the button is not pressed.
+        return MousePressed(*control);
     case QEvent::Wheel:
         // A wheel that passes over a closed list or the date must not change the entry.
         return qobject_cast<QComboBox *>(control) != nullptr || control == ui->dtpDate;
@@ -506,7 +578,7 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
         return false;
     case QEvent::FocusOut:
         if (EntersField(*static_cast<QFocusEvent *>(event)))
-            LostFocus(*control);
+            LostFocus(*control, *static_cast<QFocusEvent *>(event));
         return false;
     default:
         return false;
@@ -532,8 +604,6 @@ void frmEntryList::msgEntryList_Click()
 
 bool frmEntryList::MayLeaveEntry()
 {
-    if (!TakeFocusedBox())
-        return false;
     bool mayLeave = false;
     Handle([&] { mayLeave = m_entryModule.MayLeaveEntry(); });
     return mayLeave;

@@ -65,11 +65,16 @@ private:
     void Handle(const std::function<void()> &action);
 
     bool HandleKey(QWidget &control, QKeyEvent &event);
+    EntryControl ControlAfterActivity() const;
     bool HandleEnter(QWidget &control);
     bool HandleTab(QWidget &control);
     bool HandleListKey(QComboBox &list, const QKeyEvent &event);
+    bool HandleDateKey(const QKeyEvent &event);
     void GotFocus(QWidget &control, const QFocusEvent &event);
-    void LostFocus(QWidget &control);
+    void LostFocus(QWidget &control, const QFocusEvent &event);
+    void dtpDate_GotFocus();
+    void dtpDate_Change(QDate date);
+    bool MousePressed(QWidget &control);
     /// Checks the edited box that has the focus; false when its code was refused.
     bool TakeFocusedBox();
     bool TakeBox(const QWidget &control);
@@ -95,5 +100,9 @@ private:
     std::array<QWidget *, EntryControls> m_widgets = {};
     clsM90Mask m_mask;
     bool m_fieldEdited = false; // the box with the focus holds an edit that no check has seen
-    bool m_focusByMouse = false;
+    bool m_focusByMouse = false; // the focus, or a press in the date picker, came from the mouse
+    bool m_pressGivesFocus = false; // the press that is being handled has just moved the focus
+    bool m_pressRefused = false; // it would have left a box whose code was refused
+    bool m_inFocusFix = false; // changes of the date picker are not taken over
+    qint16 m_dateKeys = 0; // typed into the present part of the date
 };

@@ -187,8 +187,7 @@ void modEntryInfo::ShowBillingStatus()
 
 bool modEntryInfo::LocksApproved() const
 {
-    const OptionsRecord &options = m_tables.Options.Working;
-    return IsYes(options.Lock_Approved);
+    return IsYes(m_tables.Options.Working.Lock_Approved);
 }
 
 bool modEntryInfo::ExpenseIsRefused() const
@@ -234,7 +233,7 @@ void modEntryInfo::ShowOnHold()
 {
     ControlState &box = m_screen[EntryControl::chkOnHold];
     box.Visible = IsYes(m_tables.Options.Working.On_Hold_In_Use);
-    box.Enabled = true;
+    box.Enabled = !m_screen[EntryControl::chkApproved].Checked;
     box.Checked = IsYes(Entry.OnHold);
 }
 

@@ -34,6 +34,10 @@ public:
     /// Reloads the entry list; connected by whoever owns the list.
     std::function<void()> ReloadList;
 
+    /// Takes in the box that has the focus as if it were left; false when its code was refused.
+    /// Connected by the window.
+    std::function<bool()> TakeFocusedBox = [] { return true; };
+
     // The record and the screen.
     void ClearEntry(); ///< a new, empty entry
     void LoadEntry(qint32 position); ///< the stored entry at that place of the Entries table
@@ -74,6 +78,8 @@ public:
 
     /// Asks about unsaved changes, where there are any; false: the action is abandoned.
     bool MayLeaveEntry();
+    /// What Yes to that question does; false when the save was refused.
+    bool SaveBeforeLeaving();
 
     EntryBeingEdited &Entry;
     bool Changed = false;
@@ -118,9 +124,15 @@ private:
     void ClearBillingData();
     void EnableBillingFields(bool options, bool rate);
     void ApplyBillingDefaults();
+    void TestForNoCharge();
     void ChooseBillingOption();
     void LookupRate();
-    Currency DivisionRate();
+    // The records that the entry's codes stand for. One that is not there is as a new one: no
+    // rate and no flag.
+    CustomerRecord CustomerOfEntry();
+    DivisionRecord DivisionOfEntry();
+    ProjectRecord ProjectOfEntry();
+    ActivityRecord ActivityOfEntry();
     bool CountsAsUnbilled() const { return m_noCharge || m_doNotBill; }
     bool SettingIsUpToThree() const;
     bool IsBillable() const;

@@ -234,6 +234,7 @@ void modEntryInfo::ApplyBillingOption()
     Entry.BillingOption = BillingOptionCode(text, m_tables.Options.Working);
     m_proposedOption = Entry.BillingOption;
     LayOutQuantities();
+    TestForNoCharge();
     if (!CountsAsUnbilled())
         LookupRate();
     RecalcAmount();
@@ -255,49 +256,62 @@ void modEntryInfo::ApplyBillingDefaults()
     m_previousOptionText = m_screen[EntryControl::cboBOption].ItemText();
 }
 
-Currency modEntryInfo::DivisionRate()
+CustomerRecord modEntryInfo::CustomerOfEntry()
 {
-    modDBCust &customers = m_tables.Customers;
-    modDBDivi &divisions = m_tables.Divisions;
     CustomerRecord customer;
+    if (m_tables.Customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
+        m_tables.Customers.ReadCustomer(customer);
+    return customer;
+}
+
+DivisionRecord modEntryInfo::DivisionOfEntry()
+{
     DivisionRecord division;
-    if (!customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
-        return {};
-    customers.ReadCustomer(customer);
-    if (!divisions.Find(0, PadKey(customer.Division_Number, KeyWidth::Division)))
-        return {};
-    divisions.ReadDivision(division);
-    return division.Rate;
+    const QString key = PadKey(CustomerOfEntry().Division_Number, KeyWidth::Division);
+    if (m_tables.Divisions.Find(0, key))
+        m_tables.Divisions.ReadDivision(division);
+    return division;
+}
+
+ProjectRecord modEntryInfo::ProjectOfEntry()
+{
+    ProjectRecord project;
+    if (m_tables.Projects.Find(0, ProjectKey(Entry.CustomerCode, Entry.ProjectCode)))
+        m_tables.Projects.ReadProject(project);
+    return project;
+}
+
+ActivityRecord modEntryInfo::ActivityOfEntry()
+{
+    ActivityRecord activity;
+    if (m_tables.Activities.Find(0, PadKey(Entry.ActivityCode, KeyWidth::Activity)))
+        m_tables.Activities.ReadActivity(activity);
+    return activity;
+}
+
+void modEntryInfo::TestForNoCharge()
+{
+    const bool noCharge
+        = CustomerOfEntry().No_Charge == "Y"_L1 || ActivityOfEntry().No_Charge == "Y"_L1;
+    m_noCharge = noCharge || Entry.BillingStatus == "2"_L1;
+    m_doNotBill = Entry.BillingStatus == "3"_L1;
 }
 
 void modEntryInfo::ChooseBillingOption()
 {
-    // A record that is not there counts as one without a rate and without a flag.
-    ActivityRecord activity;
-    ProjectRecord project;
-    CustomerRecord customer;
-    if (m_tables.Activities.Find(0, PadKey(Entry.ActivityCode, KeyWidth::Activity)))
-        m_tables.Activities.ReadActivity(activity);
-    if (m_tables.Projects.Find(0, ProjectKey(Entry.CustomerCode, Entry.ProjectCode)))
-        m_tables.Projects.ReadProject(project);
-    if (m_tables.Customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
-        m_tables.Customers.ReadCustomer(customer);
-
-    m_noCharge = Entry.BillingStatus == "2"_L1 || customer.No_Charge == "Y"_L1
-        || activity.No_Charge == "Y"_L1;
-    m_doNotBill = Entry.BillingStatus == "3"_L1;
+    TestForNoCharge();
     if (CountsAsUnbilled())
         Entry.Rate = Currency();
 
     const bool divisionsCount
         = SettingIsUpToThree() && m_tables.Options.Working.Billing_Option_Switch == "Y"_L1;
-    if (!activity.Rate.IsZero())
+    if (!ActivityOfEntry().Rate.IsZero())
         m_proposedOption = u"6"_s;
-    else if (!project.Rate.IsZero())
+    else if (!ProjectOfEntry().Rate.IsZero())
         m_proposedOption = u"5"_s;
-    else if (!customer.Rate.IsZero())
+    else if (!CustomerOfEntry().Rate.IsZero())
         m_proposedOption = u"4"_s;
-    else if (divisionsCount && !DivisionRate().IsZero())
+    else if (divisionsCount && !DivisionOfEntry().Rate.IsZero())
         m_proposedOption = u"3"_s;
     else if (!m_tables.Employee.Working.Rate.IsZero())
         m_proposedOption = u"2"_s;
@@ -307,32 +321,21 @@ void modEntryInfo::ChooseBillingOption()
 
 void modEntryInfo::LookupRate()
 {
-    if (m_loading || m_proposedOption == "1"_L1)
+    if (m_loading)
         return;
-    if (m_proposedOption == "2"_L1) {
+    if (m_proposedOption == "2"_L1)
         Entry.Rate = m_tables.Employee.Working.Rate;
-    } else if (!SettingIsUpToThree()) {
-        // Settings above "3" take no rate from the other levels: the former rate stands.
+    else if (!SettingIsUpToThree())
+        return; // settings above "3" take no rate from the other levels: the former rate stands
+    else if (m_proposedOption == "3"_L1)
+        Entry.Rate = DivisionOfEntry().Rate;
+    else if (m_proposedOption == "4"_L1)
+        Entry.Rate = CustomerOfEntry().Rate;
+    else if (m_proposedOption == "5"_L1)
+        Entry.Rate = ProjectOfEntry().Rate;
+    else if (m_proposedOption == "6"_L1)
+        Entry.Rate = ActivityOfEntry().Rate;
+    else
         return;
-    } else if (m_proposedOption == "3"_L1) {
-        Entry.Rate = DivisionRate();
-    } else if (m_proposedOption == "4"_L1) {
-        CustomerRecord customer;
-        if (m_tables.Customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
-            m_tables.Customers.ReadCustomer(customer);
-        Entry.Rate = customer.Rate;
-    } else if (m_proposedOption == "5"_L1) {
-        ProjectRecord project;
-        if (m_tables.Projects.Find(0, ProjectKey(Entry.CustomerCode, Entry.ProjectCode)))
-            m_tables.Projects.ReadProject(project);
-        Entry.Rate = project.Rate;
-    } else if (m_proposedOption == "6"_L1) {
-        ActivityRecord activity;
-        if (m_tables.Activities.Find(0, PadKey(Entry.ActivityCode, KeyWidth::Activity)))
-            m_tables.Activities.ReadActivity(activity);
-        Entry.Rate = activity.Rate;
-    } else {
-        return;
-    }
     Entry.RateOverridden = u"N"_s;
 }

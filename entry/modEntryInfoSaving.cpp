@@ -80,14 +80,21 @@ void modEntryInfo::DeleteEntry()
     m_list.DeletingEntry = false;
 }
 
+bool modEntryInfo::SaveBeforeLeaving()
+{
+    SaveSucceeded = false;
+    if (TakeFocusedBox())
+        SaveEntry();
+    return SaveSucceeded;
+}
+
 bool modEntryInfo::MayLeaveEntry()
 {
     if (!Changed)
         return true;
     switch (m_messages.AskSaveChanges()) {
     case MessageAnswer::Yes:
-        SaveEntry();
-        return !Changed;
+        return SaveBeforeLeaving();
     case MessageAnswer::No:
         return true;
     default:

@@ -281,8 +281,7 @@ void modEntryList::SelectEntryRow()
     if (m_entry.Changed) {
         switch (m_messages.AskSaveChanges()) {
         case MessageAnswer::Yes:
-            m_entry.SaveEntry();
-            if (!m_entry.SaveSucceeded) {
+            if (!m_entry.SaveBeforeLeaving()) {
                 m_grid->SetCol(0);
                 return;
             }
@@ -313,6 +312,8 @@ void modEntryList::SortEntryList()
         return;
     const bool wasLoaded = m_entry.EntryLoaded;
     const int clicked = m_grid->MouseCol();
+    if (clicked < 0)
+        return;
     const int rowBefore = m_grid->Row();
     if (clicked != m_sort.SortColumn) {
         m_grid->SetHeaderArrow(m_sort.SortColumn, {});
