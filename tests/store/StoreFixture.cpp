@@ -7,22 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-void PrintTo(const ThreeFields &record, std::ostream *out)
-{
-    *out << '{' << record.Name.toStdString() << ", "
-         << record.Day.toString(Qt::ISODate).toStdString() << ", " << record.Amount.Scaled() << '}';
-}
-
-QDateTime March(int day)
-{
-    return WallClock(QDate(2024, 3, day));
-}
-
-ThreeFields Three(const QString &name, int marchDay, int amount)
-{
-    return {name, March(marchDay), Currency::FromWhole(amount)};
-}
-
 OtherProgram::OtherProgram(const QString &fileName)
 {
     EXPECT_EQ(sqlite3_open(fileName.toUtf8().constData(), &m_database), SQLITE_OK);

@@ -2,6 +2,7 @@
 
 #include "store/FieldText.h"
 #include "store/RecordStore.h"
+#include "tests/store/ThreeFields.h"
 #include "tests/support/Raised.h"
 
 #include <gtest/gtest.h>
@@ -11,26 +12,6 @@
 #include <vector>
 
 struct sqlite3;
-
-/// A record with one field of each type; the texts make it tell records apart.
-struct ThreeFields
-{
-    QString Name;
-    QDateTime Day;
-    Currency Amount;
-
-    static constexpr QStringView SchemaText = u"Name String, Day Date, Amount Currency,";
-    auto Fields() { return std::tie(Name, Day, Amount); }
-    auto Fields() const { return std::tie(Name, Day, Amount); }
-    bool operator==(const ThreeFields &) const = default;
-};
-
-void PrintTo(const ThreeFields &record, std::ostream *out);
-
-/// A day of March 2024, which is enough of a calendar for most tests.
-QDateTime March(int day);
-
-ThreeFields Three(const QString &name, int marchDay = 1, int amount = 0);
 
 /// Another program: the file through SQLite itself. Every failing statement fails the test.
 class OtherProgram
