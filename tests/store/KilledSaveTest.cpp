@@ -1,9 +1,8 @@
 #include "tests/store/SaveSteps.h"
 #include "tests/store/StoreFixture.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 
 using namespace Qt::StringLiterals;
@@ -11,16 +10,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A program that saves without end, killed at a moment that nobody chose.
-class KilledSave : public testing::Test
+class KilledSave : public StoreFixture
 {
 protected:
+    // In memory a save takes the time that its steps take, not the disk's: more of the kills then
+    // meet it between two of them.
     KilledSave()
-        : m_folder(Template())
+        : StoreFixture(InMemory())
     {
-        Store.SetCreator(CodeNumber(u"WkLg"_s));
     }
-
-    QString Path() const { return m_folder.filePath(u"T"_s); }
 
     /// Runs the program until it has reported some times and a random moment more has passed, then
     /// kills it. The result is the number of reports.
@@ -47,58 +45,31 @@ protected:
     std::vector<ThreeFields> Contents()
     {
         std::vector<ThreeFields> records;
-        const RecordStore::Handle handle = Store.OpenDatabase(1, Path(), 0, 0, 0, 0, 3);
-        for (Store.MoveFirst(handle); !Store.IsEndOfTable(handle); Store.MoveNext(handle)) {
-            ThreeFields record;
-            Store.ReadRecord(handle, record);
-            records.push_back(record);
-        }
+        const Handle handle = Open(u"T"_s);
+        for (Store.MoveFirst(handle); !Store.IsEndOfTable(handle); Store.MoveNext(handle))
+            records.push_back(Read(handle));
         Store.CloseDatabase(handle);
         return records;
     }
 
-    void Create()
-    {
-        const quint32 creator = CodeNumber(u"WkLg"_s);
-        const RecordStore::Handle handle
-            = Store.CreateDatabase(Path(), CodeNumber(u"DATA"_s), creator);
-        Store.CreateTable(handle, u"T"_s, ThreeFields::SchemaText.toString());
-        Store.CloseDatabase(handle);
-    }
-
-    QString Integrity()
-    {
-        return OtherProgram(RecordStore::FileName(Path())).Values(u"PRAGMA integrity_check"_s);
-    }
+    QString Integrity() { return OtherProgram(FileOf(u"T"_s)).Values(u"PRAGMA integrity_check"_s); }
 
     const unsigned m_seed = std::random_device()();
     std::mt19937 m_random{m_seed};
-    QTemporaryDir m_folder;
-    RecordStore Store;
-
-private:
-    /// In memory, where a save takes the time that its steps take, not the disk's: more of the
-    /// kills then meet it between two of them.
-    static QString Template()
-    {
-        const QString memory = u"/dev/shm"_s;
-        const QString folder = QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
-        return folder + u"/worklog-killed-XXXXXX"_s;
-    }
 };
 
 } // namespace
 
 TEST_F(KilledSave, FiveHundredTimesLosesNothingThatWasAcknowledged)
 {
-    Create();
+    Build(u"T"_s, {});
     std::vector<ThreeFields> before;
     int halfDone = 0; // a journal stayed behind: the kill met the middle of a save
     int inFlight = 0; // the save had happened and was not reported yet
     for (unsigned round = 0; round < 500; ++round) {
         const unsigned seed = m_seed + round;
-        const qsizetype reports = RunAndKill({u"save"_s, Path(), QString::number(seed)});
-        const QFileInfo journal(RecordStore::FileName(Path()) + u"-journal"_s);
+        const qsizetype reports = RunAndKill({u"save"_s, PathOf(u"T"_s), QString::number(seed)});
+        const QFileInfo journal(FileOf(u"T"_s) + u"-journal"_s);
         halfDone += journal.exists() && journal.size() > 0 ? 1 : 0;
 
         std::mt19937 random(seed);
@@ -126,11 +97,11 @@ TEST_F(KilledSave, ACreationIsWholeOrDoesNotExist)
 {
     int without = 0;
     for (unsigned round = 0; round < 160; ++round) {
-        RunAndKill({u"create"_s, Path()});
-        if (!QFileInfo::exists(RecordStore::FileName(Path()))) {
+        RunAndKill({u"create"_s, PathOf(u"T"_s)});
+        if (!QFileInfo::exists(FileOf(u"T"_s))) {
             ++without;
-            EXPECT_EQ(Store.OpenDatabase(1, Path(), 0, 0, 0, 0, 3), 0);
-            Create(); // what was left does not hinder
+            EXPECT_EQ(Open(u"T"_s), 0);
+            Build(u"T"_s, {}); // what was left does not hinder
         }
         ASSERT_TRUE(Contents().empty()) << "round " << round;
         ASSERT_EQ(Integrity(), u"ok"_s) << "round " << round;

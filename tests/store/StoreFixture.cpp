@@ -1,7 +1,7 @@
 #include "tests/store/StoreFixture.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -44,9 +44,16 @@ QString OtherProgram::Values(const QString &sql)
     return values.join(u'|');
 }
 
-StoreFixture::StoreFixture()
+StoreFixture::StoreFixture(const QString &parent)
+    : m_folder(parent + u"/worklog-store-XXXXXX"_s)
 {
     Store.SetCreator(CodeNumber(u"WkLg"_s));
+}
+
+QString StoreFixture::InMemory()
+{
+    const QString memory = u"/dev/shm"_s;
+    return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
 }
 
 StoreFixture::Handle StoreFixture::Open(const QString &name)

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <vector>
@@ -38,7 +39,10 @@ class StoreFixture : public testing::Test
 protected:
     using Handle = RecordStore::Handle;
 
-    StoreFixture();
+    /// The folder lies under `parent`.
+    explicit StoreFixture(const QString &parent = QDir::tempPath());
+    /// A folder in memory, where many writes are quick; the temporary one where there is none.
+    static QString InMemory();
 
     /// What the store is given.
     QString PathOf(const QString &name) const { return m_folder.filePath(name); }
