@@ -112,6 +112,11 @@ struct Model
 class RandomOperations : public StoreFixture
 {
 protected:
+    RandomOperations()
+        : StoreFixture(InMemory())
+    {
+    }
+
     void Run(unsigned seed, int steps, bool batches);
 
 private:
@@ -470,7 +475,7 @@ void RandomOperations::Run(unsigned seed, int steps, bool batches)
 
 TEST_F(RandomOperations, BehaveLikeAPlainVectorInBatches)
 {
-    for (unsigned seed = 1; seed <= 50 && !HasFatalFailure(); ++seed)
+    for (unsigned seed = 1; seed <= 60 && !HasFatalFailure(); ++seed)
         Run(seed, 5000, true);
     // The comparison is worth something only if there was something to find.
     EXPECT_GT(m_exact, 20000);
@@ -479,8 +484,8 @@ TEST_F(RandomOperations, BehaveLikeAPlainVectorInBatches)
 
 TEST_F(RandomOperations, BehaveLikeAPlainVectorOneWriteAtATime)
 {
-    for (unsigned seed = 1001; seed <= 1020 && !HasFatalFailure(); ++seed)
-        Run(seed, 300, false);
-    EXPECT_GT(m_exact, 200);
+    for (unsigned seed = 1001; seed <= 1100 && !HasFatalFailure(); ++seed)
+        Run(seed, 500, false);
+    EXPECT_GT(m_exact, 4000);
     EXPECT_GT(m_most, 15);
 }

@@ -1,27 +1,11 @@
 #include "tests/store/StoreFixture.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
-
-void PrintTo(const ThreeFields &record, std::ostream *out)
-{
-    *out << '{' << record.Name.toStdString() << ", "
-         << record.Day.toString(Qt::ISODate).toStdString() << ", " << record.Amount.Scaled() << '}';
-}
-
-QDateTime March(int day)
-{
-    return WallClock(QDate(2024, 3, day));
-}
-
-ThreeFields Three(const QString &name, int marchDay, int amount)
-{
-    return {name, March(marchDay), Currency::FromWhole(amount)};
-}
 
 OtherProgram::OtherProgram(const QString &fileName)
 {
@@ -60,9 +44,16 @@ QString OtherProgram::Values(const QString &sql)
     return values.join(u'|');
 }
 
-StoreFixture::StoreFixture()
+StoreFixture::StoreFixture(const QString &parent)
+    : m_folder(parent + u"/worklog-store-XXXXXX"_s)
 {
     Store.SetCreator(CodeNumber(u"WkLg"_s));
+}
+
+QString StoreFixture::InMemory()
+{
+    const QString memory = u"/dev/shm"_s;
+    return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
 }
 
 StoreFixture::Handle StoreFixture::Open(const QString &name)

@@ -2,35 +2,17 @@
 
 #include "store/FieldText.h"
 #include "store/RecordStore.h"
+#include "tests/store/ThreeFields.h"
 #include "tests/support/Raised.h"
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <vector>
 
 struct sqlite3;
-
-/// A record with one field of each type; the texts make it tell records apart.
-struct ThreeFields
-{
-    QString Name;
-    QDateTime Day;
-    Currency Amount;
-
-    static constexpr QStringView SchemaText = u"Name String, Day Date, Amount Currency,";
-    auto Fields() { return std::tie(Name, Day, Amount); }
-    auto Fields() const { return std::tie(Name, Day, Amount); }
-    bool operator==(const ThreeFields &) const = default;
-};
-
-void PrintTo(const ThreeFields &record, std::ostream *out);
-
-/// A day of March 2024, which is enough of a calendar for most tests.
-QDateTime March(int day);
-
-ThreeFields Three(const QString &name, int marchDay = 1, int amount = 0);
 
 /// Another program: the file through SQLite itself. Every failing statement fails the test.
 class OtherProgram
@@ -57,7 +39,10 @@ class StoreFixture : public testing::Test
 protected:
     using Handle = RecordStore::Handle;
 
-    StoreFixture();
+    /// The folder lies under `parent`.
+    explicit StoreFixture(const QString &parent = QDir::tempPath());
+    /// A folder in memory, where many writes are quick; the temporary one where there is none.
+    static QString InMemory();
 
     /// What the store is given.
     QString PathOf(const QString &name) const { return m_folder.filePath(name); }
