@@ -18,6 +18,13 @@ bool clsDatePicker::focusNextPrevChild(bool next)
 
 void clsDatePicker::keyPressEvent(QKeyEvent *event)
 {
+    const bool plain = event->modifiers() == Qt::NoModifier;
+    if (plain && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
+        const bool forward = event->key() == Qt::Key_Right;
+        if (currentSectionIndex() != (forward ? sectionCount() - 1 : 0))
+            QDateEdit::focusNextPrevChild(forward); // moves between the parts of the date
+        return;
+    }
     const Section before = currentSection();
     const bool types = !event->text().isEmpty() && event->text().at(0).isDigit();
     QDateEdit::keyPressEvent(event);

@@ -3,7 +3,7 @@
 #include <QDateEdit>
 
 /// A date field with a calendar. Tab leaves it from whichever part of the date the caret is in, and
-/// typing stays in that part: only an arrow key moves on to the next one.
+/// typing stays in that part: only Left and Right move to another one.
 class clsDatePicker : public QDateEdit
 {
     Q_OBJECT

@@ -167,8 +167,6 @@ EntryRecord SampleEntry(const QString &customer, const QString &project, const Q
     record.Activity_Number = activity;
     record.Date = WallClock(date);
     record.Billing_Status = u"1"_s;
-    record.Mgmt_Approval = u"N"_s;
-    record.Sec_Approval = u"N"_s;
     record.On_Hold = u"N"_s;
     record.Billing_Option = u"1"_s;
     record.Rate_Overridden = u"N"_s;
