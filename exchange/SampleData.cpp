@@ -144,10 +144,10 @@ std::vector<SampleTable> SampleTablesOfABC()
     SampleTable projects = EmptyTable(ReferenceTables::Projects());
     AddCustomers(customers, projects, 72, {u"01"_s, u"02"_s, QString(), u"00"_s, u"3"_s});
     return {OneRecord(EmptyTable(ReferenceTables::Options()),
-                {u"Customer"_s, u"Project"_s, u"Activity"_s, u"Employee"_s, u"6"_s, u"Y"_s, u"N"_s,
+                {u"Customer"_s, u"Project"_s, u"Activity"_s, u"Employee"_s, u"1"_s, u"Y"_s, u"N"_s,
                     u"N"_s, u"Y"_s, u"Y"_s, u"Y"_s, u"N"_s, u"Sample Ledger"_s, u"0"_s}),
         OneRecord(EmptyTable(ReferenceTables::Employee()),
-            {u"007"_s, u"Ada Brennwald"_s, u"N"_s, u"N"_s, u"Y"_s, u"4"_s, u"84.5"_s}),
+            {u"007"_s, u"Ada Brennwald"_s, u"Y"_s, u"N"_s, u"Y"_s, u"4"_s, u"84.5"_s}),
         Multipliers(), divisions, customers, projects, Activities()};
 }
 
