@@ -65,7 +65,8 @@ void DrawBackground(QWidget &widget, bool buttonFace)
 {
     QPalette colours;
     if (buttonFace)
-        colours.setColor(QPalette::Base, widget.palette().color(QPalette::Button));
+        colours.setColor(QPalette::Base,
+            QApplication::palette(&widget).color(QPalette::Active, QPalette::Button));
     widget.setPalette(colours);
 }
 
@@ -153,6 +154,7 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, 
     }
     m_screen[EntryControl::txtUser].Locked = true;
     m_screen[EntryControl::txtUser].InTabOrder = false;
+    m_screen[EntryControl::txtUser].ButtonFace = true;
     m_screen[EntryControl::txtMultiplierFactor].Locked = true;
     m_screen[EntryControl::txtMultiplierFactor].InTabOrder = false;
     DrawArrows();
