@@ -34,6 +34,15 @@ bool IsDigit(QChar c)
     return c >= u'0' && c <= u'9';
 }
 
+QStringView WithoutBlanksAround(QStringView text)
+{
+    while (text.startsWith(u' '))
+        text = text.mid(1);
+    while (text.endsWith(u' '))
+        text.chop(1);
+    return text;
+}
+
 /// The digits of a number already stripped of blanks and sign, scaled; nothing when malformed.
 std::optional<Int128> ScaledDigits(QStringView text)
 {
@@ -121,7 +130,7 @@ QString FormatCurrency(Currency value, int decimals, LeadingZero leadingZero, QC
 
 std::optional<Currency> CurrencyFromText(QStringView text)
 {
-    QStringView digits = text.trimmed();
+    QStringView digits = WithoutBlanksAround(text);
     const bool negative = digits.startsWith(u'-');
     if (negative || digits.startsWith(u'+'))
         digits = digits.mid(1);

@@ -9,6 +9,38 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The names in a folder that differ from `step` in case at most, the very letters first.
+QStringList NamesLike(const QString &folder, const QString &step)
+{
+    QStringList like;
+    if (QFileInfo::exists(JoinPath(folder, step)))
+        like.append(step);
+    const QStringList names = QDir(folder).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names) {
+        if (name != step && name.compare(step, Qt::CaseInsensitive) == 0)
+            like.append(name);
+    }
+    return like;
+}
+
+QString FindSteps(const QString &folder, const QStringList &steps)
+{
+    if (steps.isEmpty())
+        return QFileInfo::exists(folder) ? folder : QString();
+    // "Home" and "home" can stand side by side, each with a part of the files.
+    for (const QString &name : NamesLike(folder, steps.front())) {
+        const QString found = FindSteps(JoinPath(folder, name), steps.mid(1));
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+} // namespace
+
 QString JoinPath(const QString &folder, const QString &name)
 {
     const QString native = QDir::toNativeSeparators(name);
@@ -24,23 +56,7 @@ QString ProgramFolder()
 
 QString FindIgnoringCase(const QString &root, const QString &relative)
 {
-    QString found = root;
-    const QStringList steps = QDir::fromNativeSeparators(relative).split(u'/', Qt::SkipEmptyParts);
-    for (const QString &step : steps) {
-        const QString asWritten = JoinPath(found, step);
-        if (QFileInfo::exists(asWritten)) {
-            found = asWritten;
-            continue;
-        }
-        const QStringList names = QDir(found).entryList(
-            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-        const auto match = std::find_if(names.begin(), names.end(),
-            [&](const QString &name) { return name.compare(step, Qt::CaseInsensitive) == 0; });
-        if (match == names.end())
-            return {};
-        found = JoinPath(found, *match);
-    }
-    return found;
+    return FindSteps(root, QDir::fromNativeSeparators(relative).split(u'/', Qt::SkipEmptyParts));
 }
 
 QByteArray ReadFileHead(const QString &path, qint64 most)

@@ -13,7 +13,7 @@ QString ProgramFolder();
 
 /// The existing file or folder `relative` under `root`, whatever the case of its letters:
 /// accounting installations mix "Home" and "home". Empty when there is none. An entry with the
-/// very letters wins over one that differs in case.
+/// very letters wins over one that differs in case, unless the rest is only found below the other.
 QString FindIgnoringCase(const QString &root, const QString &relative);
 
 /// The first `most` bytes of a file.

@@ -36,6 +36,7 @@ namespace RunTimeErrors {
 constexpr int Overflow = 6;
 constexpr int TypeMismatch = 13;
 constexpr int FileNotFound = 53;
+constexpr int PastEndOfFile = 62;
 constexpr int PermissionDenied = 70; ///< another instance holds the file
 constexpr int PathAccess = 75; ///< the folder or file cannot be read or written
 constexpr int PathNotFound = 76;

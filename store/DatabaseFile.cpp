@@ -20,7 +20,7 @@ namespace {
 /// seem to hang.
 constexpr int BusyTimeoutMilliseconds = 250;
 constexpr int HeaderBytes = 100;
-constexpr int ApplicationIdOffset = 68;
+constexpr size_t ApplicationIdOffset = 68;
 
 constexpr QFile::Permissions AnyRead = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
 constexpr QFile::Permissions AnyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
@@ -45,30 +45,21 @@ QString SqlType(FieldType type)
     return type == FieldType::Currency ? u"INTEGER"_s : u"TEXT"_s;
 }
 
-/// Looks at the file without SQLite, which would already recover or lock a database that is
-/// somebody else's.
-void CheckHeader(const QString &fileName, quint32 creator)
+/// What the file system says, before anything is opened: opening a pipe would wait for its writer.
+void CheckFileKind(const QString &fileName)
 {
     const QFileInfo info(fileName);
     if (info.isDir())
         RaiseStoreError(StoreErrors::NotADatabase, u"The database is a folder: "_s + fileName);
+    if (!info.isFile())
+        RaiseStoreError(StoreErrors::NotADatabase, u"The database is no file: "_s + fileName);
     if (!(info.permissions() & AnyRead))
         RaiseStoreError(StoreErrors::Unreadable, u"The database cannot be read: "_s + fileName);
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        RaiseStoreError(StoreErrors::Unreadable,
-            u"The database cannot be read: "_s + fileName + u" ("_s + file.errorString() + u")"_s);
-    const QByteArray header = file.read(HeaderBytes);
-    if (!header.startsWith(QByteArrayView("SQLite format 3\0", 16)))
-        RaiseStoreError(StoreErrors::NotADatabase, u"The file is not a database: "_s + fileName);
-    if (header.size() < HeaderBytes)
-        RaiseStoreError(StoreErrors::Damaged, u"The database is truncated: "_s + fileName);
-    quint32 applicationId = 0;
-    for (int i = 0; i < 4; ++i)
-        applicationId = applicationId << 8 | static_cast<quint8>(header[ApplicationIdOffset + i]);
-    if (applicationId != creator)
-        RaiseStoreError(
-            StoreErrors::ForeignCreator, u"The database belongs to another program: "_s + fileName);
+}
+
+void CheckWritable(const QString &fileName)
+{
+    const QFileInfo info(fileName);
     if (!(info.permissions() & AnyWrite) || !info.isWritable())
         RaiseStoreError(StoreErrors::ReadOnly, u"The database is read-only: "_s + fileName);
 }
@@ -160,10 +151,14 @@ std::unique_ptr<DatabaseFile> DatabaseFile::Open(const QString &fileName, quint3
 {
     if (!QFileInfo::exists(fileName))
         return nullptr;
-    CheckHeader(fileName, creator);
+    CheckFileKind(fileName);
     std::unique_ptr<DatabaseFile> file(new DatabaseFile(fileName, fileName));
     file->Connect(SQLITE_OPEN_READWRITE);
+    file->CheckHeader(creator);
+    CheckWritable(fileName);
+    file->Configure();
     file->LoadDefinition();
+    file->CheckSize();
     return file;
 }
 
@@ -179,6 +174,7 @@ std::unique_ptr<DatabaseFile> DatabaseFile::Create(
     std::unique_ptr<DatabaseFile> file(new DatabaseFile(fileName, unfinished));
     file->m_type = type;
     file->Connect(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    file->Configure();
     file->Execute("PRAGMA application_id = " + std::to_string(static_cast<qint32>(creator)));
     return file;
 }
@@ -188,6 +184,54 @@ void DatabaseFile::Connect(int flags)
     const int result = sqlite3_open_v2(m_openName.toUtf8().constData(), &m_database,
         flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     Check(result);
+}
+
+sqlite3_file &DatabaseFile::RawFile() const
+{
+    sqlite3_file *file = nullptr;
+    Check(sqlite3_file_control(m_database, nullptr, SQLITE_FCNTL_FILE_POINTER, &file));
+    return *file;
+}
+
+qint64 DatabaseFile::Size() const
+{
+    sqlite3_int64 size = 0;
+    Check(RawFile().pMethods->xFileSize(&RawFile(), &size));
+    return size;
+}
+
+void DatabaseFile::CheckHeader(quint32 creator)
+{
+    // Through SQLite's own open file, but past SQLite, which would already recover or lock a
+    // database that is somebody else's. A file of our own would drop, when it is closed, every
+    // lock that this process holds on the database.
+    std::array<char, HeaderBytes> header = {};
+    const int result = RawFile().pMethods->xRead(&RawFile(), header.data(), HeaderBytes, 0);
+    if (result != SQLITE_IOERR_SHORT_READ) // the rest is then zeros
+        Check(result);
+    if (!QByteArrayView(header).startsWith(QByteArrayView("SQLite format 3\0", 16)))
+        RaiseStoreError(StoreErrors::NotADatabase, u"The file is not a database: "_s + m_fileName);
+    if (Size() < HeaderBytes)
+        RaiseStoreError(StoreErrors::Damaged, u"The database is truncated: "_s + m_fileName);
+    quint32 applicationId = 0;
+    for (size_t i = 0; i < 4; ++i)
+        applicationId = applicationId << 8 | static_cast<quint8>(header[ApplicationIdOffset + i]);
+    if (applicationId != creator)
+        RaiseStoreError(StoreErrors::ForeignCreator,
+            u"The database belongs to another program: "_s + m_fileName);
+}
+
+void DatabaseFile::CheckSize()
+{
+    // SQLite counts a page of which a part is there, and reads zeros for the rest.
+    Statement size(
+        *this, "SELECT page_count * page_size FROM pragma_page_count(), pragma_page_size()");
+    if (!size.Step() || Size() < size.Number(0))
+        RaiseStoreError(StoreErrors::Damaged, u"The database is truncated: "_s + m_fileName);
+}
+
+void DatabaseFile::Configure()
+{
     sqlite3_busy_timeout(m_database, BusyTimeoutMilliseconds);
     // SQLite's own advice for files that somebody else may have prepared.
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -206,10 +250,11 @@ void DatabaseFile::LoadDefinition()
     Statement columns(*this,
         "SELECT count(*) FROM pragma_table_info('Record_Store') WHERE name IN "
         "('Type_Code', 'Table_Name', 'Schema_Text', 'Note')");
-    if (!columns.Step() || columns.Number(0) != 4)
+    if (!IsStrictTable(u"Record_Store"_s) || !columns.Step() || columns.Number(0) != 4)
         RaiseStoreError(StoreErrors::Damaged, unknown);
-    Statement statement(*this, "SELECT Type_Code, Table_Name, Schema_Text FROM Record_Store");
-    if (!statement.Step())
+    Statement statement(
+        *this, "SELECT Type_Code, Table_Name, Schema_Text, count(*) FROM Record_Store");
+    if (!statement.Step() || statement.Number(3) != 1)
         RaiseStoreError(StoreErrors::Damaged, unknown);
     m_type = static_cast<quint32>(statement.Number(0));
     m_tableName = statement.String(1);
@@ -222,8 +267,20 @@ void DatabaseFile::LoadDefinition()
     CheckColumns();
 }
 
+bool DatabaseFile::IsStrictTable(const QString &name)
+{
+    Statement statement(*this,
+        "SELECT 1 FROM pragma_table_list WHERE schema = 'main' AND name = ?1 AND type = 'table' "
+        "AND strict = 1 AND wr = 0");
+    statement.Bind(1, name.toStdString());
+    return statement.Step();
+}
+
 void DatabaseFile::CheckColumns()
 {
+    if (!IsStrictTable(m_tableName))
+        RaiseStoreError(
+            StoreErrors::Damaged, u"The database has no table as it was created: "_s + m_fileName);
     for (const SchemaField &field : m_schema) {
         Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
         statement.Bind(1, m_tableName.toStdString());
@@ -235,6 +292,21 @@ void DatabaseFile::CheckColumns()
                       u"created: "_s
                     + m_fileName);
     }
+}
+
+void DatabaseFile::DefineTable(
+    const QString &name, const QString &schemaText, const std::string &columns)
+{
+    Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
+            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
+    Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
+    Statement statement(*this,
+        "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "
+        "VALUES (?1, ?2, ?3)");
+    statement.Bind(1, static_cast<qint64>(m_type));
+    statement.Bind(2, name.toStdString());
+    statement.Bind(3, schemaText.toStdString());
+    statement.Step();
 }
 
 void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
@@ -251,16 +323,12 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
             + " NOT NULL DEFAULT " + (field.Type == FieldType::Currency ? "0" : "''");
     }
     Begin();
-    Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
-            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
-    Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
-    Statement statement(*this,
-        "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "
-        "VALUES (?1, ?2, ?3)");
-    statement.Bind(1, static_cast<qint64>(m_type));
-    statement.Bind(2, name.toStdString());
-    statement.Bind(3, schemaText.toStdString());
-    statement.Step();
+    try {
+        DefineTable(name, schemaText, columns);
+    } catch (const clsRunTimeError &) {
+        Rollback();
+        throw;
+    }
     Commit();
 
     Check(sqlite3_close_v2(m_database));
@@ -272,6 +340,7 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
             StoreErrors::AlreadyExists, u"The database exists already: "_s + m_fileName);
     m_openName = m_fileName;
     Connect(SQLITE_OPEN_READWRITE);
+    Configure();
     LoadDefinition();
 }
 
@@ -324,7 +393,10 @@ StoredRow DatabaseFile::ReadRow(qint64 rowId)
             row.emplace_back(std::string(statement.Text(i)));
             break;
         case FieldType::Date:
-            row.emplace_back(SecondsFromText(statement.Text(i)).value_or(NoDate));
+            if (const std::optional<qint64> seconds = SecondsFromText(statement.Text(i)))
+                row.emplace_back(*seconds);
+            else
+                return {};
             break;
         case FieldType::Currency:
             row.emplace_back(statement.Number(i));
@@ -353,6 +425,11 @@ void DatabaseFile::Begin()
     Execute("BEGIN IMMEDIATE");
 }
 
+bool DatabaseFile::InTransaction() const
+{
+    return sqlite3_get_autocommit(m_database) == 0;
+}
+
 void DatabaseFile::Commit()
 {
     try {
@@ -365,7 +442,7 @@ void DatabaseFile::Commit()
 
 void DatabaseFile::Rollback() noexcept
 {
-    if (sqlite3_get_autocommit(m_database) == 0)
+    if (InTransaction())
         sqlite3_exec(m_database, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
@@ -457,6 +534,9 @@ void DatabaseFile::RaiseSqlite(int result) const
         + QString::fromUtf8(
             m_database == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(m_database))
         + u")"_s;
+    if (result == SQLITE_READONLY_DBMOVED)
+        RaiseStoreError(StoreErrors::ChangedOutside,
+            u"The database has been replaced or removed meanwhile: "_s + m_fileName);
     switch (result & 0xff) {
     case SQLITE_NOTADB:
         RaiseStoreError(StoreErrors::NotADatabase, u"The file is not a database: "_s + m_fileName);

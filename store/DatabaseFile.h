@@ -12,6 +12,7 @@
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_file;
 struct sqlite3_stmt;
 
 /// A field value as a file holds it: UTF-8 text, or a number (Currency scaled by 10,000, Date as
@@ -62,7 +63,7 @@ public:
 
     /// Hands over all rows in stored order.
     void ReadRows(const std::function<void(const RowSource &)> &row);
-    /// The row with that id, empty when it is gone.
+    /// The row with that id, empty when it is gone or holds a text that is no date.
     StoredRow ReadRow(qint64 rowId);
     qint64 RowCount();
 
@@ -70,6 +71,7 @@ public:
     qint64 DataVersion();
 
     void Begin(); ///< a writing transaction
+    bool InTransaction() const; ///< false also after a failure by which SQLite has undone it
     void Commit();
     void Rollback() noexcept;
 
@@ -86,8 +88,15 @@ private:
     DatabaseFile(const QString &fileName, const QString &openName);
 
     void Connect(int flags);
+    sqlite3_file &RawFile() const;
+    qint64 Size() const;
+    void CheckHeader(quint32 creator);
+    void CheckSize();
+    void Configure();
+    bool IsStrictTable(const QString &name);
     void LoadDefinition();
     void CheckColumns();
+    void DefineTable(const QString &name, const QString &schemaText, const std::string &columns);
     void Execute(const std::string &sql);
     void Check(int result) const;
     [[noreturn]] void RaiseSqlite(int result) const;

@@ -75,7 +75,9 @@ qint64 SecondsFromDate(const QDateTime &date)
 {
     if (!date.isValid())
         return NoDate;
-    return WallClock(date.date(), date.time()).toSecsSinceEpoch();
+    // Cut before counting: dividing negative milliseconds would round a date before 1970 up.
+    const QTime time = date.time();
+    return WallClock(date.date(), time.addMSecs(-time.msec())).toSecsSinceEpoch();
 }
 
 QDateTime DateFromSeconds(qint64 seconds)

@@ -41,6 +41,7 @@ struct RecordStore::OpenTable
     qint64 DataVersion = 0;
     std::vector<size_t> Order; // fields of the last sort
     size_t Cursor = 0;
+    std::optional<qint64> WrittenRow; // the cursor's record, while Table is empty
     qint32 LastStatus = ExactMatch;
     Begun Pending = Begun::Nothing;
     StoredRow PendingRow;
@@ -75,9 +76,18 @@ RecordStore::OpenTable &RecordStore::Find(Handle handle) const
     return *at->second;
 }
 
-RecordStore::OpenTable &RecordStore::Loaded(Handle handle) const
+RecordStore::OpenTable &RecordStore::WithTable(Handle handle) const
 {
     OpenTable &table = Find(handle);
+    if (!table.File->HasTable())
+        RaiseStoreError(
+            StoreErrors::BadHandle, u"The database has no table yet: "_s + table.File->FileName());
+    return table;
+}
+
+RecordStore::OpenTable &RecordStore::Loaded(Handle handle) const
+{
+    OpenTable &table = WithTable(handle);
     if (!table.Table)
         Load(table);
     return table;
@@ -86,15 +96,14 @@ RecordStore::OpenTable &RecordStore::Loaded(Handle handle) const
 RecordStore::OpenTable &RecordStore::OfShape(
     Handle handle, const FieldType *types, size_t count) const
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     const Schema &schema = table.File->Fields();
     const bool fits = std::equal(schema.begin(), schema.end(), types, types + count,
         [](const SchemaField &field, FieldType type) { return field.Type == type; });
     if (!fits)
         RaiseStoreError(StoreErrors::BadRecord,
             u"The record structure does not fit the database: "_s + table.File->FileName());
-    // A record to be written needs none of those that are there.
-    return table.Pending == OpenTable::Begun::Add ? table : Loaded(handle);
+    return table;
 }
 
 void RecordStore::CheckField(const OpenTable &table, qint32 field)
@@ -107,9 +116,6 @@ void RecordStore::CheckField(const OpenTable &table, qint32 field)
 
 void RecordStore::Load(OpenTable &table)
 {
-    if (!table.File->HasTable())
-        RaiseStoreError(
-            StoreErrors::BadHandle, u"The database has no table yet: "_s + table.File->FileName());
     RecordTable records(table.File->Fields());
     // Read first: a write that comes in between is then seen as one.
     table.DataVersion = table.File->DataVersion();
@@ -117,6 +123,9 @@ void RecordStore::Load(OpenTable &table)
     if (!table.Order.empty())
         records.Sort(table.Order);
     table.Table = std::move(records);
+    if (table.WrittenRow)
+        table.Cursor = table.Table->PositionOf(*table.WrittenRow).value_or(table.Cursor);
+    table.WrittenRow.reset();
     table.Cursor = std::min(table.Cursor, table.Table->Count());
 }
 
@@ -152,9 +161,7 @@ void RecordStore::CloseDatabase(Handle handle)
 
 qint32 RecordStore::GetRecordCount(Handle handle)
 {
-    OpenTable &table = Find(handle);
-    if (!table.File->HasTable())
-        Load(table); // raises
+    OpenTable &table = WithTable(handle);
     const qint64 count
         = table.Table ? static_cast<qint64>(table.Table->Count()) : table.File->RowCount();
     return static_cast<qint32>(count);
@@ -172,13 +179,11 @@ void RecordStore::Place(OpenTable &table, qint32 position, qint32 most)
 
 void RecordStore::MoveFirst(Handle handle)
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     table.Drop();
     table.Cursor = 0;
-    if (!table.InBatch)
-        Refresh(table);
-    else
-        Loaded(handle);
+    table.WrittenRow.reset();
+    Refresh(table);
 }
 
 void RecordStore::MoveCursor(Handle handle)
@@ -238,7 +243,7 @@ StoredValue RecordStore::Stored(const OpenTable &table, qint32 field, const Key 
 
 void RecordStore::FindRecord(Handle handle, qint32 field, const Key &key)
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     CheckField(table, field);
     const StoredValue wanted = Stored(table, field, key);
     Loaded(handle);
@@ -271,7 +276,7 @@ void RecordStore::Get(const OpenTable &table, size_t field, Currency &value) con
 
 QString RecordStore::ReadField(Handle handle, qint32 field)
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     CheckField(table, field);
     Loaded(handle);
     if (AtEnd(table))
@@ -292,7 +297,7 @@ QString RecordStore::ReadField(Handle handle, qint32 field)
 
 void RecordStore::AddRecord(Handle handle)
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     table.Drop();
     table.Pending = OpenTable::Begun::Add;
     for (const SchemaField &field : table.File->Fields()) {
@@ -326,6 +331,16 @@ void RecordStore::BeginWrite(OpenTable &table)
 {
     if (!table.InBatch)
         table.File->Begin();
+    else
+        RequireBatch(table);
+}
+
+void RecordStore::RequireBatch(const OpenTable &table)
+{
+    // A full disk undoes the whole transaction; what followed would otherwise be written alone.
+    if (!table.File->InTransaction())
+        RaiseStoreError(StoreErrors::WriteFailed,
+            u"The batch of writes has already failed in the database "_s + table.File->FileName());
 }
 
 void RecordStore::EndWrite(OpenTable &table)
@@ -358,6 +373,8 @@ void RecordStore::UpdateRecord(Handle handle)
         RaiseStoreError(StoreErrors::NothingBegun,
             u"No record has been begun in the database "_s + table.File->FileName());
     const bool isNew = table.Pending == OpenTable::Begun::Add;
+    if (isNew && !table.Table && !table.Order.empty())
+        Load(table); // once the record is there, sorting would no longer put it last
     BeginWrite(table);
     try {
         if (isNew) {
@@ -366,6 +383,8 @@ void RecordStore::UpdateRecord(Handle handle)
             if (table.Table) {
                 table.Table->Append(rowId, table.PendingRow);
                 table.Cursor = table.Table->Count() - 1;
+            } else {
+                table.WrittenRow = rowId;
             }
         } else {
             const qint64 rowId = table.Table->RowId(table.Cursor);
@@ -430,7 +449,7 @@ qint32 RecordStore::FindFromPosition(Handle handle, qint32 position)
 
 qint32 RecordStore::SortTable(Handle handle, const QString &fieldList)
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     std::vector<size_t> fields;
     for (const QStringView number : QStringView(fieldList).split(u',')) {
         bool isNumber = false;
@@ -447,12 +466,8 @@ qint32 RecordStore::SortTable(Handle handle, const QString &fieldList)
     const qint64 rowId = atEnd ? 0 : table.Table->RowId(table.Cursor);
     table.Table->Sort(fields);
     table.Order = fields;
-    for (size_t i = 0; !atEnd && i < table.Table->Count(); ++i) {
-        if (table.Table->RowId(i) == rowId) {
-            table.Cursor = i;
-            break;
-        }
-    }
+    if (!atEnd)
+        table.Cursor = table.Table->PositionOf(rowId).value_or(0);
     return 0;
 }
 
@@ -483,12 +498,12 @@ qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)
 
 QString RecordStore::ReadNote(Handle handle)
 {
-    return Find(handle).File->Note();
+    return WithTable(handle).File->Note();
 }
 
 void RecordStore::WriteNote(Handle handle, const QString &note)
 {
-    OpenTable &table = Find(handle);
+    OpenTable &table = WithTable(handle);
     BeginWrite(table);
     try {
         table.File->SetNote(note);
@@ -503,7 +518,7 @@ RecordStore::Batch::Batch(RecordStore &store, Handle handle)
     : m_store(store)
     , m_handle(handle)
 {
-    OpenTable &table = m_store.Find(m_handle);
+    OpenTable &table = m_store.WithTable(m_handle);
     if (table.InBatch)
         RaiseStoreError(StoreErrors::BadArgument,
             u"The database is in a batch already: "_s + table.File->FileName());
@@ -520,12 +535,17 @@ RecordStore::Batch::~Batch()
     table.File->Rollback();
     table.InBatch = false;
     table.Table.reset(); // it holds what has not happened
+    table.WrittenRow.reset();
+    table.Cursor = 0;
     table.Drop();
 }
 
 void RecordStore::Batch::Commit()
 {
     OpenTable &table = m_store.Find(m_handle);
+    if (!table.InBatch)
+        return;
+    RequireBatch(table);
     table.File->Commit();
     table.InBatch = false;
 }

@@ -108,7 +108,9 @@ public:
     void WriteNote(Handle handle, const QString &note);
 
     /// All writes to one database between construction and Commit() are one durable transaction;
-    /// without Commit() none of them has happened.
+    /// without Commit() none of them has happened, and the cursor is then on the first record. When
+    /// one of them fails for want of space, or Commit() does, all that follow are refused until the
+    /// end.
     class Batch
     {
     public:
@@ -134,8 +136,9 @@ private:
     struct Shape;
 
     OpenTable &Find(Handle handle) const;
+    OpenTable &WithTable(Handle handle) const; ///< CreateTable has run
     OpenTable &Loaded(Handle handle) const;
-    /// The table for a whole-record move: loaded, and of this shape.
+    /// The table for a whole-record move: its fields are of these types.
     OpenTable &OfShape(Handle handle, const FieldType *types, size_t count) const;
     static void CheckField(const OpenTable &table, qint32 field);
     static void Place(OpenTable &table, qint32 position, qint32 most);
@@ -151,6 +154,7 @@ private:
     static void Load(OpenTable &table);
     static void Refresh(OpenTable &table);
     static void BeginWrite(OpenTable &table);
+    static void RequireBatch(const OpenTable &table);
     static void EndWrite(OpenTable &table);
     static void AbandonWrite(OpenTable &table) noexcept;
     static void RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen);
@@ -186,7 +190,8 @@ bool RecordStore::ReadRecord(Handle handle, Record &record)
 {
     auto members = record.Fields();
     constexpr auto &types = Shape<decltype(members)>::Types;
-    const OpenTable &table = OfShape(handle, types.data(), types.size());
+    OfShape(handle, types.data(), types.size());
+    const OpenTable &table = Loaded(handle);
     if (AtEnd(table))
         return false;
     size_t field = 0;

@@ -34,6 +34,15 @@ std::string_view RecordTable::TextAt(Slot slot, size_t field) const
     return std::string_view(column.Bytes).substr(cell.Offset, cell.Length);
 }
 
+std::optional<size_t> RecordTable::PositionOf(qint64 rowId) const
+{
+    const auto at = std::find_if(
+        m_order.begin(), m_order.end(), [&](Slot slot) { return m_rowIds[slot] == rowId; });
+    if (at == m_order.end())
+        return {};
+    return static_cast<size_t>(at - m_order.begin());
+}
+
 std::string_view RecordTable::Text(size_t position, size_t field) const
 {
     return TextAt(m_order[position], field);

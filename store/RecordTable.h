@@ -3,6 +3,7 @@
 #include "store/DatabaseFile.h"
 #include "store/Schema.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@ public:
 
     size_t Count() const { return m_order.size(); }
     qint64 RowId(size_t position) const { return m_rowIds[m_order[position]]; }
+    std::optional<size_t> PositionOf(qint64 rowId) const; ///< looks at every record
     std::string_view Text(size_t position, size_t field) const;
     qint64 Number(size_t position, size_t field) const;
     StoredRow Row(size_t position) const;

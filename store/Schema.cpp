@@ -29,6 +29,12 @@ bool IsFieldName(QStringView name)
     });
 }
 
+/// Names under which SQLite itself numbers a table's rows. A column of that name would hide them.
+bool IsReserved(const QString &lowerName)
+{
+    return lowerName == "rowid"_L1 || lowerName == "oid"_L1 || lowerName == "_rowid_"_L1;
+}
+
 } // namespace
 
 Schema ParseSchema(QStringView text)
@@ -48,6 +54,9 @@ Schema ParseSchema(QStringView text)
             RaiseStoreError(StoreErrors::MalformedSchema,
                 u"The schema text is malformed at \""_s + pair.trimmed().toString() + u"\""_s);
         const QString name = words[0].toString();
+        if (IsReserved(name.toLower()))
+            RaiseStoreError(StoreErrors::MalformedSchema,
+                u"The schema text names a field "_s + name + u", which no field can be called"_s);
         if (names.contains(name.toLower()))
             RaiseStoreError(StoreErrors::MalformedSchema,
                 u"The schema text names the field "_s + name + u" twice"_s);

@@ -27,5 +27,5 @@ using Schema = std::vector<SchemaField>;
 ///
 /// Errors: StoreErrors::MalformedSchema, with the text that could not be read, for a missing
 ///         comma, name or type, an unknown type, a name with other than letters, digits and
-///         underscores, and a name that comes twice.
+///         underscores, a name that comes twice, and rowid, oid and _rowid_.
 Schema ParseSchema(QStringView text);

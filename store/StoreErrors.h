@@ -21,6 +21,7 @@ constexpr int ChangedOutside = 1014; ///< another program has changed the record
 constexpr int NotDeleted = 1015;
 constexpr int BadRecord = 1016; ///< a structure or a stored value that does not fit the schema
 constexpr int BadArgument = 1017;
+constexpr int Incomplete = 1018; ///< a company lacks some of its databases
 } // namespace StoreErrors
 
 /// Raises clsRunTimeError with the record store as its source.

@@ -24,6 +24,7 @@ public:
     qint32 GetRecordCount() const { return m_store.GetRecordCount(Handle); }
     qint32 GetRecordPosition() const { return m_store.GetRecordPosition(Handle); }
     void MoveToPosition(qint32 position) { m_store.MoveToPosition(Handle, position); }
+    void DeleteRecord() { m_store.DeleteRecord(Handle, 2); }
 
     /// Moves the cursor by a key; true for an exact match.
     bool Find(qint32 field, const RecordStore::Key &key)

@@ -4,6 +4,9 @@
 
 int main(int argc, char **argv)
 {
+    // The build lists each program's tests by running it, also where there is no display.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();

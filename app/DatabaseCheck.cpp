@@ -1,0 +1,38 @@
+#include "app/DatabaseCheck.h"
+
+namespace {
+
+void OpenGlobalOptions(Tables &tables)
+{
+    modDBMain &main = tables.Main;
+    const QString name = main.GlobalName(DatabasePrefix::GlobalOptions);
+    main.CloseTable(tables.GlobalOptions.Handle);
+    tables.GlobalOptions.TakeHandle(main.OpenTable(name));
+    if (tables.GlobalOptions.IsOpen())
+        return;
+    main.CreateGlobalOptions(name);
+    tables.GlobalOptions.TakeHandle(main.OpenTable(name));
+}
+
+} // namespace
+
+bool CheckDatabases(Tables &tables, SessionState &session, modSync &sync)
+{
+    modDBMain &main = tables.Main;
+    tables.Company.Handle = main.CloseTable(tables.Company.Handle);
+    tables.Company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
+    if (!tables.Company.IsOpen())
+        return false;
+    OpenGlobalOptions(tables);
+    if (session.CurrentCompanyCode.isEmpty())
+        session.CurrentCompanyCode = tables.Company.ChooseCompany(tables.GlobalOptions);
+    tables.GlobalOptions.SaveLastCompany(session.CurrentCompanyCode);
+
+    sync.OpenAllDatabases();
+    if (!session.DatabasesReady)
+        return false;
+    session.SynchronisationInProgress = false;
+    // The list opens them again for itself.
+    sync.CloseAllDatabases();
+    return true;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/clsMessageBox.h"
+
+#include <QApplication>
+
+/// The application: no exception passes its event loop. What no handler took is told to the user
+/// as "Error #<number> (<description>)." and the program goes on.
+class clsApplication : public QApplication
+{
+    Q_OBJECT
+
+public:
+    clsApplication(int &argc, char **argv, clsMessageBox &messages); // the messages outlive it
+
+    bool notify(QObject *receiver, QEvent *event) override;
+
+private:
+    clsMessageBox &m_messages;
+};

@@ -1,0 +1,112 @@
+#include "app/clsProgram.h"
+
+#include "app/DatabaseCheck.h"
+#include "platform/clsRunTimeError.h"
+#include "platform/Paths.h"
+
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+clsProgram::clsProgram(const QString &programFolder, const ProgramServices &services)
+    : m_services(services)
+    , m_folder(programFolder)
+    , m_tables(programFolder)
+    , m_sync(m_tables, m_session, services.Messages, services.Process)
+    , m_entryInfo(m_tables, m_session, m_entry, m_list, m_screen, services.Messages, services.Clock)
+    , m_entryList(m_tables, m_sync, m_session, m_filter, m_sort, m_list, m_entryInfo, m_screen,
+          services.Messages, services.Clock)
+{
+    m_entryList.EndProgram = [] { std::exit(EXIT_FAILURE); };
+}
+
+clsProgram::~clsProgram() = default;
+
+void clsProgram::StoreTheCodes()
+{
+    m_tables.Main.StoreTheCodes({u"WkLg"_s, u"KVLM"_s, u"DATA"_s});
+}
+
+void clsProgram::HoldTheLock()
+{
+    m_lock.CreateAndHold(JoinPath(m_folder, u"WLRemote.txt"_s));
+}
+
+void clsProgram::StartUp()
+{
+    try {
+        StoreTheCodes();
+        HoldTheLock();
+        m_session.NotSynchronised = !CheckDatabases(m_tables, m_session, m_sync);
+        ShowMainWindow();
+        m_window->LoadEntryList();
+        if (m_session.NotSynchronised)
+            m_services.Messages.Tell(u"Please perform a synchronization first."_s);
+    } catch (const clsRunTimeError &error) {
+        const QString start = u"Error "_s + QString::number(error.Number()) + u"; "_s;
+        if (error.Number() == RunTimeErrors::PermissionDenied)
+            m_services.Messages.Tell(start + u"Worklog Remote is already running."_s);
+        else
+            m_services.Messages.Tell(start + error.Description(), MessageIcon::Critical);
+    }
+    if (!m_window)
+        emit Ended(EXIT_FAILURE);
+}
+
+void clsProgram::ShowMainWindow()
+{
+    m_screen = EntryScreen();
+    m_window = std::make_unique<frmEntryList>(
+        m_entryList, m_entryInfo, m_screen, m_services.Messages, m_services.Keys);
+    // Both take the window down, so they wait until its own event handlers have returned.
+    connect(m_window.get(), &frmEntryList::SyncRequested, this, &clsProgram::SyncCommand,
+        Qt::QueuedConnection);
+    connect(m_window.get(), &frmEntryList::Terminated, this, &clsProgram::MainWindowTerminated);
+    emit MainWindowChanged(m_window.get());
+    m_window->show();
+}
+
+void clsProgram::MainWindowTerminated()
+{
+    try {
+        if (!m_session.NotSynchronised)
+            m_entryList.SaveLastCompany();
+        m_sync.CloseAllDatabases();
+    } catch (const clsRunTimeError &error) {
+        m_services.Messages.Tell(error.Message());
+    }
+    if (!m_session.SynchronisationInProgress && !m_session.DeletionInProgress)
+        emit Ended(EXIT_SUCCESS);
+}
+
+void clsProgram::UnloadMainWindow()
+{
+    m_window->close();
+    m_window.reset();
+    emit MainWindowChanged(nullptr);
+}
+
+void clsProgram::SyncCommand()
+{
+    if (!m_window || m_session.SynchronisationInProgress || !m_window->MayLeaveEntry())
+        return;
+    m_entryInfo.Changed = false;
+    m_session.SynchronisationInProgress = true;
+    try {
+        m_entryList.SaveLastCompany();
+    } catch (const clsRunTimeError &error) {
+        m_services.Messages.Tell(error.Message());
+    }
+    UnloadMainWindow();
+    m_sync.RunSynchronisation();
+    StartAgain();
+    m_session.SynchronisationInProgress = false;
+}
+
+void clsProgram::StartAgain()
+{
+    m_lock.Close();
+    m_session.CurrentCompanyCode.clear();
+    m_list.LastCompany.clear();
+    StartUp();
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "entry/EntryListState.h"
+#include "entry/EntryScreen.h"
+#include "entry/frmEntryList.h"
+#include "entry/modEntryInfo.h"
+#include "entry/modEntryList.h"
+#include "platform/clsClock.h"
+#include "platform/clsInstanceLock.h"
+#include "platform/clsMessageBox.h"
+#include "platform/clsProcess.h"
+#include "platform/clsSendKeys.h"
+#include "session/EntryBeingEdited.h"
+#include "session/FilterState.h"
+#include "session/SessionState.h"
+#include "session/SortState.h"
+#include "store/Tables.h"
+#include "sync/modSync.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+/// What the program takes from outside; tests hand in their own.
+struct ProgramServices
+{
+    clsMessageBox &Messages;
+    clsSendKeys &Keys;
+    clsProcess &Process;
+    const clsClock &Clock;
+};
+
+/// The whole program over one program folder: owns every object, starts up, starts up again after
+/// a synchronisation, and ends with its main window.
+class clsProgram : public QObject
+{
+    Q_OBJECT
+
+public:
+    clsProgram(const QString &programFolder, const ProgramServices &services);
+    ~clsProgram() override;
+
+    /// Start-up from its beginning; safe to run again in the same process. Without a main window
+    /// afterwards the user has been told why.
+    void StartUp();
+
+    frmEntryList *MainWindow() const { return m_window.get(); } ///< null when there is none
+
+signals:
+    void MainWindowChanged(QWidget *window); ///< null when it has been unloaded
+    void Ended(int exitStatus); ///< nothing is left to do
+
+private:
+    void StoreTheCodes();
+    void HoldTheLock();
+    void ShowMainWindow();
+    void SyncCommand();
+    void UnloadMainWindow();
+    void MainWindowTerminated();
+    void StartAgain();
+
+    ProgramServices m_services;
+    QString m_folder;
+    Tables m_tables;
+    SessionState m_session;
+    EntryBeingEdited m_entry;
+    FilterState m_filter;
+    SortState m_sort;
+    EntryListState m_list;
+    EntryScreen m_screen;
+    clsInstanceLock m_lock;
+    modSync m_sync;
+    modEntryInfo m_entryInfo;
+    modEntryList m_entryList;
+    std::unique_ptr<frmEntryList> m_window;
+};

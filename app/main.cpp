@@ -1,0 +1,34 @@
+#include "app/clsApplication.h"
+#include "app/clsProgram.h"
+#include "help/clsHelp.h"
+#include "platform/clsWindowMessageBox.h"
+#include "platform/Paths.h"
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char **argv)
+{
+    clsWindowMessageBox messages;
+    clsApplication application(argc, argv, messages);
+    // Between two main windows, while the accounting client works, no window is open at all.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    clsProgramKeys keys;
+    clsSystemProcess process;
+    const clsSystemClock clock;
+    const clsHelp help(JoinPath(ProgramFolder(), u"WL.HLP"_s), messages);
+    clsProgram program(ProgramFolder(), {messages, keys, process, clock});
+
+    QObject::connect(&program, &clsProgram::MainWindowChanged,
+        [&](QWidget *window) { messages.SetParent(window); });
+    bool ended = false;
+    int exitStatus = EXIT_SUCCESS;
+    QObject::connect(&program, &clsProgram::Ended, [&](int status) {
+        ended = true;
+        exitStatus = status;
+        QApplication::exit(status);
+    });
+    program.StartUp();
+    // It may have ended in its own message boxes, before this event loop could be told.
+    return ended ? exitStatus : QApplication::exec();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+/// Keeps a numeric text box to decimal numbers of a bounded size: a text that breaks the mask
+/// gives way to the last one that was good.
+///
+/// Units: characters, not digits; a sign or a separator left of the point counts too.
+class clsM90Mask
+{
+public:
+    /// What the box shows after the check.
+    struct Verified
+    {
+        QString Text;
+        int Caret = 0;
+    };
+
+    void SetMask(int integerDigits, int decimalDigits);
+
+    /// Called after every change that the user makes, with the box's text and caret.
+    Verified gVerify_Change(const QString &text, int caret);
+
+    /// Takes the text as good without judging it; what the program itself wrote into the box.
+    void TakeAsGood(const QString &text) { m_lastGood = text; }
+
+private:
+    enum class Fault
+    {
+        None,
+        OutOfShape, ///< two points, or too many characters
+        NoNumber
+    };
+    Fault Judge(const QString &text) const;
+
+    QString m_lastGood;
+    int m_integerDigits = 0;
+    int m_decimalDigits = 0;
+};

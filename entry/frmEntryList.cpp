@@ -1,0 +1,640 @@
+#include "entry/frmEntryList.h"
+
+#include "entry/ui_frmEntryList.h"
+#include "platform/clsRunTimeError.h"
+#include "platform/clsUpperCase.h"
+#include "platform/Twips.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QScopeGuard>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int GridMarginTwips = 540; // left and right of the grid together
+constexpr double WindowToGridHeight = 2.85;
+
+constexpr std::array<const char *, EntryControls> ControlNames = {"cboCompany", "lblCompanyName",
+    "txtUser", "lblUserName", "dtpDate", "lblCustomer", "txtCustomer", "cmdCustomer", "lblProject",
+    "txtProject", "cmdProject", "lblActivity", "txtActivity", "cmdActivity", "cboBStatus",
+    "lblBOption", "cboBOption", "lblMultiplierCode", "txtMultiplierCode", "cmdMultiplier",
+    "lblMultiplierFactor", "txtMultiplierFactor", "lblHours", "txtHours", "lblRate", "txtRate",
+    "lblAmount", "txtAmount", "chkReimburse", "chkApproved", "chkOnHold", "txtDescription",
+    "msgEntryList", "cmdOK", "cmdUndo", "cmdDel", "cmdHrsSumm", "cmdTransFilter"};
+
+bool IsEnter(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+/// Keys that move on, close or ask for help; no control swallows them.
+bool BelongsToTheWindow(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab
+        || event.key() == Qt::Key_Escape || event.key() == Qt::Key_F1 || event.key() == Qt::Key_Alt
+        || (event.modifiers() & Qt::AltModifier);
+}
+
+/// Coming back to the window, or from a menu or list of it, is not entering a field.
+bool EntersField(const QFocusEvent &event)
+{
+    return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason
+        && event.reason() != Qt::MenuBarFocusReason;
+}
+
+/// What a click leaves the focus alone on.
+bool IsBackground(const QWidget &control)
+{
+    return control.isWindow() || qobject_cast<const QLabel *>(&control) != nullptr
+        || control.objectName() == "wgtCentral"_L1;
+}
+
+void DrawBackground(QWidget &widget, bool buttonFace)
+{
+    QPalette colours;
+    if (buttonFace)
+        colours.setColor(QPalette::Base, widget.palette().color(QPalette::Button));
+    widget.setPalette(colours);
+}
+
+void DrawText(QLineEdit &box, const ControlState &state)
+{
+    if (box.text() != state.Text)
+        box.setText(state.Text);
+    box.setReadOnly(state.Locked);
+    box.setFocusPolicy(state.InTabOrder ? Qt::StrongFocus : Qt::ClickFocus);
+    DrawBackground(box, state.ButtonFace);
+}
+
+void DrawList(QComboBox &list, const ControlState &state)
+{
+    QStringList items;
+    for (int i = 0; i < list.count(); ++i)
+        items.append(list.itemText(i));
+    if (items != state.Items) {
+        list.clear();
+        list.addItems(state.Items);
+    }
+    list.setCurrentIndex(state.Index);
+    DrawBackground(list, state.ButtonFace);
+}
+
+void DrawLabel(QLabel &label, const ControlState &state)
+{
+    if (state.Text.isNull())
+        return;
+    // A label that leads to a field would read "&" as the sign of a shortcut.
+    QString text = state.Text;
+    label.setText(label.buddy() != nullptr ? text.replace(u'&', u"&&"_s) : text);
+}
+
+void DrawControl(QWidget &widget, const ControlState &state)
+{
+    const QSignalBlocker blocked(widget);
+    if (auto *box = qobject_cast<QLineEdit *>(&widget))
+        DrawText(*box, state);
+    else if (auto *list = qobject_cast<QComboBox *>(&widget))
+        DrawList(*list, state);
+    else if (auto *label = qobject_cast<QLabel *>(&widget))
+        DrawLabel(*label, state);
+    else if (auto *check = qobject_cast<QCheckBox *>(&widget))
+        check->setChecked(state.Checked);
+    widget.setVisible(state.Visible);
+    widget.setEnabled(state.Enabled);
+}
+
+QPixmap ArrowPicture(const QWidget &window, bool up)
+{
+    constexpr int side = 8;
+    QPixmap picture(QSize(side, side) * window.devicePixelRatioF());
+    picture.setDevicePixelRatio(window.devicePixelRatioF());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath arrow;
+    arrow.moveTo(0, up ? side - 2 : 2);
+    arrow.lineTo(side, up ? side - 2 : 2);
+    arrow.lineTo(side / 2.0, up ? 2 : side - 2);
+    arrow.closeSubpath();
+    painter.fillPath(arrow, window.palette().color(QPalette::ButtonText));
+    return picture;
+}
+
+} // namespace
+
+frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, EntryScreen &screen,
+    clsMessageBox &messages, clsSendKeys &keys)
+    : ui(std::make_unique<Ui::frmEntryList>())
+    , m_listModule(listModule)
+    , m_entryModule(entryModule)
+    , m_screen(screen)
+    , m_messages(messages)
+    , m_keys(keys)
+{
+    ui->setupUi(this);
+    for (size_t i = 0; i < EntryControls; ++i)
+        m_widgets.at(i) = findChild<QWidget *>(QString::fromLatin1(ControlNames.at(i)));
+    m_screen[EntryControl::txtUser].Locked = true;
+    m_screen[EntryControl::txtUser].InTabOrder = false;
+    m_screen[EntryControl::txtMultiplierFactor].Locked = true;
+    m_screen[EntryControl::txtMultiplierFactor].InTabOrder = false;
+    DrawArrows();
+    ConnectCodes();
+    ConnectLists();
+    ConnectQuantities();
+    ConnectOthers();
+    ConnectCommands();
+    m_listModule.SetGrid(ui->msgEntryList);
+    m_entryModule.TakeFocusedBox = [this] { return TakeFocusedBox(); };
+    qApp->installEventFilter(this);
+}
+
+frmEntryList::~frmEntryList()
+{
+    m_listModule.SetGrid(nullptr);
+    m_entryModule.TakeFocusedBox = [] { return true; };
+}
+
+void frmEntryList::DrawArrows()
+{
+    ui->picUp->setPixmap(ArrowPicture(*this, true));
+    ui->picDown->setPixmap(ArrowPicture(*this, false));
+    ui->msgEntryList->SetArrowPictures(ui->picUp->pixmap(), ui->picDown->pixmap());
+}
+
+QWidget &frmEntryList::WidgetOf(EntryControl control) const
+{
+    return *m_widgets.at(static_cast<size_t>(control));
+}
+
+void frmEntryList::ConnectCodes()
+{
+    for (const EntryControl control : {EntryControl::txtCustomer, EntryControl::txtProject,
+             EntryControl::txtActivity, EntryControl::txtMultiplierCode}) {
+        auto &box = static_cast<QLineEdit &>(WidgetOf(control));
+        box.setValidator(new clsUpperCase(&box));
+        connect(&box, &QLineEdit::textEdited, this, [this, control](const QString &text) {
+            m_screen[control].Text = text;
+            m_fieldEdited = true;
+            m_entryModule.FieldEdited();
+            Render();
+        });
+    }
+}
+
+void frmEntryList::ConnectLists()
+{
+    const auto connectList = [this](EntryControl control) {
+        auto &list = static_cast<QComboBox &>(WidgetOf(control));
+        connect(&list, &QComboBox::activated, this, [this, &list] { ApplyList(list); });
+    };
+    connectList(EntryControl::cboCompany);
+    connectList(EntryControl::cboBStatus);
+    connectList(EntryControl::cboBOption);
+}
+
+void frmEntryList::ConnectQuantities()
+{
+    for (const EntryControl control :
+        {EntryControl::txtHours, EntryControl::txtRate, EntryControl::txtAmount}) {
+        auto &box = static_cast<QLineEdit &>(WidgetOf(control));
+        connect(&box, &QLineEdit::textEdited, this,
+            [this, control, &box] { QuantityEdited(control, box); });
+    }
+}
+
+void frmEntryList::ConnectOthers()
+{
+    connect(ui->txtDescription, &QLineEdit::textEdited, this, [this](const QString &text) {
+        m_screen[EntryControl::txtDescription].Text = text;
+        m_entryModule.TakeDescription();
+        Render();
+    });
+    connect(ui->dtpDate, &QDateEdit::dateChanged, this, &frmEntryList::dtpDate_Change);
+    connect(ui->dtpDate, &clsDatePicker::Click, this, [this] {
+        m_entryModule.FieldEdited();
+        Render();
+    });
+    const auto connectBox = [this](EntryControl control, void (modEntryInfo::*clicked)()) {
+        connect(static_cast<QCheckBox *>(&WidgetOf(control)), &QCheckBox::clicked, this,
+            [this, control, clicked](bool checked) {
+                Handle([&] {
+                    m_screen[control].Checked = checked;
+                    (m_entryModule.*clicked)();
+                });
+            });
+    };
+    connectBox(EntryControl::chkReimburse, &modEntryInfo::ReimburseClicked);
+    connectBox(EntryControl::chkApproved, &modEntryInfo::ApprovedClicked);
+    connectBox(EntryControl::chkOnHold, &modEntryInfo::OnHoldClicked);
+    connect(ui->msgEntryList, &clsGrid::Click, this, &frmEntryList::msgEntryList_Click);
+}
+
+void frmEntryList::ConnectCommands()
+{
+    connect(ui->cmdOK, &QPushButton::clicked, this, &frmEntryList::cmdOK_Click);
+    connect(ui->cmdUndo, &QPushButton::clicked, this,
+        [this] { Handle([this] { m_entryModule.UndoEntry(); }); });
+    connect(ui->cmdDel, &QPushButton::clicked, this,
+        [this] { Handle([this] { m_entryModule.DeleteEntry(); }); });
+    connect(ui->cmdSync, &QPushButton::clicked, this, &frmEntryList::SyncRequested);
+    connect(ui->cmdHelp, &QPushButton::clicked, this, [this] { m_keys.SendKeys(u"{F1}"_s); });
+}
+
+void frmEntryList::LoadEntryList()
+{
+    const auto drawn = qScopeGuard([this] { Render(); });
+    m_listModule.LoadEntryList();
+}
+
+void frmEntryList::Handle(const std::function<void()> &action)
+{
+    try {
+        action();
+    } catch (const clsRunTimeError &error) {
+        Render();
+        m_messages.Tell(error.Message());
+    }
+    Render();
+}
+
+void frmEntryList::Render()
+{
+    for (size_t i = 0; i < EntryControls; ++i)
+        DrawControl(*m_widgets.at(i), m_screen[static_cast<EntryControl>(i)]);
+    const QSignalBlocker blocked(ui->dtpDate);
+    if (m_screen.Date.isValid())
+        ui->dtpDate->setDate(m_screen.Date);
+    for (int panel = 1; panel <= EntryScreen::StatusPanels; ++panel)
+        ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
+    MoveFocus();
+}
+
+void frmEntryList::MoveFocus()
+{
+    if (!m_screen.Focus)
+        return;
+    const EntryScreen::FocusRequest request = *m_screen.Focus;
+    m_screen.Focus.reset();
+    FocusTo(request.Control);
+    if (auto *box = qobject_cast<QLineEdit *>(&WidgetOf(request.Control));
+        box != nullptr && request.SelectText)
+        box->selectAll();
+}
+
+void frmEntryList::FocusTo(EntryControl control)
+{
+    WidgetOf(control).setFocus(Qt::OtherFocusReason);
+}
+
+bool frmEntryList::IsCodeBox(const QWidget &control) const
+{
+    return &control == ui->txtCustomer || &control == ui->txtProject || &control == ui->txtActivity
+        || &control == ui->txtMultiplierCode;
+}
+
+void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
+{
+    m_focusByMouse = event.reason() == Qt::MouseFocusReason;
+    m_pressGivesFocus = m_focusByMouse;
+    if (&control == ui->dtpDate)
+        dtpDate_GotFocus();
+    auto *box = qobject_cast<QLineEdit *>(&control);
+    if (box != nullptr) {
+        m_fieldEdited = false;
+        SetMask(control);
+        if (!m_focusByMouse && !box->text().isEmpty())
+            box->selectAll();
+    }
+    m_focusByMouse = false;
+    m_entryModule.RememberFocusTexts();
+}
+
+void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
+{
+    m_focusByMouse = false;
+    if (!TakeBox(control))
+        m_pressRefused = event.reason() == Qt::MouseFocusReason;
+}
+
+void frmEntryList::dtpDate_GotFocus()
+{
+    m_inFocusFix = true;
+    m_dateKeys = 0;
+    // Entered with the mouse, the caret stays where it was set, and the picker's changes are not
+    // taken over until it is next entered from the keyboard. This asymmetry is kept.
+    if (m_focusByMouse)
+        return;
+    ui->dtpDate->setSelectedSection(QDateEdit::MonthSection);
+    m_inFocusFix = false;
+}
+
+void frmEntryList::dtpDate_Change(QDate date)
+{
+    m_screen.Date = date;
+    if (!m_inFocusFix)
+        m_entryModule.TakeDate();
+    Render();
+}
+
+bool frmEntryList::HandleDateKey(const QKeyEvent &event)
+{
+    constexpr qint16 keyThatMovesOn = 3;
+    if (BelongsToTheWindow(event))
+        return false;
+    switch (event.key()) {
+    case Qt::Key_NumLock:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        return false;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        m_dateKeys = 0;
+        return false;
+    default:
+        break;
+    }
+    m_dateKeys = m_focusByMouse ? qint16(1) : qint16(m_dateKeys + 1);
+    m_focusByMouse = false;
+    if (m_dateKeys != keyThatMovesOn)
+        return false;
+    m_dateKeys = 1;
+    QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
+    ui->dtpDate->event(&right);
+    return true;
+}
+
+bool frmEntryList::TakeFocusedBox()
+{
+    QWidget *focused = focusWidget();
+    return focused == nullptr || TakeBox(*focused);
+}
+
+bool frmEntryList::TakeBox(const QWidget &control)
+{
+    const bool edited = m_fieldEdited;
+    m_fieldEdited = false;
+    if (IsCodeBox(control))
+        return !edited || CheckCode(control);
+    Handle([&] {
+        if (&control == ui->txtHours)
+            m_entryModule.ApplyHoursText();
+        else if (&control == ui->txtRate && edited)
+            m_entryModule.ApplyRateText();
+        else if (&control == ui->txtAmount && !m_screen[EntryControl::txtAmount].Locked)
+            m_entryModule.ApplyAmountText();
+    });
+    return true;
+}
+
+bool frmEntryList::CheckCode(const QWidget &control)
+{
+    CodeCheck result = CodeCheck::Refused;
+    Handle([&] {
+        if (&control == ui->txtCustomer)
+            result = m_entryModule.CheckCustomer();
+        else if (&control == ui->txtProject)
+            result = m_entryModule.CheckProject();
+        else if (&control == ui->txtActivity)
+            result = m_entryModule.CheckActivity();
+        else
+            result = m_entryModule.CheckMultiplier();
+    });
+    return result == CodeCheck::Accepted;
+}
+
+void frmEntryList::ApplyList(const QComboBox &list)
+{
+    Handle([&] {
+        if (&list == ui->cboCompany) {
+            m_screen[EntryControl::cboCompany].Index = list.currentIndex();
+            m_listModule.CompanyChanged();
+        } else if (&list == ui->cboBStatus) {
+            m_screen[EntryControl::cboBStatus].Index = list.currentIndex();
+            m_entryModule.ApplyBillingStatus();
+        } else {
+            m_screen[EntryControl::cboBOption].Index = list.currentIndex();
+            m_entryModule.ApplyBillingOption();
+        }
+    });
+}
+
+void frmEntryList::SetMask(const QWidget &box)
+{
+    struct Digits
+    {
+        int Integer;
+        int Decimal;
+    };
+    Digits digits{};
+    if (&box == ui->txtHours)
+        digits = m_entryModule.Entry.IsExpense() ? Digits{5, 2} : Digits{2, 2};
+    else if (&box == ui->txtRate)
+        digits = {5, 3};
+    else if (&box == ui->txtAmount)
+        digits = {8, 2};
+    m_mask = clsM90Mask();
+    m_mask.SetMask(digits.Integer, digits.Decimal);
+    m_mask.TakeAsGood(static_cast<const QLineEdit &>(box).text());
+}
+
+void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
+{
+    const clsM90Mask::Verified verified = m_mask.gVerify_Change(box.text(), box.cursorPosition());
+    if (verified.Text != box.text()) {
+        box.setText(verified.Text);
+        box.setCursorPosition(verified.Caret);
+    }
+    m_screen[control].Text = verified.Text;
+    m_fieldEdited = true;
+    m_entryModule.FieldEdited();
+    Render();
+}
+
+EntryControl frmEntryList::ControlAfterActivity() const
+{
+    const EntryBeingEdited &entry = m_entryModule.Entry;
+    return entry.IsExpense() && entry.AmountOnly == "Y"_L1 ? EntryControl::txtAmount
+                                                           : EntryControl::txtHours;
+}
+
+bool frmEntryList::HandleEnter(QWidget &control)
+{
+    if (IsCodeBox(control)) {
+        if (!TakeBox(control))
+            return true;
+        if (&control == ui->txtActivity)
+            FocusTo(ControlAfterActivity());
+        else
+            m_keys.SendKeys(u"{TAB}"_s);
+        return true;
+    }
+    if (&control == ui->txtHours || &control == ui->txtAmount) {
+        FocusTo(EntryControl::txtDescription);
+        return true;
+    }
+    if (&control == ui->txtRate)
+        TakeBox(control);
+    if (qobject_cast<QLineEdit *>(&control) != nullptr
+        || qobject_cast<QCheckBox *>(&control) != nullptr || &control == ui->dtpDate) {
+        m_keys.SendKeys(u"{TAB}"_s);
+        return true;
+    }
+    return false;
+}
+
+bool frmEntryList::HandleTab(QWidget &control)
+{
+    if (!TakeBox(control))
+        return true;
+    if (&control == ui->txtActivity)
+        FocusTo(ControlAfterActivity());
+    else if (&control == ui->txtHours || &control == ui->txtAmount)
+        FocusTo(EntryControl::txtDescription);
+    else
+        return false;
+    return true;
+}
+
+bool frmEntryList::HandleListKey(QComboBox &list, const QKeyEvent &event)
+{
+    if (BelongsToTheWindow(event))
+        return false;
+    if (IsEnter(event)) {
+        ApplyList(list);
+        return true;
+    }
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        return false;
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        list.showPopup();
+        return true;
+    default:
+        return true; // the lists cannot be typed into
+    }
+}
+
+bool frmEntryList::HandleKey(QWidget &control, QKeyEvent &event)
+{
+    if (event.key() == Qt::Key_Escape) {
+        EscapePressed();
+        return true;
+    }
+    if (auto *list = qobject_cast<QComboBox *>(&control))
+        return HandleListKey(*list, event);
+    if (IsEnter(event))
+        return HandleEnter(control);
+    if (event.key() == Qt::Key_Tab)
+        return HandleTab(control);
+    if (event.key() == Qt::Key_Backtab)
+        return !TakeBox(control);
+    return &control == ui->dtpDate && HandleDateKey(event);
+}
+
+bool frmEntryList::MousePressed(QWidget &control)
+{
+    const bool gaveFocus = std::exchange(m_pressGivesFocus, false);
+    const bool refused = std::exchange(m_pressRefused, false);
+    if (ui->dtpDate->isAncestorOf(&control) || &control == ui->dtpDate)
+        m_focusByMouse = !gaveFocus;
+    if (refused)
+        return true;
+    // A button that takes no focus leaves the box all the same.
+    return &control != focusWidget() && !IsBackground(control) && !TakeFocusedBox();
+}
+
+bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *control = qobject_cast<QWidget *>(watched);
+    if (control == nullptr || control->window() != this)
+        return false;
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return HandleKey(*control, *static_cast<QKeyEvent *>(event));
+    case QEvent::MouseButtonPress:
+        // A box whose code is refused keeps the focus, and the button is not pressed.
+        return MousePressed(*control);
+    case QEvent::Wheel:
+        // A wheel that passes over a closed list or the date must not change the entry.
+        return qobject_cast<QComboBox *>(control) != nullptr || control == ui->dtpDate;
+    case QEvent::FocusIn:
+        if (EntersField(*static_cast<QFocusEvent *>(event)))
+            GotFocus(*control, *static_cast<QFocusEvent *>(event));
+        return false;
+    case QEvent::FocusOut:
+        if (EntersField(*static_cast<QFocusEvent *>(event)))
+            LostFocus(*control, *static_cast<QFocusEvent *>(event));
+        return false;
+    default:
+        return false;
+    }
+}
+
+void frmEntryList::cmdOK_Click()
+{
+    if (!TakeFocusedBox())
+        return;
+    Handle([this] { m_entryModule.SaveEntry(); });
+}
+
+void frmEntryList::msgEntryList_Click()
+{
+    Handle([this] {
+        if (ui->msgEntryList->MouseRow() == 0)
+            m_listModule.SortEntryList();
+        else
+            m_listModule.SelectEntryRow();
+    });
+}
+
+bool frmEntryList::MayLeaveEntry()
+{
+    bool mayLeave = false;
+    Handle([&] { mayLeave = m_entryModule.MayLeaveEntry(); });
+    return mayLeave;
+}
+
+void frmEntryList::EscapePressed()
+{
+    if (!MayLeaveEntry())
+        return;
+    m_entryModule.Changed = false;
+    close();
+}
+
+void frmEntryList::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (height() == 0)
+        return;
+    // The layout fills what is left between the margins; only the height has to be held back.
+    const int margin = PixelsFromTwips(GridMarginTwips / 2, *this);
+    ui->layMain->setContentsMargins(margin, ui->layMain->contentsMargins().top(), margin,
+        ui->layMain->contentsMargins().bottom());
+    ui->msgEntryList->setMaximumHeight(static_cast<int>(height() / WindowToGridHeight));
+}
+
+void frmEntryList::closeEvent(QCloseEvent *event)
+{
+    if (!MayLeaveEntry()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    emit Terminated();
+}

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "entry/clsM90Mask.h"
+#include "entry/EntryScreen.h"
+#include "entry/modEntryInfo.h"
+#include "entry/modEntryList.h"
+#include "platform/clsMessageBox.h"
+#include "platform/clsSendKeys.h"
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class QComboBox;
+class QFocusEvent;
+class QKeyEvent;
+class QLineEdit;
+
+namespace Ui {
+class frmEntryList;
+}
+
+/// The main window: the entry list, below it the editor of one entry. It hands what the user does
+/// to modEntryList and modEntryInfo and draws what they decide.
+class frmEntryList : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// All outlive it.
+    frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, EntryScreen &screen,
+        clsMessageBox &messages, clsSendKeys &keys);
+    ~frmEntryList() override;
+
+    /// Reloads the list and draws the window.
+    /// Errors: those of modEntryList.
+    void LoadEntryList();
+
+    /// Asks about unsaved changes as leaving the entry does, the box with the focus taken in
+    /// first; false: the action is abandoned.
+    bool MayLeaveEntry();
+
+signals:
+    void SyncRequested(); ///< the synchronise button; the window is still open
+    void Terminated(); ///< the window has been closed
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void ConnectCodes();
+    void ConnectLists();
+    void ConnectQuantities();
+    void ConnectOthers();
+    void ConnectCommands();
+    void DrawArrows();
+
+    void Render(); ///< the one place that writes controls
+    void MoveFocus();
+
+    /// Runs what an event asks for, reports its run-time error and draws the window.
+    void Handle(const std::function<void()> &action);
+
+    bool HandleKey(QWidget &control, QKeyEvent &event);
+    EntryControl ControlAfterActivity() const;
+    bool HandleEnter(QWidget &control);
+    bool HandleTab(QWidget &control);
+    bool HandleListKey(QComboBox &list, const QKeyEvent &event);
+    bool HandleDateKey(const QKeyEvent &event);
+    void GotFocus(QWidget &control, const QFocusEvent &event);
+    void LostFocus(QWidget &control, const QFocusEvent &event);
+    void dtpDate_GotFocus();
+    void dtpDate_Change(QDate date);
+    bool MousePressed(QWidget &control);
+    /// Checks the edited box that has the focus; false when its code was refused.
+    bool TakeFocusedBox();
+    bool TakeBox(const QWidget &control);
+    bool CheckCode(const QWidget &control);
+    bool IsCodeBox(const QWidget &control) const;
+    void ApplyList(const QComboBox &list);
+    void QuantityEdited(EntryControl control, QLineEdit &box);
+    void SetMask(const QWidget &box);
+    QWidget &WidgetOf(EntryControl control) const;
+    void FocusTo(EntryControl control);
+
+    void cmdOK_Click();
+    void msgEntryList_Click();
+    void EscapePressed();
+
+    std::unique_ptr<Ui::frmEntryList> ui;
+    modEntryList &m_listModule;
+    modEntryInfo &m_entryModule;
+    EntryScreen &m_screen;
+    clsMessageBox &m_messages;
+    clsSendKeys &m_keys;
+
+    std::array<QWidget *, EntryControls> m_widgets = {};
+    clsM90Mask m_mask;
+    bool m_fieldEdited = false; // the box with the focus holds an edit that no check has seen
+    bool m_focusByMouse = false; // the focus, or a press in the date picker, came from the mouse
+    bool m_pressGivesFocus = false; // the press that is being handled has just moved the focus
+    bool m_pressRefused = false; // it would have left a box whose code was refused
+    bool m_inFocusFix = false; // changes of the date picker are not taken over
+    qint16 m_dateKeys = 0; // typed into the present part of the date
+};

@@ -1,0 +1,167 @@
+#pragma once
+
+#include "entry/EntryListState.h"
+#include "entry/EntryScreen.h"
+#include "platform/clsClock.h"
+#include "platform/clsMessageBox.h"
+#include "session/EntryBeingEdited.h"
+#include "session/SessionState.h"
+#include "store/Tables.h"
+
+#include <functional>
+
+/// What a code check did with the code in its box.
+enum class CodeCheck
+{
+    Accepted,
+    Refused ///< the box shows the code from before, and asks for the focus
+};
+
+/// The entry in the editor and the rules of its fields. It decides on the screen structure and
+/// never sees a widget.
+///
+/// Shape:  one entry, stored (EntryLoaded) or new; what the user types stands in the screen before
+///         a routine is called, and the form draws the screen after it.
+/// Errors: those of the record store; an entry that could not be written keeps its edits and is
+///         still Changed. Faults of the user are one message and an answer, never an error.
+class modEntryInfo
+{
+public:
+    /// All outlive it.
+    modEntryInfo(Tables &tables, const SessionState &session, EntryBeingEdited &entry,
+        EntryListState &list, EntryScreen &screen, clsMessageBox &messages, const clsClock &clock);
+
+    /// Reloads the entry list; connected by whoever owns the list.
+    std::function<void()> ReloadList;
+
+    /// Takes in the box that has the focus as if it were left; false when its code was refused.
+    /// Connected by the window.
+    std::function<bool()> TakeFocusedBox = [] { return true; };
+
+    // The record and the screen.
+    void ClearEntry(); ///< a new, empty entry
+    void LoadEntry(qint32 position); ///< the stored entry at that place of the Entries table
+    void ShowEntry(); ///< reads a stored entry anew and puts everything on the screen
+    void LockEntryFields();
+    void ShowRecordStatus();
+    /// Shows and enables the fields for the company's options and the employee.
+    void ShowFieldCaptions();
+
+    // Edits; each but the last marks the entry changed.
+    void FieldEdited();
+    void TakeDate();
+    void TakeDescription();
+    void ReimburseClicked();
+    void ApprovedClicked();
+    void OnHoldClicked();
+    void RememberFocusTexts(); ///< what the code boxes and lists hold as one gets the focus
+
+    // Codes.
+    CodeCheck CheckCustomer();
+    CodeCheck CheckProject();
+    CodeCheck CheckActivity();
+    CodeCheck CheckMultiplier();
+    bool ValidateEntry(); ///< false after one message; FailedField names the field
+
+    // Billing, hours, rate and amount.
+    void ApplyBillingStatus();
+    void ApplyBillingOption();
+    void ApplyHoursText();
+    void ApplyRateText();
+    void ApplyAmountText();
+    void RecalcAmount();
+
+    // Saving.
+    void SaveEntry(); ///< SaveSucceeded says whether the caller may go on
+    void UndoEntry();
+    void DeleteEntry();
+
+    /// Asks about unsaved changes, where there are any; false: the action is abandoned.
+    bool MayLeaveEntry();
+    /// What Yes to that question does; false when the save was refused.
+    bool SaveBeforeLeaving();
+
+    EntryBeingEdited &Entry;
+    bool Changed = false;
+    bool NewEntry = true;
+    bool EntryLoaded = false;
+    bool SaveSucceeded = true;
+    QString FailedField; ///< "Cust", "Proj", "Acti", "BSta", "Hrs", "Rate", "Amt" or empty
+
+private:
+    enum class Reading
+    {
+        Stored,
+        AsEdited ///< the edits stay, and so does the focus
+    };
+
+    void Show(Reading reading);
+    void ReadStoredEntry();
+    void ShowClosedState();
+    void OpenBillingFields();
+    void ShowCodes();
+    void ShowBillingStatus();
+    void RefuseExpense();
+    bool ExpenseIsRefused() const;
+    void ShowApproval();
+    void ShowOnHold();
+    void ShowCompanySelector();
+    void RequestEntryFocus();
+    bool LocksApproved() const;
+
+    void OpenProject(bool open);
+    CodeCheck Refuse(EntryControl box, QString &code, const QString &previous);
+    void SelectFieldText(EntryControl box);
+    void TakeActivity(bool found);
+    void ShowAgain();
+    bool Fail(const QString &message, EntryControl control, const QString &key, bool selectText);
+
+    void LayOutQuantities();
+    void LayOutTime();
+    void LayOutExpense();
+    void HideRateFieldsOfTime();
+    void FillBillingOptions();
+    void ClearBillingData();
+    void EnableBillingFields(bool options, bool rate);
+    void ApplyBillingDefaults();
+    void TestForNoCharge();
+    void ChooseBillingOption();
+    void LookupRate();
+    // The records that the entry's codes stand for. One that is not there is as a new one: no
+    // rate and no flag.
+    CustomerRecord CustomerOfEntry();
+    DivisionRecord DivisionOfEntry();
+    ProjectRecord ProjectOfEntry();
+    ActivityRecord ActivityOfEntry();
+    bool CountsAsUnbilled() const { return m_noCharge || m_doNotBill; }
+    bool SettingIsUpToThree() const;
+    bool IsBillable() const;
+    QString RateLevel() const;
+
+    EntryRecord StoredForm() const;
+    void WriteEntry();
+
+    Tables &m_tables;
+    const SessionState &m_session;
+    EntryListState &m_list;
+    EntryScreen &m_screen;
+    clsMessageBox &m_messages;
+    const clsClock &m_clock;
+
+    bool m_loading = false; // what changes now is no edit
+    bool m_activityFocusRequested = false;
+    qint32 m_position = 0; // of the loaded entry in the Entries table
+
+    // Texts from when a box got the focus.
+    QString m_previousCustomer;
+    QString m_previousProject;
+    QString m_previousActivity;
+    QString m_previousMultiplier;
+    QString m_previousStatusText;
+    QString m_previousOptionText;
+
+    // What the last walk over the rate sources found.
+    QString m_proposedOption;
+    bool m_noCharge = false;
+    bool m_doNotBill = false;
+};

@@ -1,0 +1,374 @@
+#include "entry/modEntryList.h"
+
+#include "entry/EntryColumn.h"
+#include "platform/clsRunTimeError.h"
+#include "store/PadKey.h"
+#include "store/StoreErrors.h"
+
+#include <QLocale>
+#include <QScopeGuard>
+
+#include <array>
+#include <limits>
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int ColumnExtraTwips = 110;
+constexpr int LastRowOfFirstPage = 10;
+
+/// Twips of the visible columns; the hidden ones have none.
+constexpr std::array<int, EntryColumn::Count> ColumnTwips
+    = {0, 0, 1000, 1652, 1652, 1652, 400, 980, 872, 1040};
+
+const QString InvalidText = QStringLiteral("*** invalid ***");
+
+QStringList FieldNames(const QString &customer, const QString &project, const QString &activity)
+{
+    return {u"UniqueID Hidden"_s, u"Date Hidden"_s, u"Date"_s, customer, project, activity,
+        u"T/E"_s, u"Hours/Units"_s, u"Rate"_s, u"Amount"_s};
+}
+
+QString Formatted(Currency value, int decimals)
+{
+    const QString sign = QLocale().decimalPoint();
+    return FormatCurrency(value, decimals, LeadingZero::No, sign.at(0));
+}
+
+SortOrder OrderOf(qint16 direction)
+{
+    return direction == 1 ? SortOrder::Ascending : SortOrder::Descending;
+}
+
+} // namespace
+
+modEntryList::modEntryList(Tables &tables, modSync &sync, SessionState &session,
+    FilterState &filter, SortState &sort, EntryListState &list, modEntryInfo &entry,
+    EntryScreen &screen, clsMessageBox &messages, const clsClock &clock)
+    : m_tables(tables)
+    , m_sync(sync)
+    , m_session(session)
+    , m_filter(filter)
+    , m_sort(sort)
+    , m_list(list)
+    , m_entry(entry)
+    , m_screen(screen)
+    , m_messages(messages)
+    , m_clock(clock)
+{
+    m_entry.ReloadList = [this] { LoadEntryList(); };
+}
+
+void modEntryList::LoadEntryList()
+{
+    if (m_session.NotSynchronised) {
+        if (CreateEmptyEntryRecordset()) {
+            BindRecordset();
+            m_grid->SetCol(0);
+        }
+        m_screen.Date = m_clock.Today();
+        LockEntryWindow();
+        return;
+    }
+    m_entry.Changed = false;
+    m_list.ListLoading = true;
+    const auto loaded = qScopeGuard([this] { m_list.ListLoading = false; });
+    if (!m_list.CompanyChangeInProgress)
+        FillCompanyList();
+    if (m_session.CurrentCompanyCode != m_list.LastCompany)
+        ChangeCompany();
+    StartNewEntry();
+    if (!FillEntryRecordset()) {
+        m_messages.Tell(u"Application cannot create a recordset."_s);
+        EndProgram();
+        return;
+    }
+    BindRecordset();
+    if (!m_list.DeletingEntry && m_list.EntryCount > 0)
+        m_grid->SetTopRow(1);
+    ShowRecordCount();
+    if (m_list.DeletingEntry && m_list.EntryCount > 0) {
+        m_grid->SetRow(std::max(m_grid->Row(), 1));
+        SelectEntryRow();
+        m_grid->SelectWholeRow();
+    } else {
+        m_grid->SetCol(0);
+    }
+}
+
+void modEntryList::FillCompanyList()
+{
+    ControlState &list = m_screen[EntryControl::cboCompany];
+    list.Items
+        = m_tables.Company.FillCompanyList(m_session.CurrentCompanyCode, m_tables.GlobalOptions);
+    SelectComboItem(list, m_session.CurrentCompanyCode);
+}
+
+void modEntryList::OpenCompany()
+{
+    m_session.CurrentCompanyName
+        = m_tables.Company.LoadCurrentCompany(m_session.CurrentCompanyCode);
+    m_sync.OpenAllDatabases();
+    if (!m_session.DatabasesReady)
+        RaiseStoreError(StoreErrors::Incomplete,
+            u"The databases of the company "_s + m_session.CurrentCompanyCode
+                + u" are incomplete"_s);
+    m_tables.Employee.LoadEmployee();
+}
+
+void modEntryList::ChangeCompany()
+{
+    if (!m_list.LastCompany.isEmpty())
+        m_sync.CloseAllDatabases();
+    try {
+        OpenCompany();
+    } catch (const clsRunTimeError &) {
+        // The former company stays usable.
+        m_session.CurrentCompanyCode = m_list.LastCompany;
+        if (!m_list.LastCompany.isEmpty())
+            OpenCompany();
+        throw;
+    }
+    m_screen[EntryControl::lblCompanyName].Text = m_session.CurrentCompanyName;
+    m_entry.ShowFieldCaptions();
+    m_screen[EntryControl::txtUser].Text = m_tables.Employee.Working.Employee_Number;
+    m_screen[EntryControl::lblUserName].Text = m_tables.Employee.Working.Employee_Name;
+    m_filter = FilterState();
+    m_list.LastCompany = m_session.CurrentCompanyCode;
+}
+
+void modEntryList::StartNewEntry()
+{
+    m_list.SelectedEntryId = 0;
+    m_list.SelectedIndex = 0;
+    m_list.SelectedRow = 0;
+    m_entry.ClearEntry();
+}
+
+bool modEntryList::CreateEmptyEntryRecordset()
+{
+    m_recordset
+        = std::make_shared<clsRecordSet>(FieldNames(u"Customer"_s, u"Project"_s, u"Activity"_s));
+    m_list.EntryCount = 0;
+    return true;
+}
+
+bool modEntryList::FillEntryRecordset()
+{
+    const OptionsRecord &options = m_tables.Options.Working;
+    try {
+        m_recordset = std::make_shared<clsRecordSet>(
+            FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term));
+        m_list.EntryCount = 0;
+        modDBEntr &entries = m_tables.Entries;
+        for (entries.MoveFirst(); !entries.IsEndOfTable(); entries.MoveNext()) {
+            entries.ReadEntry(entries.Record);
+            const EntryRecord &entry = entries.Record;
+            if (m_filter.Passes(entry.Customer_Number, entry.Project_Number, entry.Activity_Number))
+                AddEntryRow(entry);
+        }
+        if (m_list.EntryCount == 0)
+            m_recordset->AddRecord(std::array<QStringView, EntryColumn::Count>());
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    m_grid->SetSelectionVisible(m_list.EntryCount > 0);
+    return true;
+}
+
+QString modEntryList::CustomerText(const EntryRecord &entry)
+{
+    // Whether the customer is found is not asked: the name of the record that the search ends on
+    // is shown. Unlike for projects and activities; this is kept.
+    modDBCust &customers = m_tables.Customers;
+    customers.Find(0, PadKey(entry.Customer_Number, KeyWidth::Customer));
+    customers.ReadCustomer(customers.Record);
+    return customers.Record.Customer_Name;
+}
+
+QString modEntryList::ProjectText(const EntryRecord &entry)
+{
+    if (entry.Project_Number.isEmpty())
+        return {};
+    modDBProj &projects = m_tables.Projects;
+    if (!projects.Find(0, ProjectKey(entry.Customer_Number, entry.Project_Number)))
+        return InvalidText;
+    projects.ReadProject(projects.Record);
+    return projects.Record.Project_Name;
+}
+
+QString modEntryList::ActivityText(const EntryRecord &entry)
+{
+    modDBActi &activities = m_tables.Activities;
+    // An unknown activity leaves the expense flag as it was for the entry before; this is kept.
+    if (!activities.Find(0, PadKey(entry.Activity_Number, KeyWidth::Activity)))
+        return InvalidText;
+    activities.ReadActivity(activities.Record);
+    m_expenseFlag = activities.Record.Expense;
+    return activities.Record.Description;
+}
+
+void modEntryList::AddEntryRow(const EntryRecord &entry)
+{
+    const QString customer = CustomerText(entry);
+    const QString project = ProjectText(entry);
+    const QString activity = ActivityText(entry);
+    if (m_list.EntryCount == std::numeric_limits<qint32>::max())
+        throw clsRunTimeError(RunTimeErrors::Overflow, u"EntryList"_s, u"Overflow"_s);
+    ++m_list.EntryCount;
+
+    const QString id = QString::number(m_tables.Entries.GetRecordPosition());
+    const QString dateHidden = entry.Date.toString(u"yyyyMMdd"_s);
+    const QString date = entry.Date.toString(u"MM/dd/yyyy"_s);
+    const bool isExpense = m_expenseFlag == "Y"_L1;
+    const bool showsRate = isExpense
+        || (m_tables.Options.Working.Billing_Option_Switch == "Y"_L1
+            && m_tables.Employee.Working.Rate_Permission != "1"_L1);
+    const QString hours = Formatted(entry.Hours, 2);
+    const QString rate = showsRate ? Formatted(entry.Rate, 3) : QString();
+    const QString amount = showsRate ? Formatted(entry.Amount, 2) : QString();
+    m_recordset->AddRecord(std::array<QStringView, EntryColumn::Count>{id, dateHidden, date,
+        customer, project, activity, isExpense ? u"E" : u"T", hours, rate, amount});
+}
+
+void modEntryList::BindRecordset()
+{
+    m_grid->SetDataSource(m_recordset);
+    SizeEntryColumns();
+    for (const int column : {EntryColumn::Hours, EntryColumn::Rate, EntryColumn::Amount})
+        m_grid->SetColAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+    m_grid->SetColWidth(EntryColumn::UniqueId, 0);
+    m_grid->SetColWidth(EntryColumn::DateHidden, 0);
+}
+
+void modEntryList::SizeEntryColumns()
+{
+    for (int column = 0; column < m_grid->Cols(); ++column) {
+        const int fixed = ColumnTwips.at(static_cast<size_t>(column));
+        m_grid->SetColWidth(
+            column, (fixed > 0 ? fixed : m_grid->LongestText(column)) + ColumnExtraTwips);
+    }
+}
+
+void modEntryList::ShowRecordCount()
+{
+    const int row = std::max(m_grid->Row(), 1);
+    const bool any = !m_grid->TextMatrix(row, EntryColumn::UniqueId).isEmpty();
+    const int count = any ? m_recordset->RecordCount() : 0;
+    m_screen.Panels
+        = {u"Found "_s + QString::number(count) + (count == 1 ? u" record"_s : u" records"_s),
+            m_tables.Employee.Working.Employee_Number, m_session.CurrentCompanyCode,
+            m_clock.Today().toString(u"MM/dd/yyyy"_s)};
+}
+
+void modEntryList::MarkRow(int row)
+{
+    m_grid->SetRow(row);
+    m_grid->SetTopRow(row <= LastRowOfFirstPage ? 1 : row);
+    m_grid->SelectWholeRow();
+}
+
+void modEntryList::SelectEntryRow()
+{
+    if (m_list.SuppressRowSelect) {
+        m_list.SuppressRowSelect = false;
+        return;
+    }
+    if (m_list.EntryCount == 0 || (m_grid->MouseRow() == 0 && !m_list.DeletingEntry))
+        return;
+    if (m_entry.Changed) {
+        switch (m_messages.AskSaveChanges()) {
+        case MessageAnswer::Yes:
+            if (!m_entry.SaveBeforeLeaving()) {
+                m_grid->SetCol(0);
+                return;
+            }
+            MarkRow(std::max(m_grid->Row(), 1));
+            break;
+        case MessageAnswer::Cancel:
+            if (!m_list.RowLoaded) {
+                m_grid->SetCol(0);
+                return;
+            }
+            MarkRow(std::max(m_list.SelectedRow, 1));
+            return;
+        default:
+            break;
+        }
+    }
+    m_list.RowLoaded = true;
+    const int row = m_grid->Row();
+    m_list.SelectedEntryId = m_grid->TextMatrix(row, EntryColumn::UniqueId).toInt();
+    m_list.SelectedIndex = row - 1;
+    m_list.SelectedRow = row;
+    m_entry.LoadEntry(m_list.SelectedEntryId);
+}
+
+void modEntryList::SortEntryList()
+{
+    if (m_list.EntryCount == 0)
+        return;
+    const bool wasLoaded = m_entry.EntryLoaded;
+    const int clicked = m_grid->MouseCol();
+    if (clicked < 0)
+        return;
+    const int rowBefore = m_grid->Row();
+    if (clicked != m_sort.SortColumn) {
+        m_grid->SetHeaderArrow(m_sort.SortColumn, {});
+        m_sort.SortDirection = 1;
+    } else {
+        m_sort.SortDirection = m_sort.SortDirection == 1 ? 2 : 1;
+    }
+    const int sorted = clicked == EntryColumn::Date ? EntryColumn::DateHidden : clicked;
+    m_grid->Sort(sorted, OrderOf(m_sort.SortDirection));
+    m_grid->SetHeaderArrow(clicked, OrderOf(m_sort.SortDirection));
+    m_sort.SortColumn = static_cast<qint16>(clicked);
+
+    int row = rowBefore;
+    if (wasLoaded) {
+        for (int i = 1; i <= m_list.EntryCount; ++i) {
+            if (m_grid->TextMatrix(i, EntryColumn::UniqueId).toInt() == m_list.SelectedEntryId) {
+                row = i;
+                break;
+            }
+        }
+    }
+    m_grid->SetRow(row);
+    m_grid->SetCol(1);
+    if (wasLoaded)
+        m_grid->SelectWholeRow();
+    m_list.SelectedRow = m_grid->Row();
+}
+
+void modEntryList::CompanyChanged()
+{
+    m_list.CompanyChangeInProgress = true;
+    const auto changed = qScopeGuard([this] { m_list.CompanyChangeInProgress = false; });
+    const QString former = m_session.CurrentCompanyCode;
+    m_session.CurrentCompanyCode = m_screen[EntryControl::cboCompany].ItemText();
+    try {
+        if (!m_list.ListLoading)
+            LoadEntryList();
+    } catch (const clsRunTimeError &) {
+        SelectComboItem(m_screen[EntryControl::cboCompany], former);
+        throw;
+    }
+}
+
+void modEntryList::LockEntryWindow()
+{
+    m_entry.LockEntryFields();
+    for (const EntryControl control : {EntryControl::cboCompany, EntryControl::txtUser,
+             EntryControl::txtMultiplierFactor, EntryControl::chkApproved, EntryControl::chkOnHold,
+             EntryControl::msgEntryList, EntryControl::cmdOK, EntryControl::cmdUndo,
+             EntryControl::cmdDel, EntryControl::cmdHrsSumm, EntryControl::cmdTransFilter})
+        m_screen[control].Close();
+}
+
+void modEntryList::SaveLastCompany()
+{
+    if (m_tables.GlobalOptions.IsOpen())
+        m_tables.GlobalOptions.SaveLastCompany(m_session.CurrentCompanyCode);
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "entry/EntryListState.h"
+#include "entry/EntryScreen.h"
+#include "entry/modEntryInfo.h"
+#include "platform/clsClock.h"
+#include "platform/clsGridView.h"
+#include "platform/clsMessageBox.h"
+#include "session/FilterState.h"
+#include "session/SessionState.h"
+#include "session/SortState.h"
+#include "store/Tables.h"
+#include "sync/modSync.h"
+
+#include <functional>
+#include <memory>
+
+/// The entry list in the upper half of the main window: fills it from the Entries table, sorts
+/// it, and loads a selected row into the editor.
+///
+/// Shape:  the columns of the list are those of EntryColumn, all text.
+/// Errors: those of the record store.
+class modEntryList
+{
+public:
+    /// All outlive it.
+    modEntryList(Tables &tables, modSync &sync, SessionState &session, FilterState &filter,
+        SortState &sort, EntryListState &list, modEntryInfo &entry, EntryScreen &screen,
+        clsMessageBox &messages, const clsClock &clock);
+
+    /// The grid of the window that is open; null between two windows.
+    void SetGrid(clsGridView *grid) { m_grid = grid; }
+
+    /// Ends the program at once; connected by whoever owns the program.
+    std::function<void()> EndProgram;
+
+    void LoadEntryList();
+    void SelectEntryRow();
+    void SortEntryList();
+    void CompanyChanged(); ///< to the company list's text
+    void StartNewEntry();
+    void SaveLastCompany();
+    void LockEntryWindow();
+
+private:
+    bool FillEntryRecordset();
+    bool CreateEmptyEntryRecordset();
+    void AddEntryRow(const EntryRecord &entry);
+    QString CustomerText(const EntryRecord &entry);
+    QString ProjectText(const EntryRecord &entry);
+    QString ActivityText(const EntryRecord &entry);
+    void BindRecordset();
+    void SizeEntryColumns();
+    void ShowRecordCount();
+    void FillCompanyList();
+    void ChangeCompany();
+    void OpenCompany();
+    void MarkRow(int row);
+
+    Tables &m_tables;
+    modSync &m_sync;
+    SessionState &m_session;
+    FilterState &m_filter;
+    SortState &m_sort;
+    EntryListState &m_list;
+    modEntryInfo &m_entry;
+    EntryScreen &m_screen;
+    clsMessageBox &m_messages;
+    const clsClock &m_clock;
+    clsGridView *m_grid = nullptr;
+
+    std::shared_ptr<clsRecordSet> m_recordset;
+    QString m_expenseFlag; // of the activity found last; kept from row to row and over refreshes
+};

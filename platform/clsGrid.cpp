@@ -1,0 +1,341 @@
+#include "platform/clsGrid.h"
+
+#include "platform/Twips.h"
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int PictureMarginPixels = 4;
+
+/// A cell's place in the generic order.
+struct SortKey
+{
+    bool IsText = true;
+    double Number = 0;
+    QString Folded;
+};
+
+SortKey KeyOf(QStringView text)
+{
+    bool isNumber = false;
+    double number = QLocale().toDouble(text, &isNumber);
+    if (!isNumber)
+        number = QLocale::c().toDouble(text, &isNumber);
+    if (isNumber && std::isfinite(number))
+        return {false, number, {}};
+    return {true, 0, text.toString().toCaseFolded()};
+}
+
+bool Before(const SortKey &a, const SortKey &b)
+{
+    if (a.IsText != b.IsText)
+        return b.IsText;
+    return a.IsText ? a.Folded < b.Folded : a.Number < b.Number;
+}
+
+} // namespace
+
+/// Hands the record set's texts to the view, in the rows' current order.
+class clsGridModel : public QAbstractTableModel
+{
+public:
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void SetRecords(std::shared_ptr<const clsRecordSet> records)
+    {
+        beginResetModel();
+        m_records = std::move(records);
+        m_order.resize(m_records ? static_cast<size_t>(m_records->RecordCount()) : 0);
+        std::iota(m_order.begin(), m_order.end(), 0);
+        endResetModel();
+    }
+
+    const clsRecordSet *Records() const { return m_records.get(); }
+    void SetAlignment(int column, Qt::Alignment alignment) { m_alignments[column] = alignment; }
+
+    void Sort(int column, SortOrder order)
+    {
+        std::vector<SortKey> keys;
+        keys.reserve(m_order.size());
+        for (size_t i = 0; i < m_order.size(); ++i)
+            keys.push_back(KeyOf(m_records->Value(static_cast<int>(i), column)));
+        std::sort(m_order.begin(), m_order.end(), [&](int a, int b) {
+            const SortKey &keyA = keys[static_cast<size_t>(a)];
+            const SortKey &keyB = keys[static_cast<size_t>(b)];
+            if (Before(keyA, keyB))
+                return order == SortOrder::Ascending;
+            if (Before(keyB, keyA))
+                return order == SortOrder::Descending;
+            return a < b;
+        });
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    }
+
+    int rowCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() ? 0 : static_cast<int>(m_order.size());
+    }
+    int columnCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() || !m_records ? 0 : m_records->FieldCount();
+    }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (!index.isValid())
+            return {};
+        if (role == Qt::DisplayRole)
+            return m_records->Value(m_order[static_cast<size_t>(index.row())], index.column())
+                .toString();
+        if (role == Qt::TextAlignmentRole)
+            return QVariant::fromValue(AlignmentOf(index.column()));
+        return {};
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        if (orientation != Qt::Horizontal || section >= columnCount())
+            return {};
+        if (role == Qt::DisplayRole)
+            return m_records->FieldName(section);
+        if (role == Qt::TextAlignmentRole)
+            return QVariant::fromValue(AlignmentOf(section));
+        return {};
+    }
+
+private:
+    Qt::Alignment AlignmentOf(int column) const
+    {
+        return m_alignments.value(column, Qt::AlignLeft | Qt::AlignVCenter);
+    }
+
+    std::shared_ptr<const clsRecordSet> m_records;
+    std::vector<int> m_order; // the record of each row
+    QHash<int, Qt::Alignment> m_alignments;
+};
+
+/// Row 0 of the grid: clicks are the grid's, and a cell can carry a picture at its right.
+class clsGridHeader : public QHeaderView
+{
+public:
+    explicit clsGridHeader(clsGrid *grid)
+        : QHeaderView(Qt::Horizontal, grid)
+        , m_grid(*grid)
+    {
+        setSectionsClickable(true);
+        setHighlightSections(false);
+        setMouseTracking(true);
+        setSectionResizeMode(QHeaderView::Interactive);
+    }
+
+    void SetPicture(int section, const QPixmap &picture)
+    {
+        if (picture.isNull())
+            m_pictures.remove(section);
+        else
+            m_pictures[section] = picture;
+        viewport()->update();
+    }
+    void TakePictures() { m_pictures.clear(); }
+
+protected:
+    void paintSection(QPainter *painter, const QRect &rectangle, int section) const override
+    {
+        painter->save();
+        QHeaderView::paintSection(painter, rectangle, section);
+        painter->restore();
+        const QPixmap picture = m_pictures.value(section);
+        if (picture.isNull())
+            return;
+        const QSizeF size = picture.deviceIndependentSize();
+        painter->drawPixmap(QPointF(rectangle.right() - PictureMarginPixels - size.width(),
+                                rectangle.center().y() - size.height() / 2),
+            picture);
+    }
+    bool viewportEvent(QEvent *event) override
+    {
+        if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
+            const auto *mouse = static_cast<QMouseEvent *>(event);
+            m_grid.MouseIsAt(0, logicalIndexAt(mouse->position().toPoint()));
+        } else if (event->type() == QEvent::Leave) {
+            m_grid.MouseIsAt(-1, -1);
+        }
+        return QHeaderView::viewportEvent(event);
+    }
+
+private:
+    clsGrid &m_grid;
+    QHash<int, QPixmap> m_pictures;
+};
+
+clsGrid::clsGrid(QWidget *parent)
+    : QTableView(parent)
+    , m_model(new clsGridModel(this))
+    , m_header(new clsGridHeader(this))
+{
+    setModel(m_model);
+    setHorizontalHeader(m_header);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(0);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setMouseTracking(true);
+    connect(this, &QTableView::clicked, this, [this] { emit Click(); });
+    connect(m_header, &QHeaderView::sectionClicked, this, [this] { emit Click(); });
+}
+
+void clsGrid::SetDataSource(std::shared_ptr<const clsRecordSet> records)
+{
+    const int row = m_row;
+    m_header->TakePictures();
+    m_model->SetRecords(std::move(records));
+    SetRow(std::clamp(row, 0, Rows() - 1));
+}
+
+int clsGrid::Rows() const
+{
+    return m_model->rowCount() + 1;
+}
+
+int clsGrid::Cols() const
+{
+    return m_model->columnCount();
+}
+
+QString clsGrid::TextMatrix(int row, int column) const
+{
+    if (row == 0)
+        return m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    return m_model->index(row - 1, column).data().toString();
+}
+
+int clsGrid::LongestText(int column) const
+{
+    return m_model->Records()->LongestText(column);
+}
+
+void clsGrid::SetRow(int row)
+{
+    m_row = row;
+    const QModelIndex index
+        = row > 0 ? m_model->index(row - 1, std::max(columnAt(0), 0)) : QModelIndex();
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+}
+
+void clsGrid::SetCol(int column)
+{
+    m_column = column;
+    if (column == 0)
+        clearSelection();
+}
+
+void clsGrid::SelectWholeRow()
+{
+    if (m_row > 0)
+        selectRow(m_row - 1);
+}
+
+void clsGrid::SetTopRow(int row)
+{
+    if (row > 0)
+        scrollTo(
+            m_model->index(row - 1, std::max(columnAt(0), 0)), QAbstractItemView::PositionAtTop);
+}
+
+void clsGrid::SetColWidth(int column, int twips)
+{
+    setColumnHidden(column, twips == 0);
+    if (twips > 0)
+        setColumnWidth(column, PixelsFromTwips(twips, *this));
+}
+
+void clsGrid::SetColAlignment(int column, Qt::Alignment alignment)
+{
+    m_model->SetAlignment(column, alignment);
+}
+
+void clsGrid::SetArrowPictures(const QPixmap &up, const QPixmap &down)
+{
+    m_up = up;
+    m_down = down;
+}
+
+void clsGrid::SetHeaderArrow(int column, std::optional<SortOrder> arrow)
+{
+    m_header->SetPicture(column,
+        !arrow                               ? QPixmap()
+            : *arrow == SortOrder::Ascending ? m_up
+                                             : m_down);
+}
+
+void clsGrid::SetSelectionVisible(bool visible)
+{
+    QPalette colours;
+    if (!visible) {
+        colours.setColor(QPalette::Highlight, palette().color(QPalette::Base));
+        colours.setColor(QPalette::HighlightedText, palette().color(QPalette::Text));
+    }
+    setPalette(colours);
+}
+
+void clsGrid::Sort(int column, SortOrder order)
+{
+    m_model->Sort(column, order);
+}
+
+void clsGrid::MouseIsAt(int row, int column)
+{
+    m_mouseRow = row;
+    m_mouseColumn = column;
+}
+
+bool clsGrid::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
+        const QPoint at = static_cast<QMouseEvent *>(event)->position().toPoint();
+        const int row = rowAt(at.y());
+        MouseIsAt(row < 0 ? -1 : row + 1, columnAt(at.x()));
+    } else if (event->type() == QEvent::Leave) {
+        MouseIsAt(-1, -1);
+    }
+    return QTableView::viewportEvent(event);
+}
+
+void clsGrid::keyPressEvent(QKeyEvent *event)
+{
+    const int key = event->key();
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (key != Qt::Key_Up && key != Qt::Key_Down && !isEnter) {
+        QTableView::keyPressEvent(event);
+        return;
+    }
+    if (!isEnter && Rows() > 1)
+        SetRow(std::clamp(m_row + (key == Qt::Key_Down ? 1 : -1), 1, Rows() - 1));
+    emit Click();
+}
+
+void clsGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTableView::currentChanged(current, previous);
+    if (current.isValid()) {
+        m_row = current.row() + 1;
+        m_column = current.column();
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+/// The file that the first instance of the program holds open, and that a second one therefore
+/// cannot create. The operating system lets go of it when the process ends, however it ends, so
+/// a file that a crash left behind never blocks a start.
+class clsInstanceLock
+{
+public:
+    clsInstanceLock();
+    ~clsInstanceLock(); ///< lets go
+
+    /// Creates the file, or empties the one that is there, and holds it from then on.
+    /// Errors: clsRunTimeError 70 while another instance holds it, 75 (naming the file) when it
+    ///         cannot be created for another reason.
+    void CreateAndHold(const QString &path);
+
+    /// Lets go; harmless when nothing is held. The file stays where it is.
+    void Close();
+
+    bool IsHeld() const;
+
+private:
+    class Channel; // the platform's open file
+    std::unique_ptr<Channel> m_channel;
+};

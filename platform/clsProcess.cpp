@@ -1,0 +1,55 @@
+#include "platform/clsProcess.h"
+
+#include <QEventLoop>
+#include <QProcess>
+
+QStringList SplitCommandLine(const QString &text)
+{
+    QStringList arguments;
+    QString current;
+    bool quoted = false;
+    bool begun = false;
+    for (const QChar c : text) {
+        if (c == u'"') {
+            quoted = !quoted;
+            begun = true;
+        } else if (c == u' ' && !quoted) {
+            if (begun)
+                arguments.append(current);
+            current.clear();
+            begun = false;
+        } else {
+            current += c;
+            begun = true;
+        }
+    }
+    if (begun)
+        arguments.append(current);
+    return arguments;
+}
+
+bool clsSystemProcess::RunAndWait(
+    const QString &program, const QString &arguments, const QString &folder)
+{
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(SplitCommandLine(arguments));
+    process.setWorkingDirectory(folder);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setInputChannelMode(QProcess::ForwardedInputChannel);
+
+    QEventLoop untilEnded;
+    bool started = true;
+    QObject::connect(&process, &QProcess::finished, &untilEnded, &QEventLoop::quit);
+    QObject::connect(
+        &process, &QProcess::errorOccurred, &untilEnded, [&](QProcess::ProcessError error) {
+            if (error != QProcess::FailedToStart)
+                return;
+            started = false;
+            untilEnded.quit();
+        });
+    process.start();
+    if (started && process.state() != QProcess::NotRunning)
+        untilEnded.exec();
+    return started;
+}

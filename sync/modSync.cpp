@@ -1,0 +1,160 @@
+#include "sync/modSync.h"
+
+#include "platform/clsRunTimeError.h"
+#include "platform/clsWorkingFolder.h"
+#include "platform/Paths.h"
+#include "sync/LaunchFile.h"
+
+#include <QFileInfo>
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
+
+std::optional<Installation> CheckInstallation(const QString &root)
+{
+    const auto isFile = [&](const QString &relative) {
+        return QFileInfo(FindIgnoringCase(root, relative)).isFile();
+    };
+    if (isFile(u"soa/startup.m4p"_s))
+        return Installation::MAS90;
+    if (isFile(u"home/wkStatus.flp"_s))
+        return Installation::MAS200Client;
+    return {};
+}
+
+modSync::modSync(
+    Tables &tables, SessionState &session, clsMessageBox &messages, clsProcess &process)
+    : m_tables(tables)
+    , m_session(session)
+    , m_messages(messages)
+    , m_process(process)
+{
+}
+
+void modSync::OpenAllDatabases()
+{
+    modDBMain &main = m_tables.Main;
+    const auto open = [&](auto &table, QStringView prefix) {
+        // A handle is closed before it is lost; the file would stay open behind it.
+        table.Handle = main.CloseTable(table.Handle);
+        table.Handle = main.OpenTable(main.CompanyName(m_session.CurrentCompanyCode, prefix));
+        return table.IsOpen();
+    };
+    m_session.DatabasesReady = false;
+    m_session.OpeningInProgress = false;
+    m_tables.Entries.Handle = main.CloseTable(m_tables.Entries.Handle);
+
+    bool all = open(m_tables.Options, DatabasePrefix::Options);
+    all = open(m_tables.Employee, DatabasePrefix::Employee) && all;
+    all = open(m_tables.Multiplier, DatabasePrefix::Multiplier) && all;
+    all = open(m_tables.Divisions, DatabasePrefix::Divisions) && all;
+    all = open(m_tables.Customers, DatabasePrefix::Customers) && all;
+    all = open(m_tables.Projects, DatabasePrefix::Projects) && all;
+    all = open(m_tables.Activities, DatabasePrefix::Activities) && all;
+    if (!all)
+        return;
+
+    m_session.OpeningInProgress = true;
+    open(m_tables.Entries, DatabasePrefix::Entries);
+    m_session.OpeningInProgress = false;
+    if (!m_tables.Entries.IsOpen()) {
+        main.CreateEntries(main.CompanyName(m_session.CurrentCompanyCode, DatabasePrefix::Entries));
+        if (!open(m_tables.Entries, DatabasePrefix::Entries))
+            return;
+    }
+    m_tables.Options.LoadOptions();
+    m_session.DatabasesReady = true;
+}
+
+void modSync::CloseAllDatabases()
+{
+    const auto close = [&](auto &table) { table.Handle = m_tables.Main.CloseTable(table.Handle); };
+    if (m_session.SynchronisationInProgress || m_session.DeletionInProgress) {
+        close(m_tables.Company);
+        close(m_tables.GlobalOptions);
+    }
+    close(m_tables.Options);
+    close(m_tables.Employee);
+    close(m_tables.Multiplier);
+    close(m_tables.Divisions);
+    close(m_tables.Customers);
+    close(m_tables.Projects);
+    close(m_tables.Activities);
+    close(m_tables.Entries);
+}
+
+bool modSync::AnyEntries()
+{
+    modDBMain &main = m_tables.Main;
+    modDBComp &company = m_tables.Company;
+    bool any = false;
+    for (company.MoveFirst(); !company.IsEndOfTable(); company.MoveNext()) {
+        company.ReadCompany(company.Record);
+        modDBEntr entries(m_tables.Store);
+        const auto closed = qScopeGuard([&] { entries.Handle = main.CloseTable(entries.Handle); });
+        entries.Handle = main.OpenTable(
+            main.CompanyName(company.Record.Company_Code, DatabasePrefix::Entries));
+        if (entries.IsOpen())
+            any = entries.GetRecordCount() != 0 || any;
+    }
+    return any;
+}
+
+bool modSync::CheckEntriesExist()
+{
+    modDBMain &main = m_tables.Main;
+    modDBComp &company = m_tables.Company;
+    modDBGOpts &options = m_tables.GlobalOptions;
+    try {
+        company.Handle = main.CloseTable(company.Handle);
+        m_tables.Options.Handle = main.CloseTable(m_tables.Options.Handle);
+        m_session.OpeningInProgress = true;
+        company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
+        m_session.OpeningInProgress = false;
+        if (!company.IsOpen())
+            return true;
+        const bool any = AnyEntries();
+        company.Handle = main.CloseTable(company.Handle);
+
+        options.Handle = main.CloseTable(options.Handle);
+        options.TakeHandle(main.OpenTable(main.GlobalName(DatabasePrefix::GlobalOptions)));
+        options.Record.Entries_Exist = any ? u"Y"_s : u"N"_s;
+        options.UpdateGlobalOptions(options.Record);
+        options.Handle = main.CloseTable(options.Handle);
+        return true;
+    } catch (const clsRunTimeError &) {
+        m_session.OpeningInProgress = false;
+        company.Handle = main.CloseTable(company.Handle);
+        options.Handle = main.CloseTable(options.Handle);
+        m_messages.Tell(u"Unable to determine if entries exist. Sync unsuccessful."_s);
+        return false;
+    }
+}
+
+void modSync::StartClientAndWait()
+{
+    const QString folder = m_tables.Main.Folder();
+    const LaunchFile launch = ReadLaunchFile(JoinPath(folder, u"mas90.ini"_s));
+    if (!CheckInstallation(launch.Root)) {
+        m_messages.Tell(u"Unable to launch MAS 90 or MAS 200."_s);
+        return;
+    }
+    const QString home = FindIgnoringCase(launch.Root, u"Home"_s);
+    const QString program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
+    const clsWorkingFolder inHome(home.isEmpty() ? JoinPath(launch.Root, u"Home"_s) : home);
+    if (program.isEmpty() || !m_process.RunAndWait(program, ClientArguments(launch, folder), home))
+        throw clsRunTimeError(RunTimeErrors::ProcessNotStarted, u"MAS 90 and MAS 200 Sync"_s,
+            u"Unable to start program "_s + ClientCommandLine(launch, folder));
+}
+
+void modSync::RunSynchronisation()
+{
+    try {
+        m_session.SynchronisationInProgress = true;
+        CloseAllDatabases();
+        if (CheckEntriesExist())
+            StartClientAndWait();
+    } catch (const clsRunTimeError &error) {
+        m_messages.Tell(error.Message());
+    }
+}

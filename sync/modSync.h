@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/clsMessageBox.h"
+#include "platform/clsProcess.h"
+#include "session/SessionState.h"
+#include "store/Tables.h"
+
+#include <QString>
+
+#include <optional>
+
+/// What the accounting installation under a root folder is.
+enum class Installation
+{
+    MAS90, ///< holds soa/startup.m4p
+    MAS200Client ///< holds home/wkStatus.flp only
+};
+
+/// Recognises an installation by its marker files, whatever the case of their letters; nothing
+/// when neither is there.
+std::optional<Installation> CheckInstallation(const QString &root);
+
+/// Opens and closes the databases of a company, and runs a synchronisation: starts the accounting
+/// client on this program's folder and waits until it has ended.
+///
+/// Files:  mas90.ini in the program folder, line 1 the installation's root, line 2 the client's
+///         arguments; UTF-8 or the system's encoding, with or without a byte order mark.
+/// Errors: none leaves RunSynchronisation, the user is told; the rest raises those of the store.
+class modSync
+{
+public:
+    modSync(Tables &tables, SessionState &session, clsMessageBox &messages, clsProcess &process);
+
+    /// Opens the seven reference databases of the current company and, when all are there, its
+    /// entries, which are created when missing. What was open is closed first.
+    void OpenAllDatabases();
+    /// Closes the company's databases; during a synchronisation or a deletion the two global
+    /// ones too.
+    void CloseAllDatabases();
+
+    /// \pre the main window is unloaded. All databases are closed afterwards.
+    void RunSynchronisation();
+
+    /// Records in the global options whether any company has entries; false, and the user has
+    /// been told, when that could not be found out.
+    bool CheckEntriesExist();
+
+private:
+    bool AnyEntries();
+    void StartClientAndWait();
+
+    Tables &m_tables;
+    SessionState &m_session;
+    clsMessageBox &m_messages;
+    clsProcess &m_process;
+};

@@ -1,0 +1,344 @@
+// Start-up, and the restart after a synchronisation, with the real window on real databases; only
+// the accounting client, the message boxes and the clock are stand-ins.
+
+#include "app/clsProgram.h"
+
+#include "platform/clsRunTimeError.h"
+#include "store/StoreErrors.h"
+#include "tests/support/Raised.h"
+#include "tests/support/Recorded.h"
+#include "tests/support/SampleCompany.h"
+#include "tests/support/Windows.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const QString SynchroniseFirst = u"Please perform a synchronization first."_s;
+
+class Program : public testing::Test
+{
+protected:
+    QString Folder() const { return m_folder.path(); }
+    QString File(const QString &name) const { return Folder() + u'/' + name + u".db"_s; }
+    ProgramServices Services() { return {m_messages, m_keys, m_process, m_clock}; }
+
+    /// An accounting installation, so that a run reaches the client.
+    void MakeInstallation()
+    {
+        const QString root = Folder() + u"/mas90"_s;
+        QDir().mkpath(root + u"/soa"_s);
+        QDir().mkpath(root + u"/Home"_s);
+        for (const QString &name : {root + u"/soa/startup.m4p"_s, root + u"/Home/pvxwin32.exe"_s}) {
+            QFile file(name);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+        QFile launch(Folder() + u"/mas90.ini"_s);
+        ASSERT_TRUE(launch.open(QIODevice::WriteOnly));
+        launch.write((root + u"\n-ARG X\n"_s).toUtf8());
+    }
+
+    template <class Record>
+    Record FirstRecordOf(const QString &name)
+    {
+        RecordStore store;
+        store.SetCreator(CodeNumber(SampleCodes().Creator));
+        Record record;
+        EXPECT_TRUE(
+            store.ReadRecord(store.OpenDatabase(1, Folder() + u'/' + name, 0, 0, 0, 0, 3), record));
+        return record;
+    }
+
+    QTemporaryDir m_folder;
+    clsRecordedMessages m_messages;
+    clsRecordedKeys m_keys;
+    clsRecordedProcess m_process;
+    clsFixedClock m_clock;
+};
+
+GlobalOptionsRecord Global(const QString &company)
+{
+    GlobalOptionsRecord record;
+    record.Last_Company = company;
+    record.Entries_Exist = u"Y"_s;
+    record.Employee = u"JMS"_s;
+    return record;
+}
+
+void PressSync(frmEntryList &window)
+{
+    QTest::mouseClick(&Control<QPushButton>(window, "cmdSync"), Qt::LeftButton);
+    LetEventsRun();
+}
+
+} // namespace
+
+TEST_F(Program, AFirstStartOpensALockedWindowAndAsksForASynchronisation)
+{
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(SynchroniseFirst));
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(m_messages.Shown[0].Buttons, MessageButtons::OK);
+    const frmEntryList &window = *program.MainWindow();
+    for (const char *name : {"txtCustomer", "cboCompany", "dtpDate", "cmdOK", "cmdDel", "cmdUndo",
+             "msgEntryList", "chkOnHold", "cboBStatus", "txtDescription"})
+        EXPECT_FALSE(Control<QWidget>(window, name).isEnabled()) << name;
+    EXPECT_TRUE(Control<QWidget>(window, "cmdSync").isEnabled());
+    EXPECT_FALSE(QFile::exists(File(u"GlobalOptions-WkLg"_s)));
+}
+
+TEST_F(Program, OpensOnTheCompanyLastWorkedIn)
+{
+    BuildSampleCompanies(
+        Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s, u"Xylo"_s)}, Global(u"XYZ"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(Control<QComboBox>(*program.MainWindow(), "cboCompany").currentText(), u"XYZ"_s);
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+    EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+}
+
+TEST_F(Program, MissingGlobalOptionsAreCreatedWithTheFirstCompany)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s)});
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(FirstRecordOf<GlobalOptionsRecord>(u"GlobalOptions-WkLg"_s).Last_Company, u"ABC"_s);
+}
+
+TEST_F(Program, ALastCompanyThatIsNoLongerListedLocksNobodyOut)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s)}, Global(u"OLD"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(Control<QComboBox>(*program.MainWindow(), "cboCompany").currentText(), u"ABC"_s);
+    const auto stored = FirstRecordOf<GlobalOptionsRecord>(u"GlobalOptions-WkLg"_s);
+    EXPECT_EQ(stored.Last_Company, u"ABC"_s);
+    EXPECT_EQ(stored.Entries_Exist, u"Y"_s);
+    EXPECT_EQ(stored.Employee, u"JMS"_s);
+}
+
+TEST_F(Program, AnIncompleteCompanyAsksForASynchronisation)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    ASSERT_TRUE(QFile::remove(File(u"ABCProjects-WkLg"_s)));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(SynchroniseFirst));
+    EXPECT_FALSE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+}
+
+TEST_F(Program, ASecondInstanceIsRefusedWithoutAWindow)
+{
+    clsProgram first(Folder(), Services());
+    first.StartUp();
+    m_messages.Shown.clear();
+    clsProgram second(Folder(), Services());
+    QSignalSpy ended(&second, &clsProgram::Ended);
+    second.StartUp();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(u"Error 70; Worklog Remote is already running."_s));
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(second.MainWindow(), nullptr);
+    EXPECT_EQ(ended.count(), 1);
+}
+
+TEST_F(Program, AnyOtherFailureIsCriticalAndNamed)
+{
+    QFile file(File(u"Company-WkLg"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("no database");
+    file.close();
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Critical);
+    EXPECT_EQ(m_messages.Shown[0].Text,
+        u"Error %1; The file is not a database: %2"_s.arg(StoreErrors::NotADatabase)
+            .arg(File(u"Company-WkLg"_s)));
+    EXPECT_EQ(program.MainWindow(), nullptr);
+    EXPECT_EQ(ended.count(), 1);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "no database");
+}
+
+TEST_F(Program, AFolderThatCannotBeWrittenIsNamedAndNotCalledRunning)
+{
+    const QString missing = Folder() + u"/gone"_s;
+    clsProgram program(missing, Services());
+    program.StartUp();
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(
+        m_messages.Shown[0].Text.startsWith(u"Error %1; "_s.arg(RunTimeErrors::PathAccess)));
+    EXPECT_TRUE(m_messages.Shown[0].Text.contains(missing));
+}
+
+TEST_F(Program, ASynchronisationUnloadsTheWindowAndStartsAgainOnTheNewData)
+{
+    MakeInstallation();
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    m_messages.Shown.clear();
+    bool windowWasOpen = true;
+    m_process.Work = [&] {
+        windowWasOpen = program.MainWindow() != nullptr;
+        BuildSampleCompanies(Folder(), {SampleCompany(u"NEW"_s, u"New Company"_s)});
+    };
+    PressSync(*program.MainWindow());
+    EXPECT_FALSE(windowWasOpen);
+    EXPECT_EQ(m_process.Programs.size(), 1);
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"New Company"_s);
+
+    // And once more, as often as the user likes.
+    m_process.Work = {};
+    PressSync(*program.MainWindow());
+    EXPECT_EQ(m_process.Programs.size(), 2);
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"New Company"_s);
+}
+
+TEST_F(Program, TheLockIsHeldWhileTheClientWorks)
+{
+    MakeInstallation();
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    int refused = 0;
+    m_process.Work = [&] {
+        clsInstanceLock other;
+        refused = RaisedBy([&] { other.CreateAndHold(Folder() + u"/WLRemote.txt"_s); }).Number;
+    };
+    PressSync(*program.MainWindow());
+    EXPECT_EQ(refused, RunTimeErrors::PermissionDenied);
+}
+
+TEST_F(Program, CancellingTheSaveQuestionAbandonsTheSynchronisation)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    QTest::keyClicks(&Control<QLineEdit>(window, "txtDescription"), u"half typed"_s);
+    m_messages.Answers = {MessageAnswer::Cancel};
+    PressSync(window);
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(u"Do you want to save changes?"_s));
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Question);
+    EXPECT_EQ(m_messages.Shown[0].Buttons, MessageButtons::YesNoCancel);
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_EQ(program.MainWindow(), &window);
+    EXPECT_EQ(Control<QLineEdit>(window, "txtDescription").text(), u"half typed"_s);
+}
+
+TEST_F(Program, ARefusedSaveAbandonsTheSynchronisation)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    QTest::keyClicks(&Control<QLineEdit>(window, "txtDescription"), u"half typed"_s);
+    m_messages.Answers = {MessageAnswer::Yes};
+    PressSync(window);
+    EXPECT_EQ(m_messages.Shown.size(), 2);
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_EQ(program.MainWindow(), &window);
+}
+
+TEST_F(Program, AnsweringNoSynchronisesWithoutTheEdits)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    QTest::keyClicks(&Control<QLineEdit>(*program.MainWindow(), "txtDescription"), u"half typed"_s);
+    m_messages.Answers = {MessageAnswer::No};
+    PressSync(*program.MainWindow());
+    EXPECT_EQ(m_process.Programs.size(), 1);
+    EXPECT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_EQ(Control<QLineEdit>(*program.MainWindow(), "txtDescription").text(), QString());
+}
+
+TEST_F(Program, ClosingTheWindowRemembersTheCompanyAndEndsTheProgram)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s, u"Xylo"_s)});
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    QComboBox &company = Control<QComboBox>(*program.MainWindow(), "cboCompany");
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_Down); // opens the list
+    LetEventsRun();
+    QWidget *list = QApplication::activePopupWidget();
+    ASSERT_NE(list, nullptr);
+    QTest::keyClick(company.view(), Qt::Key_Down);
+    QTest::keyClick(company.view(), Qt::Key_Return);
+    LetEventsRun();
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+    QTest::keyClick(program.MainWindow(), Qt::Key_Escape);
+    EXPECT_EQ(ended.count(), 1);
+    EXPECT_EQ(ended.value(0).value(0).toInt(), 0);
+    EXPECT_EQ(FirstRecordOf<GlobalOptionsRecord>(u"GlobalOptions-WkLg"_s).Last_Company, u"XYZ"_s);
+}
+
+TEST_F(Program, ACompanyWhoseDatabasesAreIncompleteLeavesTheFormerOneUsable)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s, u"Abacus"_s), SampleCompany(u"XYZ"_s)},
+        Global(u"ABC"_s));
+    ASSERT_TRUE(QFile::remove(File(u"XYZCustomers-WkLg"_s)));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    QComboBox &company = Control<QComboBox>(window, "cboCompany");
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_Down);
+    LetEventsRun();
+    QTest::keyClick(company.view(), Qt::Key_Down);
+    QTest::keyClick(company.view(), Qt::Key_Return);
+    LetEventsRun();
+    EXPECT_THAT(m_messages.Texts(),
+        ElementsAre(u"Error #%1 (The databases of the company XYZ are incomplete)."_s.arg(
+            StoreErrors::Incomplete)));
+    EXPECT_EQ(company.currentText(), u"ABC"_s);
+    EXPECT_EQ(Control<QLabel>(window, "lblCompanyName").text(), u"Abacus"_s);
+    QTest::keyClick(&Control<QLineEdit>(window, "txtCustomer"), Qt::Key_Home);
+    EXPECT_TRUE(Control<QWidget>(window, "txtCustomer").isEnabled());
+}
+
+TEST_F(Program, TwoProgramsInOneProcessKnowNothingOfEachOther)
+{
+    QTemporaryDir other;
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s, u"Abacus"_s)});
+    BuildSampleCompanies(other.path(), {SampleCompany(u"XYZ"_s, u"Xylo"_s)});
+    clsProgram one(Folder(), Services());
+    clsProgram two(other.path(), Services());
+    one.StartUp();
+    two.StartUp();
+    EXPECT_EQ(Control<QLabel>(*one.MainWindow(), "lblCompanyName").text(), u"Abacus"_s);
+    EXPECT_EQ(Control<QLabel>(*two.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+}

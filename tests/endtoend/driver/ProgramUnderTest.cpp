@@ -1,0 +1,212 @@
+#include "tests/endtoend/driver/ProgramUnderTest.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcessEnvironment>
+#include <QTest>
+#include <QUuid>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int DeadlineMilliseconds = 30000;
+
+QPoint MiddleOf(const QJsonObject &rectangle)
+{
+    return {rectangle[u"x"_s].toInt() + rectangle[u"width"_s].toInt() / 2,
+        rectangle[u"y"_s].toInt() + rectangle[u"height"_s].toInt() / 2};
+}
+
+QStringList TextsOf(const QJsonArray &array)
+{
+    QStringList texts;
+    for (const QJsonValue &value : array)
+        texts.append(value.toString());
+    return texts;
+}
+
+} // namespace
+
+ProgramUnderTest::ProgramUnderTest(const QString &folder, const VirtualDisplay &display)
+    : m_display(display)
+    , m_socketName(u"worklog-"_s + QUuid::createUuid().toString(QUuid::Id128))
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, display.Name());
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"QT_PLUGIN_PATH"_s, QStringLiteral(WORKLOG_PROBE_PLUGINS));
+    environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"worklogprobe"_s);
+    environment.insert(u"WORKLOG_PROBE"_s, m_socketName);
+    m_process.setProcessEnvironment(environment);
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.start(folder + u"/WorklogRemote"_s, QStringList());
+    if (!m_process.waitForStarted(DeadlineMilliseconds))
+        throw std::runtime_error("the program does not start");
+}
+
+ProgramUnderTest::~ProgramUnderTest()
+{
+    Kill();
+}
+
+void ProgramUnderTest::Kill()
+{
+    m_process.kill();
+    m_process.waitForFinished(DeadlineMilliseconds);
+}
+
+void ProgramUnderTest::WaitUntil(const QString &what, const std::function<bool()> &condition)
+{
+    if (!QTest::qWaitFor(condition, DeadlineMilliseconds))
+        throw std::runtime_error("waited in vain for: " + what.toStdString());
+}
+
+bool ProgramUnderTest::Connect()
+{
+    if (m_probe.state() == QLocalSocket::ConnectedState)
+        return true;
+    m_probe.connectToServer(m_socketName);
+    return m_probe.waitForConnected(1000);
+}
+
+QJsonObject ProgramUnderTest::Ask(const QString &verb, const QString &name)
+{
+    if (!IsRunning() || !Connect())
+        return {};
+    const QJsonObject question{{u"ask"_s, verb}, {u"name"_s, name}};
+    m_probe.write(QJsonDocument(question).toJson(QJsonDocument::Compact) + '\n');
+    m_probe.flush();
+    while (!m_probe.canReadLine()) {
+        if (!m_probe.waitForReadyRead(DeadlineMilliseconds))
+            return {}; // it has ended meanwhile
+    }
+    return QJsonDocument::fromJson(m_probe.readLine()).object();
+}
+
+QString ProgramUnderTest::Text(const QString &control)
+{
+    return Ask(u"control"_s, control)[u"text"_s].toString();
+}
+
+bool ProgramUnderTest::IsEnabled(const QString &control)
+{
+    return Ask(u"control"_s, control)[u"enabled"_s].toBool();
+}
+
+bool ProgramUnderTest::HasFocus(const QString &control)
+{
+    return Ask(u"control"_s, control)[u"focused"_s].toBool();
+}
+
+bool ProgramUnderTest::IsOpen(const QString &window)
+{
+    return Ask(u"control"_s, window)[u"visible"_s].toBool();
+}
+
+QString ProgramUnderTest::MessageText()
+{
+    return Ask(u"windows"_s)[u"modal"_s].toObject()[u"text"_s].toString();
+}
+
+QList<QStringList> ProgramUnderTest::Rows(const QString &grid)
+{
+    QList<QStringList> rows;
+    for (const QJsonValue &row : Ask(u"table"_s, grid)[u"rows"_s].toArray())
+        rows.append(TextsOf(row.toArray()));
+    return rows;
+}
+
+QStringList ProgramUnderTest::Headers(const QString &grid)
+{
+    return TextsOf(Ask(u"table"_s, grid)[u"headers"_s].toArray());
+}
+
+void ProgramUnderTest::Click(const QString &control)
+{
+    WaitUntil(control + u" to be there and enabled"_s, [&] { return IsEnabled(control); });
+    const QPoint middle = MiddleOf(Ask(u"control"_s, control));
+    m_display.Click(middle.x(), middle.y());
+}
+
+void ProgramUnderTest::ClickRow(const QString &grid, int row)
+{
+    const QPoint middle = MiddleOf(Ask(u"table"_s, grid)[u"places"_s].toArray().at(row).toObject());
+    m_display.Click(middle.x(), middle.y());
+}
+
+void ProgramUnderTest::Answer(const QString &button)
+{
+    const QString message = MessageText();
+    // The window manager may still be placing the box; a click that missed the button because it
+    // was moved away is made again where the button then stands.
+    QPoint clicked;
+    WaitUntil(u"the message to go: "_s + message, [&] {
+        if (MessageText() != message)
+            return true;
+        const QJsonObject found = Ask(u"button"_s, button);
+        const QPoint middle = MiddleOf(found);
+        if (found[u"active"_s].toBool() && middle != clicked) {
+            m_display.Click(middle.x(), middle.y());
+            clicked = middle;
+        }
+        return false;
+    });
+}
+
+void ProgramUnderTest::Enter(const QString &control, const QString &text)
+{
+    WaitForFocus(control);
+    Type(text);
+    WaitForText(control, text);
+}
+
+void ProgramUnderTest::WaitForWindow(const QString &window)
+{
+    WaitUntil(window + u" to open"_s, [&] { return IsOpen(window); });
+}
+
+void ProgramUnderTest::WaitForMessage(const QString &text)
+{
+    QString seen;
+    try {
+        WaitUntil(text, [&] {
+            seen = MessageText();
+            return seen == text;
+        });
+    } catch (const std::runtime_error &error) {
+        throw std::runtime_error(error.what() + (", but saw: " + seen.toStdString()));
+    }
+}
+
+void ProgramUnderTest::WaitForText(const QString &control, const QString &text)
+{
+    QString seen;
+    try {
+        WaitUntil(control + u" to show "_s + text, [&] {
+            seen = Text(control);
+            return seen == text;
+        });
+    } catch (const std::runtime_error &error) {
+        throw std::runtime_error(error.what() + (", but saw: " + seen.toStdString()));
+    }
+}
+
+void ProgramUnderTest::WaitForFocus(const QString &control)
+{
+    WaitUntil(control + u" to have the focus"_s, [&] { return HasFocus(control); });
+}
+
+void ProgramUnderTest::WaitForRows(const QString &grid, int count)
+{
+    WaitUntil(grid + u" to show "_s + QString::number(count) + u" rows"_s,
+        [&] { return Rows(grid).size() == count; });
+}
+
+int ProgramUnderTest::WaitForEnd()
+{
+    WaitUntil(u"the program to end"_s, [&] { return m_process.state() == QProcess::NotRunning; });
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}

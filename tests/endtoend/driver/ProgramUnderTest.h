@@ -1,0 +1,61 @@
+#pragma once
+
+#include "tests/endtoend/driver/VirtualDisplay.h"
+
+#include <QJsonObject>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+/// The built program, running as its own process out of a folder of its own, and a user in front
+/// of it. Every wait is for a condition; one that does not come true within the deadline throws
+/// std::runtime_error and says what was waited for.
+class ProgramUnderTest
+{
+public:
+    /// Starts <folder>/WorklogRemote on the display; both outlive the object.
+    ProgramUnderTest(const QString &folder, const VirtualDisplay &display);
+    ~ProgramUnderTest(); ///< kills the process if it still runs
+
+    // What the windows show. A control that is not there has an empty text.
+    QString Text(const QString &control);
+    bool IsEnabled(const QString &control);
+    bool HasFocus(const QString &control);
+    bool IsOpen(const QString &window);
+    QString MessageText(); ///< of the message box on top, else empty
+    QList<QStringList> Rows(const QString &grid); ///< the texts of its data rows
+    QStringList Headers(const QString &grid);
+
+    // What the user does.
+    void Click(const QString &control);
+    void ClickRow(const QString &grid, int row); ///< data rows count from 0
+    void Answer(const QString &button); ///< of the message box on top; waits until it is gone
+    void Enter(const QString &control, const QString &text); ///< into the control with the focus
+    void Type(const QString &text) { m_display.Type(text); }
+    void Key(const QString &keys) { m_display.Key(keys); }
+
+    // What the user waits for.
+    void WaitForWindow(const QString &window = QStringLiteral("frmEntryList"));
+    void WaitForMessage(const QString &text);
+    void WaitForText(const QString &control, const QString &text);
+    void WaitForFocus(const QString &control);
+    void WaitForRows(const QString &grid, int count);
+    int WaitForEnd(); ///< the exit status
+    bool IsRunning() const { return m_process.state() == QProcess::Running; }
+    qint64 ProcessId() const { return m_process.processId(); }
+    void Kill();
+
+    static void WaitUntil(const QString &what, const std::function<bool()> &condition);
+
+private:
+    QJsonObject Ask(const QString &verb, const QString &name = {});
+    bool Connect();
+
+    const VirtualDisplay &m_display;
+    QString m_socketName;
+    QProcess m_process;
+    QLocalSocket m_probe;
+};

@@ -1,0 +1,80 @@
+#include "tests/endtoend/driver/VirtualDisplay.h"
+
+#include <QProcessEnvironment>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int StartMilliseconds = 20000;
+constexpr int CommandMilliseconds = 30000;
+
+QProcessEnvironment On(const QString &display)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, display);
+    return environment;
+}
+
+} // namespace
+
+VirtualDisplay::VirtualDisplay()
+{
+    // The server writes the number of the display that it found free when it is ready.
+    m_server.start(u"Xvfb"_s,
+        {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1366x768x24"_s, u"-nolisten"_s,
+            u"tcp"_s});
+    while (!m_server.canReadLine()) {
+        if (!m_server.waitForReadyRead(StartMilliseconds))
+            throw std::runtime_error("no virtual display");
+    }
+    m_name = u":"_s + QString::fromLatin1(m_server.readLine().trimmed());
+    m_windowManager.setProcessEnvironment(On(m_name));
+    // It complains about menus that nobody opens here.
+    m_windowManager.setStandardErrorFile(QProcess::nullDevice());
+    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s});
+    if (!m_windowManager.waitForStarted(StartMilliseconds))
+        throw std::runtime_error("no window manager");
+}
+
+VirtualDisplay::~VirtualDisplay()
+{
+    for (QProcess *process : {&m_windowManager, &m_server}) {
+        process->terminate();
+        if (!process->waitForFinished(StartMilliseconds))
+            process->kill();
+    }
+}
+
+void VirtualDisplay::Run(const QString &program, const QStringList &arguments) const
+{
+    QProcess command;
+    command.setProcessEnvironment(On(m_name));
+    command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    command.start(program, arguments);
+    if (!command.waitForFinished(CommandMilliseconds) || command.exitCode() != 0)
+        throw std::runtime_error(program.toStdString() + " failed");
+}
+
+void VirtualDisplay::Type(const QString &text) const
+{
+    Run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"2"_s, u"--"_s, text});
+}
+
+void VirtualDisplay::Key(const QString &keys) const
+{
+    Run(u"xdotool"_s, {u"key"_s, u"--delay"_s, u"2"_s, keys});
+}
+
+void VirtualDisplay::Click(int x, int y) const
+{
+    Run(u"xdotool"_s,
+        {u"mousemove"_s, u"--sync"_s, QString::number(x), QString::number(y), u"click"_s, u"1"_s});
+}
+
+void VirtualDisplay::Screenshot(const QString &fileName) const
+{
+    Run(u"import"_s, {u"-window"_s, u"root"_s, fileName});
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+
+/// A display of its own with a window manager, for as long as the object lives.
+class VirtualDisplay
+{
+public:
+    VirtualDisplay(); ///< throws std::runtime_error when the display does not come up
+    ~VirtualDisplay();
+
+    const QString &Name() const { return m_name; } ///< ":99"
+
+    /// Real events, as from a keyboard and a mouse.
+    void Type(const QString &text) const;
+    void Key(const QString &keys) const; ///< in xdotool's words: "Tab", "alt+s"
+    void Click(int x, int y) const;
+
+    /// The whole display as a PNG file.
+    void Screenshot(const QString &fileName) const;
+
+private:
+    void Run(const QString &program, const QStringList &arguments) const;
+
+    QProcess m_server;
+    QProcess m_windowManager;
+    QString m_name;
+};

@@ -1,0 +1,77 @@
+#include "tests/endtoend/driver/WorkPlace.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString BuiltPrograms = QStringLiteral(WORKLOG_BUILT_PROGRAMS);
+
+QByteArray OutputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess command;
+    command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    command.start(program, arguments);
+    if (!command.waitForFinished() || command.exitCode() != 0)
+        throw std::runtime_error(program.toStdString() + " failed");
+    return command.readAllStandardOutput();
+}
+
+} // namespace
+
+WorkPlace::WorkPlace(const QString &folderName)
+    : m_folder(m_place.filePath(folderName))
+    , m_root(m_place.filePath(u"mas90"_s))
+{
+    QDir().mkpath(m_folder);
+    for (const QString &name : {u"WorklogRemote"_s, u"WL.HLP"_s})
+        QFile::copy(BuiltPrograms + u'/' + name, m_folder + u'/' + name);
+    OutputOf(BuiltPrograms + u"/pvxwin32.exe"_s, {u"--sample"_s, m_root});
+    WriteLaunchFile();
+}
+
+void WorkPlace::WriteLaunchFile() const
+{
+    QFile file(m_folder + u"/mas90.ini"_s);
+    if (!file.open(QIODevice::WriteOnly))
+        throw std::runtime_error("mas90.ini cannot be written");
+    const QString arguments
+        = u"\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA"_s;
+    file.write((m_root + u'\n' + arguments.arg(m_root) + u'\n').toUtf8());
+}
+
+void WorkPlace::RemoveLaunchFile() const
+{
+    QFile::remove(m_folder + u"/mas90.ini"_s);
+}
+
+QStringList WorkPlace::UploadedRows(const QString &company) const
+{
+    QStringList rows;
+    const QDir uploads(m_root + u"/worklog/"_s + company + u"/uploads"_s);
+    for (const QString &name : uploads.entryList({u"*.csv"_s}, QDir::Files)) {
+        QFile file(uploads.filePath(name));
+        if (!file.open(QIODevice::ReadOnly))
+            throw std::runtime_error("an upload file cannot be read");
+        file.readLine(); // the header
+        while (!file.atEnd())
+            rows.append(QString::fromUtf8(file.readLine()).trimmed());
+    }
+    return rows;
+}
+
+QString WorkPlace::Query(const QString &database, const QString &sql) const
+{
+    const QByteArray output = OutputOf(u"sqlite3"_s, {m_folder + u'/' + database + u".db"_s, sql});
+    return QString::fromUtf8(output).trimmed();
+}
+
+QStringList WorkPlace::Journals() const
+{
+    return QDir(m_folder).entryList({u"*-journal"_s, u"*-wal"_s, u"*.new"_s}, QDir::Files);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// A program folder and an accounting installation of their own, as a user's computer has them.
+class WorkPlace
+{
+public:
+    /// `folderName` is the program folder's; the accounting root holds the sample companies.
+    explicit WorkPlace(const QString &folderName = QStringLiteral("program"));
+
+    QString ProgramFolder() const { return m_folder; }
+    QString Root() const { return m_root; }
+    QString Client() const { return m_root + QStringLiteral("/Home/pvxwin32.exe"); }
+
+    void WriteLaunchFile() const; ///< mas90.ini for that root
+    void RemoveLaunchFile() const;
+
+    /// The collected entries of a company: the data rows of all upload files.
+    QStringList UploadedRows(const QString &company) const;
+
+    /// What `sqlite3` prints for a query on a database of the program folder.
+    QString Query(const QString &database, const QString &sql) const;
+
+    /// Journals in the program folder; there must be none between two runs.
+    QStringList Journals() const;
+
+private:
+    QTemporaryDir m_place;
+    QString m_folder;
+    QString m_root;
+};

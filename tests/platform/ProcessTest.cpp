@@ -1,0 +1,112 @@
+#include "platform/clsProcess.h"
+
+#include "tests/support/PrintQt.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(SplitCommandLine, KeepsWhatStandsInQuotesTogether)
+{
+    EXPECT_THAT(SplitCommandLine(u"-hd \"a b\" c"_s), ElementsAre(u"-hd"_s, u"a b"_s, u"c"_s));
+    EXPECT_THAT(
+        SplitCommandLine(u"  -ARG  \"\"  *  "_s), ElementsAre(u"-ARG"_s, QString(u""_s), u"*"_s));
+    EXPECT_THAT(SplitCommandLine(u"-ARG=\"x y\"z"_s), ElementsAre(u"-ARG=x yz"_s));
+    EXPECT_THAT(SplitCommandLine(QString()), IsEmpty());
+}
+
+TEST(SplitCommandLine, GivesNoOtherSignAMeaning)
+{
+    EXPECT_THAT(SplitCommandLine(u"C:\\mas90\\ $(rm) ; & %PATH% 'x"_s),
+        ElementsAre(u"C:\\mas90\\"_s, u"$(rm)"_s, u";"_s, u"&"_s, u"%PATH%"_s, u"'x"_s));
+}
+
+namespace {
+
+class Process : public testing::Test
+{
+protected:
+    QString Script(const QByteArray &body)
+    {
+        const QString path = m_folder.filePath(u"script"_s);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n" + body);
+        file.close();
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return path;
+    }
+
+    QByteArray Content(const QString &name)
+    {
+        QFile file(m_folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir m_folder;
+    clsSystemProcess m_process;
+};
+
+} // namespace
+
+TEST_F(Process, RunsInTheFolderWithItsArguments)
+{
+    const QString script = Script("printf '%s|' \"$@\" > out; pwd >> out");
+    EXPECT_TRUE(m_process.RunAndWait(script, u"-hd \"My*Folder\""_s, m_folder.path()));
+    EXPECT_EQ(Content(u"out"_s),
+        QByteArray("-hd|My*Folder|" + QDir(m_folder.path()).canonicalPath().toUtf8() + '\n'));
+}
+
+TEST_F(Process, WaitsWhateverTheExitCodeOrSignal)
+{
+    for (const QByteArray &end : {QByteArray("exit 0"), QByteArray("exit 1"), QByteArray("exit 3"),
+             QByteArray("kill -KILL $$")}) {
+        QFile::remove(m_folder.filePath(u"out"_s));
+        EXPECT_TRUE(
+            m_process.RunAndWait(Script("echo done > out\n" + end), QString(), m_folder.path()));
+        EXPECT_EQ(Content(u"out"_s), "done\n") << end.toStdString();
+    }
+}
+
+TEST_F(Process, LetsWindowEventsRunMeanwhileAndTakesNoProcessorTime)
+{
+    // The process ends when an event of ours lets it: without events the test would never end.
+    const QString script = Script("while [ ! -e go ]; do sleep 0.05; done");
+    QTimer::singleShot(500, [&] {
+        QFile go(m_folder.filePath(u"go"_s));
+        EXPECT_TRUE(go.open(QIODevice::WriteOnly));
+    });
+    const std::clock_t before = std::clock();
+    EXPECT_TRUE(m_process.RunAndWait(script, QString(), m_folder.path()));
+    const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    EXPECT_LT(seconds, 0.1) << "a wait that spins takes all of the half second";
+}
+
+TEST_F(Process, DoesNotWaitForAHelperThatItsProgramLeftBehind)
+{
+    const QString script = Script("(while [ -e \"$0\" ]; do sleep 0.05; done) &\nexit 0");
+    EXPECT_TRUE(m_process.RunAndWait(script, QString(), m_folder.path()));
+    EXPECT_TRUE(QFile::remove(script)); // ends the helper
+}
+
+TEST_F(Process, SaysWhenThereIsNoSuchProgram)
+{
+    EXPECT_FALSE(m_process.RunAndWait(m_folder.filePath(u"missing"_s), QString(), m_folder.path()));
+}
+
+TEST_F(Process, SaysWhenTheFileIsNoProgram)
+{
+    const QString script = Script("exit 0");
+    QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner);
+    EXPECT_FALSE(m_process.RunAndWait(script, QString(), m_folder.path()));
+}

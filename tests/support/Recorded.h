@@ -1,0 +1,83 @@
+#pragma once
+
+#include "platform/clsClock.h"
+#include "platform/clsMessageBox.h"
+#include "platform/clsProcess.h"
+#include "platform/clsSendKeys.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+/// What the program takes from outside, standing still and writing down.
+
+/// Answers every box at once: with the next of `Answers`, else with the box's preset.
+class clsRecordedMessages : public clsMessageBox
+{
+public:
+    struct Box
+    {
+        QString Text;
+        MessageIcon Icon;
+        MessageButtons Buttons;
+        MessageAnswer Preset;
+    };
+
+    MessageAnswer Ask(const QString &text, MessageIcon icon, MessageButtons buttons,
+        MessageAnswer preset) override
+    {
+        Shown.append({text, icon, buttons, preset});
+        return Answers.isEmpty() ? preset : Answers.takeFirst();
+    }
+
+    QStringList Texts() const
+    {
+        QStringList texts;
+        for (const Box &box : Shown)
+            texts.append(box.Text);
+        return texts;
+    }
+
+    QList<Box> Shown;
+    QList<MessageAnswer> Answers;
+};
+
+class clsRecordedKeys : public clsSendKeys
+{
+public:
+    void SendKeys(const QString &keys) override { Sent.append(keys); }
+
+    QStringList Sent;
+};
+
+/// Starts nothing; `Work` stands for what the process would do.
+class clsRecordedProcess : public clsProcess
+{
+public:
+    bool RunAndWait(
+        const QString &program, const QString &arguments, const QString &folder) override
+    {
+        Programs.append(program);
+        Arguments.append(arguments);
+        Folders.append(folder);
+        if (Work)
+            Work();
+        return Starts;
+    }
+
+    bool Starts = true;
+    std::function<void()> Work;
+    QStringList Programs;
+    QStringList Arguments;
+    QStringList Folders;
+};
+
+class clsFixedClock : public clsClock
+{
+public:
+    QDateTime Now() const override { return Time; }
+
+    QDateTime Time = QDateTime(QDate(2026, 3, 9), QTime(10, 30));
+};

@@ -1,0 +1,282 @@
+#include "sync/modSync.h"
+
+#include "tests/support/Raised.h"
+#include "tests/support/Recorded.h"
+#include "tests/support/SampleCompany.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const QString EntriesUnknown = u"Unable to determine if entries exist. Sync unsuccessful."_s;
+
+void Touch(const QString &path, const QByteArray &content = {})
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+GlobalOptionsRecord Global(const QString &company)
+{
+    GlobalOptionsRecord record;
+    record.Last_Company = company;
+    record.Employee = u"JMS"_s;
+    return record;
+}
+
+class ModSync : public testing::Test
+{
+protected:
+    ModSync() { m_tables.Main.StoreTheCodes(SampleCodes()); }
+
+    QString Folder() const { return m_place.filePath(u"program"_s); }
+    QString Root() const { return m_place.filePath(u"mas90"_s); }
+    QString File(const QString &name) const { return Folder() + u'/' + name + u".db"_s; }
+
+    void MakeInstallation(const QString &marker = u"soa/startup.m4p"_s)
+    {
+        Touch(Root() + u'/' + marker);
+        Touch(Root() + u"/Home/pvxwin32.exe"_s);
+        Touch(Folder() + u"/mas90.ini"_s, (Root() + u"\n-ARG X\n"_s).toUtf8());
+    }
+
+    GlobalOptionsRecord StoredGlobalOptions()
+    {
+        RecordStore store;
+        store.SetCreator(CodeNumber(SampleCodes().Creator));
+        const auto handle
+            = store.OpenDatabase(1, Folder() + u"/GlobalOptions-WkLg"_s, 0, 0, 0, 0, 3);
+        GlobalOptionsRecord record;
+        EXPECT_TRUE(store.ReadRecord(handle, record));
+        return record;
+    }
+
+    bool AnythingOpen() const
+    {
+        return m_tables.Company.IsOpen() || m_tables.GlobalOptions.IsOpen()
+            || m_tables.Options.IsOpen() || m_tables.Employee.IsOpen()
+            || m_tables.Multiplier.IsOpen() || m_tables.Divisions.IsOpen()
+            || m_tables.Customers.IsOpen() || m_tables.Projects.IsOpen()
+            || m_tables.Activities.IsOpen() || m_tables.Entries.IsOpen();
+    }
+
+    struct MadeFolder
+    {
+        explicit MadeFolder(const QString &path) { QDir().mkpath(path); }
+    };
+
+    QTemporaryDir m_place;
+    MadeFolder m_made{m_place.filePath(u"program"_s)};
+    Tables m_tables{m_place.filePath(u"program"_s)};
+    SessionState m_session;
+    clsRecordedMessages m_messages;
+    clsRecordedProcess m_process;
+    modSync m_sync{m_tables, m_session, m_messages, m_process};
+};
+
+} // namespace
+
+TEST_F(ModSync, OpeningACompanyOpensAllItsDatabasesAndLoadsItsOptions)
+{
+    SampleCompany company;
+    company.Options.Accounting_Name = u"  MAS 90 "_s;
+    BuildSampleCompanies(Folder(), {company});
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    m_sync.OpenAllDatabases();
+    EXPECT_TRUE(m_session.DatabasesReady);
+    EXPECT_FALSE(m_session.OpeningInProgress);
+    EXPECT_TRUE(m_tables.Entries.IsOpen());
+    EXPECT_EQ(m_tables.Options.Working.Accounting_Name, u"MAS 90"_s);
+}
+
+TEST_F(ModSync, MissingEntriesAreCreatedEmpty)
+{
+    SampleCompany company;
+    company.Entries.reset();
+    BuildSampleCompanies(Folder(), {company});
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    m_sync.OpenAllDatabases();
+    EXPECT_TRUE(m_session.DatabasesReady);
+    EXPECT_EQ(m_tables.Entries.GetRecordCount(), 0);
+}
+
+TEST_F(ModSync, AMissingReferenceDatabaseLeavesTheRestOpenAndEntriesUntouched)
+{
+    SampleCompany company;
+    company.Entries.reset();
+    BuildSampleCompanies(Folder(), {company});
+    ASSERT_TRUE(QFile::remove(File(u"ABCDivisions-WkLg"_s)));
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    m_sync.OpenAllDatabases();
+    EXPECT_FALSE(m_session.DatabasesReady);
+    EXPECT_TRUE(m_tables.Options.IsOpen());
+    EXPECT_FALSE(m_tables.Divisions.IsOpen());
+    EXPECT_TRUE(m_tables.Activities.IsOpen());
+    EXPECT_FALSE(m_tables.Entries.IsOpen());
+    EXPECT_FALSE(QFile::exists(File(u"ABCEntries-WkLg"_s)));
+}
+
+TEST_F(ModSync, OpeningAgainLeavesNoFileOpenBehindALostHandle)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    m_sync.OpenAllDatabases();
+    const RecordStore::Handle first = m_tables.Customers.Handle;
+    m_sync.OpenAllDatabases();
+    EXPECT_NE(RaisedBy([&] { m_tables.Store.GetRecordCount(first); }).Number, 0);
+}
+
+TEST_F(ModSync, ClosingKeepsTheGlobalDatabasesOutsideOfASynchronisation)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    m_tables.Company.Handle = m_tables.Main.OpenTable(u"Company-WkLg"_s);
+    m_tables.GlobalOptions.TakeHandle(m_tables.Main.OpenTable(u"GlobalOptions-WkLg"_s));
+    m_sync.OpenAllDatabases();
+    m_sync.CloseAllDatabases();
+    EXPECT_TRUE(m_tables.Company.IsOpen());
+    EXPECT_TRUE(m_tables.GlobalOptions.IsOpen());
+    EXPECT_FALSE(m_tables.Customers.IsOpen());
+    EXPECT_FALSE(m_tables.Entries.IsOpen());
+
+    m_session.DeletionInProgress = true;
+    m_sync.CloseAllDatabases();
+    EXPECT_FALSE(AnythingOpen());
+}
+
+TEST_F(ModSync, EntriesOfAnyCompanyCountAndTheRestOfTheRecordStays)
+{
+    SampleCompany empty(u"ABC"_s);
+    SampleCompany full(u"XYZ"_s);
+    full.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"DEV"_s, QDate(2026, 3, 9), Currency::FromWhole(2))};
+    SampleCompany without(u"NEW"_s);
+    without.Entries.reset();
+    BuildSampleCompanies(Folder(), {empty, full, without}, Global(u"XYZ"_s));
+    EXPECT_TRUE(m_sync.CheckEntriesExist());
+    EXPECT_EQ(StoredGlobalOptions().Entries_Exist, u"Y"_s);
+    EXPECT_EQ(StoredGlobalOptions().Last_Company, u"XYZ"_s);
+    EXPECT_EQ(StoredGlobalOptions().Employee, u"JMS"_s);
+    EXPECT_FALSE(AnythingOpen());
+}
+
+TEST_F(ModSync, WithoutAnyEntryNoneAreSaidToExist)
+{
+    SampleCompany without;
+    without.Entries.reset();
+    BuildSampleCompanies(Folder(), {without}, Global(u"ABC"_s));
+    EXPECT_TRUE(m_sync.CheckEntriesExist());
+    EXPECT_EQ(StoredGlobalOptions().Entries_Exist, u"N"_s);
+}
+
+TEST_F(ModSync, WithoutACompanyDatabaseThereIsNothingToRecord)
+{
+    EXPECT_TRUE(m_sync.CheckEntriesExist());
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_FALSE(QFile::exists(File(u"GlobalOptions-WkLg"_s)));
+}
+
+TEST_F(ModSync, UnreadableEntriesStopTheSynchronisationBeforeTheClient)
+{
+    MakeInstallation();
+    SampleCompany company;
+    company.Entries.reset();
+    BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
+    Touch(File(u"ABCEntries-WkLg"_s), "no database");
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(EntriesUnknown));
+    EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_FALSE(AnythingOpen());
+}
+
+TEST_F(ModSync, MissingGlobalOptionsStopTheSynchronisationBeforeTheClient)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(EntriesUnknown));
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+}
+
+TEST_F(ModSync, TheClientRunsInItsFolderWithEveryDatabaseClosed)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    m_tables.Company.Handle = m_tables.Main.OpenTable(u"Company-WkLg"_s);
+    m_sync.OpenAllDatabases();
+    const QString before = QDir::currentPath();
+    bool anythingOpen = true;
+    QString workingFolder;
+    QStringList journals;
+    m_process.Work = [&] {
+        anythingOpen = AnythingOpen();
+        workingFolder = QDir::currentPath();
+        journals = QDir(Folder()).entryList({u"*-journal"_s});
+    };
+    m_sync.RunSynchronisation();
+    EXPECT_FALSE(anythingOpen);
+    EXPECT_EQ(QFileInfo(workingFolder).canonicalFilePath(),
+        QFileInfo(Root() + u"/Home"_s).canonicalFilePath());
+    EXPECT_THAT(journals, IsEmpty());
+    EXPECT_EQ(QDir::currentPath(), before);
+    EXPECT_THAT(m_process.Programs, ElementsAre(Root() + u"/Home/pvxwin32.exe"_s));
+    EXPECT_THAT(m_process.Arguments, ElementsAre(u"-hd -ARG X \""_s + Folder() + u'"'));
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_TRUE(m_session.SynchronisationInProgress);
+}
+
+TEST_F(ModSync, AClientThatDoesNotStartIsNamedAndTheFolderGivenBack)
+{
+    MakeInstallation();
+    m_process.Starts = false;
+    const QString before = QDir::currentPath();
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(),
+        ElementsAre(u"Error #2001 (Unable to start program "_s + Root()
+            + u"/Home/pvxwin32.exe -hd -ARG X \""_s + Folder() + u"\")."_s));
+    EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(QDir::currentPath(), before);
+}
+
+TEST_F(ModSync, AnInstallationWithoutMarkersLaunchesNothing)
+{
+    MakeInstallation(u"other.txt"_s);
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(u"Unable to launch MAS 90 or MAS 200."_s));
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+}
+
+TEST_F(ModSync, AClientInstallationIsLaunchedToo)
+{
+    MakeInstallation(u"home/wkStatus.flp"_s);
+    EXPECT_EQ(CheckInstallation(Root()), Installation::MAS200Client);
+    m_sync.RunSynchronisation();
+    EXPECT_EQ(m_process.Programs.size(), 1);
+}
+
+TEST_F(ModSync, MarkersAreFoundWhateverTheCaseOfTheirLetters)
+{
+    Touch(Root() + u"/SOA/Startup.M4P"_s);
+    EXPECT_EQ(CheckInstallation(Root()), Installation::MAS90);
+    EXPECT_EQ(CheckInstallation(m_place.filePath(u"elsewhere"_s)), std::nullopt);
+}
+
+TEST_F(ModSync, BothMarkersMakeAnInstallationOfTheFirstKind)
+{
+    Touch(Root() + u"/soa/startup.m4p"_s);
+    Touch(Root() + u"/home/wkStatus.flp"_s);
+    EXPECT_EQ(CheckInstallation(Root()), Installation::MAS90);
+}
