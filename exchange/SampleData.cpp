@@ -42,7 +42,7 @@ QString CustomerName(int index)
         u"Jørnstad"_s, u"Kestrel Row"_s, u"Łąkowa"_s};
     static const std::array<QString, 10> trades = {u"Instruments"_s, u"Foundry"_s, u"Paper Mills"_s,
         u"Logistics"_s, u"Dairy"_s, u"Timber & Sons"_s, u"Clinic"_s, u"Glassworks, Ltd."_s,
-        u"\"Old Bridge\" Inn"_s, u"Seed Company"_s};
+        u"\"Old Bridge\" Inn"_s, u"Garden Supply"_s};
     const auto at = static_cast<size_t>(index);
     return places[at % places.size()] + u' ' + trades[(at + at / 12) % trades.size()];
 }

@@ -1,12 +1,12 @@
 #include "tests/exchange/Installation.h"
 
+#include "platform/clsInstanceLock.h"
 #include "platform/Paths.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
-#include <QLockFile>
 
 using namespace Qt::StringLiterals;
 
@@ -155,13 +155,26 @@ TEST(Call, ALogThatCannotBeWrittenDoesNotStopTheRun)
 TEST(Call, OneFolderIsSynchronisedByOneClientAtATime)
 {
     const Installation place;
-    QLockFile lock(JoinPath(place.Program, u"exchange.lock"_s));
-    ASSERT_TRUE(lock.lock());
+    clsInstanceLock lock;
+    lock.CreateAndHold(JoinPath(place.Program, u"exchange.lock"_s));
     const Outcome refused = place.Synchronise();
     EXPECT_EQ(refused.ExitStatus, 1);
     EXPECT_TRUE(refused.Errors.contains(u"Another synchronisation is at work"_s));
-    lock.unlock();
+    lock.Close();
     EXPECT_EQ(place.Synchronise().ExitStatus, 0);
+}
+
+TEST(Call, ALockThatAKilledRunHasLeftHoldsNobodyUp)
+{
+    for (const QByteArray &contents : {QByteArray(), QByteArray("4711\npvxwin32.exe\nhere\n")}) {
+        const Installation place;
+        QFile lock(JoinPath(place.Program, u"exchange.lock"_s));
+        ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+        ASSERT_EQ(lock.write(contents), contents.size());
+        lock.close();
+        EXPECT_EQ(place.Synchronise().ExitStatus, 0);
+        EXPECT_FALSE(lock.exists());
+    }
 }
 
 TEST(Call, LeftoversOfAKilledRunAreRemoved)
