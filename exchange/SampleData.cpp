@@ -163,6 +163,6 @@ std::vector<SampleTable> SampleTablesOfXYZ()
                 {u"Client"_s, u"Job"_s, u"Task"_s, u"Surveyor"_s, u"2"_s, u"N"_s, u"Y"_s, u"Y"_s,
                     u"N"_s, u"N"_s, u"N"_s, u"Y"_s, u"Sample Ledger"_s, u"0"_s}),
         OneRecord(EmptyTable(ReferenceTables::Employee()),
-            {u"Z9"_s, u"Iðunn Vögtli"_s, u"Y"_s, u"Y"_s, u"N"_s, u"1"_s, u"0"_s}),
+            {u"Z9"_s, u"Iðunn Vögtli"_s, u"N"_s, u"Y"_s, u"N"_s, u"1"_s, u"0"_s}),
         Multipliers(), divisions, customers, projects, Activities()};
 }
