@@ -4,6 +4,8 @@
 #include "store/FieldText.h"
 #include "store/PadKey.h"
 
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -47,6 +49,8 @@ void modEntryInfo::ClearEntry()
 
 void modEntryInfo::LoadEntry(qint32 position)
 {
+    // An entry that is not there raises while the one in the editor is still as it was.
+    m_tables.Entries.MoveToPosition(position);
     EntryLoaded = true;
     Changed = false;
     NewEntry = false;
@@ -67,6 +71,7 @@ void modEntryInfo::ShowAgain()
 void modEntryInfo::Show(Reading reading)
 {
     m_loading = true;
+    const auto shown = qScopeGuard([this] { m_loading = false; });
     m_activityFocusRequested = false;
     if (EntryLoaded && reading == Reading::Stored)
         ReadStoredEntry();
@@ -86,7 +91,6 @@ void modEntryInfo::Show(Reading reading)
     if (reading == Reading::Stored)
         RequestEntryFocus();
     RememberFocusTexts();
-    m_loading = false;
 }
 
 void modEntryInfo::ReadStoredEntry()

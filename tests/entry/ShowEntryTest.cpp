@@ -2,7 +2,10 @@
 
 #include "tests/entry/EntryRules.h"
 
+#include "platform/clsRunTimeError.h"
 #include "store/FieldText.h"
+#include "store/StoreErrors.h"
+#include "tests/support/Raised.h"
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -725,4 +728,32 @@ TEST_F(ShowEntry, ReimburseIsWrittenAsYesAndNo)
     EXPECT_TRUE(Rules().Changed);
     Tick(chkReimburse, true);
     EXPECT_EQ(Entry.Reimburse, u"Y"_s);
+}
+
+TEST_F(ShowEntry, AnEntryThatCannotBeComputedIsReportedAndStillTakesEdits)
+{
+    EntryRecord huge = FullEntry();
+    huge.Hours = Money(2000000000);
+    huge.Rate = Money(2000000000);
+    StartWith({FullEntry(), huge});
+    EXPECT_EQ(RaisedBy([&] { Rules().LoadEntry(1); }).Number, RunTimeErrors::Overflow);
+    EXPECT_FALSE(Rules().Changed);
+    Rules().FieldEdited();
+    EXPECT_TRUE(Rules().Changed);
+}
+
+TEST_F(ShowEntry, AnEntryThatIsNotThereLeavesTheOneInTheEditorAsItWas)
+{
+    StartWith({FullEntry()});
+    Screen[txtDescription].Text = u"edited"_s;
+    Rules().TakeDescription();
+    EXPECT_EQ(RaisedBy([&] { Rules().LoadEntry(7); }).Number, StoreErrors::BadPosition);
+    EXPECT_TRUE(Rules().Changed);
+    EXPECT_EQ(Entry.Description, u"edited"_s);
+    Rules().SaveEntry();
+    EXPECT_EQ(Stored()[0].Description, u"edited"_s);
+    Rules().ClearEntry();
+    EXPECT_EQ(RaisedBy([&] { Rules().LoadEntry(7); }).Number, StoreErrors::BadPosition);
+    EXPECT_TRUE(Rules().NewEntry);
+    EXPECT_FALSE(Rules().EntryLoaded);
 }
