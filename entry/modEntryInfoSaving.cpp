@@ -2,6 +2,8 @@
 
 #include "entry/modEntryInfo.h"
 
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 
 EntryRecord modEntryInfo::StoredForm() const
@@ -35,6 +37,10 @@ void modEntryInfo::WriteEntry()
     if (NewEntry) {
         entries.MoveCursor();
         entries.AddEntry(StoredForm());
+        // Also when the list cannot be reloaded, the next save must not store it twice.
+        NewEntry = false;
+        EntryLoaded = true;
+        m_position = entries.GetRecordPosition();
     } else {
         entries.MoveToPosition(m_position);
         entries.UpdateEntry(StoredForm());
@@ -75,9 +81,12 @@ void modEntryInfo::DeleteEntry()
     // What is deleted is what is shown, whatever has moved the cursor since.
     m_tables.Entries.MoveToPosition(m_position);
     m_tables.Entries.DeleteRecord();
+    // Also when the list cannot be reloaded, what is still shown stands in the table no more.
+    EntryLoaded = false;
+    NewEntry = true;
     m_list.DeletingEntry = true;
+    const auto reloaded = qScopeGuard([this] { m_list.DeletingEntry = false; });
     ReloadList();
-    m_list.DeletingEntry = false;
 }
 
 bool modEntryInfo::SaveBeforeLeaving()

@@ -401,3 +401,35 @@ TEST_F(Saving, ARefusedSaveAbandonsTheAction)
     EXPECT_THAT(Messages.Texts(), ElementsAre(SaveChanges, u"Invalid Hours."_s));
     EXPECT_TRUE(Rules().Changed);
 }
+
+TEST_F(Saving, AReloadThatFailsAfterADeletionLeadsToNoSecondOne)
+{
+    StartWithThree();
+    Rules().ReloadList = [] { RaiseStoreError(StoreErrors::Locked, u"busy"_s); };
+    Messages.Answers = {MessageAnswer::Yes, MessageAnswer::Yes};
+    EXPECT_EQ(RaisedBy([&] { Rules().DeleteEntry(); }).Number, StoreErrors::Locked);
+    EXPECT_FALSE(List.DeletingEntry);
+    EXPECT_FALSE(Rules().EntryLoaded);
+    EXPECT_EQ(RaisedBy([&] { Rules().DeleteEntry(); }).Number, StoreErrors::Locked);
+    EXPECT_EQ(Messages.Shown.size(), 1); // what is still shown is not stored any more
+    EXPECT_THAT(Descriptions(), ElementsAre(u"second"_s, u"third"_s));
+
+    Describe(u"once more"_s);
+    EXPECT_EQ(RaisedBy([&] { Rules().SaveEntry(); }).Number, StoreErrors::Locked);
+    EXPECT_THAT(Descriptions(), ElementsAre(u"second"_s, u"third"_s, u"once more"_s));
+}
+
+TEST_F(Saving, AReloadThatFailsAfterASaveLeadsToNoSecondRecord)
+{
+    StartWithThree();
+    EnterNew(u"fourth"_s);
+    Rules().ReloadList = [] { RaiseStoreError(StoreErrors::Locked, u"busy"_s); };
+    EXPECT_EQ(RaisedBy([&] { Rules().SaveEntry(); }).Number, StoreErrors::Locked);
+    EXPECT_TRUE(Rules().SaveSucceeded);
+    EXPECT_FALSE(Rules().Changed);
+    for (const QString &text : {u"corrected"_s, u"corrected again"_s}) {
+        Describe(text);
+        EXPECT_EQ(RaisedBy([&] { Rules().SaveEntry(); }).Number, StoreErrors::Locked);
+        EXPECT_THAT(Descriptions(), ElementsAre(u"first"_s, u"second"_s, u"third"_s, text));
+    }
+}
