@@ -95,9 +95,9 @@ void modEntryInfo::Show(Reading reading)
 
 void modEntryInfo::ReadStoredEntry()
 {
-    EntryRecord record;
     m_tables.Entries.MoveToPosition(m_position);
-    m_tables.Entries.ReadEntry(record);
+    m_tables.Entries.ReadEntry(m_stored);
+    const EntryRecord &record = m_stored;
     Entry = EntryBeingEdited();
     Entry.CustomerCode = record.Customer_Number;
     Entry.ProjectCode = record.Project_Number;

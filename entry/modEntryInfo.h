@@ -139,6 +139,9 @@ private:
     QString RateLevel() const;
 
     EntryRecord StoredForm() const;
+    /// Puts the cursor on the stored entry that is shown; raises when it is not there as it was
+    /// read, so that no other one is ever written or deleted in its stead.
+    void MoveToShownEntry();
     void WriteEntry();
 
     Tables &m_tables;
@@ -151,6 +154,7 @@ private:
     bool m_loading = false; // what changes now is no edit
     bool m_activityFocusRequested = false;
     qint32 m_position = 0; // of the loaded entry in the Entries table
+    EntryRecord m_stored; // what stood there
 
     // Texts from when a box got the focus.
     QString m_previousCustomer;

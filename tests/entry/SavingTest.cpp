@@ -433,3 +433,36 @@ TEST_F(Saving, AReloadThatFailsAfterASaveLeadsToNoSecondRecord)
         EXPECT_THAT(Descriptions(), ElementsAre(u"first"_s, u"second"_s, u"third"_s, text));
     }
 }
+
+TEST_F(Saving, WhatAnotherProgramMovedIsNeitherOverwrittenNorDeletedByMistake)
+{
+    StartWithThree();
+    Rules().LoadEntry(1);
+    Describe(u"mine"_s);
+    OtherProgram other(FileOfEntries());
+    other.Execute(R"(DELETE FROM "ABCEntries-WkLg" WHERE Description = 'first')");
+    other.Execute(
+        R"(UPDATE "ABCEntries-WkLg" SET Description = 'theirs' WHERE Description = 'second')");
+    Messages.Answers = {MessageAnswer::Yes, MessageAnswer::Yes};
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_EQ(RaisedBy([&] { Rules().SaveEntry(); }).Number, StoreErrors::ChangedOutside);
+        EXPECT_TRUE(Rules().Changed);
+        EXPECT_EQ(RaisedBy([&] { Rules().DeleteEntry(); }).Number, StoreErrors::ChangedOutside);
+        EXPECT_EQ(Entry.Description, u"mine"_s);
+        EXPECT_THAT(Descriptions(), ElementsAre(u"theirs"_s, u"third"_s));
+    }
+}
+
+TEST_F(Saving, AnEntryThatAnotherProgramTookAwayIsNotWritten)
+{
+    StartWithThree();
+    Rules().LoadEntry(2);
+    Describe(u"mine"_s);
+    OtherProgram(FileOfEntries()).Execute(R"(DELETE FROM "ABCEntries-WkLg")");
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_EQ(RaisedBy([&] { Rules().SaveEntry(); }).Number, StoreErrors::ChangedOutside);
+        EXPECT_TRUE(Rules().Changed);
+        EXPECT_EQ(Entry.Description, u"mine"_s);
+    }
+    EXPECT_TRUE(Stored().empty());
+}
