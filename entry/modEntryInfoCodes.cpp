@@ -104,9 +104,7 @@ CodeCheck modEntryInfo::CheckActivity()
     TakeActivity(found);
 
     if (ExpenseIsRefused()) {
-        ShowBillingStatus();
-        RefuseExpense();
-        ShowAgain();
+        ShowAgain(); // refuses it, tells the user, and shows what is left
         SelectFieldText(EntryControl::txtActivity);
         return CodeCheck::Refused;
     }

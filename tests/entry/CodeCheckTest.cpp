@@ -465,3 +465,19 @@ TEST_F(CodeCheckOf, TheFormerMultiplierIsComparedBeforeTheZeroIsPutInFront)
     EXPECT_EQ(EnterMultiplier(u"5"_s), CodeCheck::Accepted);
     EXPECT_EQ(Entry.MultiplierFactor, Money(1, 25));
 }
+
+TEST_F(CodeCheckOf, ARefusedExpenseLeavesNoRateWhateverTheLevel)
+{
+    Company.Options.Expenses = u"N"_s;
+    for (const QString &level : {u"1"_s, u"2"_s, u"3"_s, u"4"_s}) {
+        SCOPED_TRACE(level.toStdString());
+        Company.Employee.Rate_Permission = level;
+        Start();
+        EnterBillableTime();
+        EXPECT_EQ(EnterActivity(u"MILES"_s), CodeCheck::Refused);
+        EXPECT_EQ(Entry.Rate, Money(0));
+        EXPECT_EQ(Entry.Amount, Money(0));
+        EXPECT_EQ(Text(txtAmount), u".00"_s);
+        EXPECT_EQ(Entry.Hours, Money(1, 50));
+    }
+}
