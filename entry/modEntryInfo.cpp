@@ -210,7 +210,7 @@ void modEntryInfo::RefuseExpense()
     m_screen[EntryControl::txtActivity].Text.clear();
     Entry.ActivityCode.clear();
     Entry.ExpenseActivity = YesNo(false);
-    Entry.Rate = Currency();
+    TakeRate(Currency());
     Entry.Amount = Currency();
     Changed = true;
     ApplyBillingStatus();

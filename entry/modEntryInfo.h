@@ -121,6 +121,7 @@ private:
     void LayOutExpense();
     void HideRateFieldsOfTime();
     void FillBillingOptions();
+    void TakeRate(Currency rate); ///< that a rule gives: it takes the place of a typed one
     void ClearBillingData();
     void EnableBillingFields(bool options, bool rate);
     void ApplyBillingDefaults();

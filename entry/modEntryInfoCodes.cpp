@@ -74,7 +74,7 @@ void modEntryInfo::TakeActivity(bool found)
     Entry.Reimburse = u"N"_s;
     if (!found) {
         Entry.ExpenseActivity = u"N"_s;
-        Entry.Rate = Currency();
+        TakeRate(Currency());
         return;
     }
     Entry.ExpenseActivity = activity.Expense;
@@ -84,7 +84,7 @@ void modEntryInfo::TakeActivity(bool found)
         if (Entry.AmountOnly == "Y"_L1)
             Entry.Amount = activity.Unit_Cost;
         else
-            Entry.Rate = activity.Unit_Cost;
+            TakeRate(activity.Unit_Cost);
     }
     Entry.BillingStatus = activity.Dflt_Billing_Status;
     if (Entry.BillingStatus.isEmpty())

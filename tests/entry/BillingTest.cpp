@@ -384,3 +384,23 @@ TEST_F(Billing, ARateThatIsNotLookedUpStaysOverridden)
     EXPECT_EQ(Entry.Rate, Money(33));
     EXPECT_EQ(Entry.RateOverridden, u"Y"_s);
 }
+
+TEST_F(Billing, ARateThatARuleReplacesIsNoLongerTheUsers)
+{
+    const std::vector<std::pair<const char *, std::function<void()>>> rules = {
+        {"the cost of an expense", [this] { EnterActivity(u"MILES"_s); }},
+        {"no activity", [this] { EnterActivity(QString()); }},
+        {"an activity that is not billed", [this] { EnterActivity(u"TRAIN"_s); }},
+        {"a customer of no charge", [this] { EnterCustomer(u"0300"_s); }},
+        {"another status", [this] { PickStatus(u"Do Not Bill"_s); }},
+    };
+    for (const auto &[name, replace] : rules) {
+        SCOPED_TRACE(name);
+        StartBillable();
+        EnterRate(u"33"_s);
+        ASSERT_EQ(Entry.RateOverridden, u"Y"_s);
+        replace();
+        EXPECT_NE(Entry.Rate, Money(33));
+        EXPECT_EQ(Entry.RateOverridden, u"N"_s);
+    }
+}
