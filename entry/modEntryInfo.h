@@ -137,6 +137,7 @@ private:
     bool CountsAsUnbilled() const { return m_noCharge || m_doNotBill; }
     bool SettingIsUpToThree() const;
     bool IsBillable() const;
+    bool IsNotBilled() const; ///< neither billable nor without a status
     QString RateLevel() const;
 
     EntryRecord StoredForm() const;

@@ -53,6 +53,11 @@ bool modEntryInfo::IsBillable() const
     return Entry.BillingStatus == "1"_L1;
 }
 
+bool modEntryInfo::IsNotBilled() const
+{
+    return !IsBillable() && !Entry.BillingStatus.isEmpty();
+}
+
 bool modEntryInfo::SettingIsUpToThree() const
 {
     const QString &setting = m_tables.Options.Working.Billing_Option_Setting;
@@ -173,7 +178,7 @@ void modEntryInfo::HideRateFieldsOfTime()
 void modEntryInfo::FillBillingOptions()
 {
     ControlState &list = m_screen[EntryControl::cboBOption];
-    const bool blank = !IsBillable() && !Entry.BillingStatus.isEmpty();
+    const bool blank = IsNotBilled();
     list.Items = blank ? QStringList{QString()} : BillingOptionTexts(m_tables.Options.Working);
     list.Index = blank ? 0 : -1;
     Entry.BillingOptionText = BillingOptionText(Entry.BillingOption, m_tables.Options.Working);

@@ -75,6 +75,7 @@ void modEntryInfo::TakeActivity(bool found)
     if (!found) {
         Entry.ExpenseActivity = u"N"_s;
         TakeRate(Currency());
+        Entry.BillingStatus.clear();
         return;
     }
     Entry.ExpenseActivity = activity.Expense;
@@ -109,7 +110,7 @@ CodeCheck modEntryInfo::CheckActivity()
         return CodeCheck::Refused;
     }
     const QString statusText = m_previousStatusText;
-    if (!Entry.IsExpense() && !IsBillable())
+    if (!Entry.IsExpense() && IsNotBilled())
         ClearBillingData();
     ShowAgain();
     if (Entry.IsExpense() || blank)

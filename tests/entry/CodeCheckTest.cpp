@@ -481,3 +481,19 @@ TEST_F(CodeCheckOf, ARefusedExpenseLeavesNoRateWhateverTheLevel)
         EXPECT_EQ(Entry.Hours, Money(1, 50));
     }
 }
+
+TEST_F(CodeCheckOf, ABlankActivityLeavesNoStatusAndNoBillingIsCleared)
+{
+    Start();
+    EnterBillableTime();
+    EnterMultiplier(u"10"_s);
+    EXPECT_EQ(EnterActivity(QString()), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.BillingStatus, QString()); // no activity, no default
+    EXPECT_EQ(Screen[cboBStatus].Index, -1);
+    EXPECT_EQ(Entry.MultiplierCode, u"10"_s);
+    EXPECT_EQ(Entry.BillingOption, u"6"_s);
+    EXPECT_EQ(Look(cboBOption), u"open"_s);
+    EXPECT_EQ(EnterActivity(u"CONS"_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.BillingStatus, u"1"_s);
+    EXPECT_EQ(Entry.Rate, Money(90));
+}
