@@ -73,7 +73,7 @@ void modEntryInfo::Show(Reading reading)
     m_loading = true;
     const auto shown = qScopeGuard([this] { m_loading = false; });
     m_activityFocusRequested = false;
-    if (EntryLoaded && reading == Reading::Stored)
+    if (EntryLoaded && reading == Reading::Stored && !m_list.SuppressRowSelect)
         ReadStoredEntry();
     ShowClosedState();
     OpenBillingFields();

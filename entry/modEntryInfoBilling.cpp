@@ -181,7 +181,8 @@ void modEntryInfo::FillBillingOptions()
     const bool blank = IsNotBilled();
     list.Items = blank ? QStringList{QString()} : BillingOptionTexts(m_tables.Options.Working);
     list.Index = blank ? 0 : -1;
-    Entry.BillingOptionText = BillingOptionText(Entry.BillingOption, m_tables.Options.Working);
+    if (!Entry.BillingOption.isEmpty()) // a new entry has none yet, and the text "0"
+        Entry.BillingOptionText = BillingOptionText(Entry.BillingOption, m_tables.Options.Working);
     if (!blank)
         SelectComboItem(list, Entry.BillingOptionText);
 }

@@ -83,6 +83,7 @@ TEST_F(ShowEntry, ANewEntryHasItsValues)
     EXPECT_EQ(Entry.SecApproval, QString());
     EXPECT_EQ(Entry.OnHold, u"N"_s);
     EXPECT_EQ(Entry.BillingOption, QString());
+    EXPECT_EQ(Entry.BillingOptionText, u"0"_s);
     EXPECT_EQ(Entry.MultiplierCode, QString());
     EXPECT_EQ(Entry.RateOverridden, u"N"_s);
     EXPECT_EQ(Entry.Reimburse, u"N"_s);
@@ -756,4 +757,16 @@ TEST_F(ShowEntry, AnEntryThatIsNotThereLeavesTheOneInTheEditorAsItWas)
     EXPECT_EQ(RaisedBy([&] { Rules().LoadEntry(7); }).Number, StoreErrors::BadPosition);
     EXPECT_TRUE(Rules().NewEntry);
     EXPECT_FALSE(Rules().EntryLoaded);
+}
+
+TEST_F(ShowEntry, WhileADialogIsOpenTheStoredEntryIsNotReadAnew)
+{
+    StartWith({FullEntry()});
+    Entry.Description = u"edited"_s;
+    List.SuppressRowSelect = true;
+    Rules().ShowEntry();
+    EXPECT_EQ(Text(txtDescription), u"edited"_s);
+    List.SuppressRowSelect = false;
+    Rules().ShowEntry();
+    EXPECT_EQ(Text(txtDescription), u"The audit"_s);
 }
