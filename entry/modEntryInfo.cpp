@@ -4,6 +4,8 @@
 #include "store/FieldText.h"
 #include "store/PadKey.h"
 
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -47,6 +49,8 @@ void modEntryInfo::ClearEntry()
 
 void modEntryInfo::LoadEntry(qint32 position)
 {
+    // An entry that is not there raises while the one in the editor is still as it was.
+    m_tables.Entries.MoveToPosition(position);
     EntryLoaded = true;
     Changed = false;
     NewEntry = false;
@@ -67,8 +71,9 @@ void modEntryInfo::ShowAgain()
 void modEntryInfo::Show(Reading reading)
 {
     m_loading = true;
+    const auto shown = qScopeGuard([this] { m_loading = false; });
     m_activityFocusRequested = false;
-    if (EntryLoaded && reading == Reading::Stored)
+    if (EntryLoaded && reading == Reading::Stored && !m_list.SuppressRowSelect)
         ReadStoredEntry();
     ShowClosedState();
     OpenBillingFields();
@@ -86,14 +91,13 @@ void modEntryInfo::Show(Reading reading)
     if (reading == Reading::Stored)
         RequestEntryFocus();
     RememberFocusTexts();
-    m_loading = false;
 }
 
 void modEntryInfo::ReadStoredEntry()
 {
-    EntryRecord record;
     m_tables.Entries.MoveToPosition(m_position);
-    m_tables.Entries.ReadEntry(record);
+    m_tables.Entries.ReadEntry(m_stored);
+    const EntryRecord &record = m_stored;
     Entry = EntryBeingEdited();
     Entry.CustomerCode = record.Customer_Number;
     Entry.ProjectCode = record.Project_Number;
@@ -206,7 +210,7 @@ void modEntryInfo::RefuseExpense()
     m_screen[EntryControl::txtActivity].Text.clear();
     Entry.ActivityCode.clear();
     Entry.ExpenseActivity = YesNo(false);
-    Entry.Rate = Currency();
+    TakeRate(Currency());
     Entry.Amount = Currency();
     Changed = true;
     ApplyBillingStatus();

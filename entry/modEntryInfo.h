@@ -121,6 +121,7 @@ private:
     void LayOutExpense();
     void HideRateFieldsOfTime();
     void FillBillingOptions();
+    void TakeRate(Currency rate); ///< that a rule gives: it takes the place of a typed one
     void ClearBillingData();
     void EnableBillingFields(bool options, bool rate);
     void ApplyBillingDefaults();
@@ -136,9 +137,13 @@ private:
     bool CountsAsUnbilled() const { return m_noCharge || m_doNotBill; }
     bool SettingIsUpToThree() const;
     bool IsBillable() const;
+    bool IsNotBilled() const; ///< neither billable nor without a status
     QString RateLevel() const;
 
     EntryRecord StoredForm() const;
+    /// Puts the cursor on the stored entry that is shown; raises when it is not there as it was
+    /// read, so that no other one is ever written or deleted in its stead.
+    void MoveToShownEntry();
     void WriteEntry();
 
     Tables &m_tables;
@@ -151,6 +156,7 @@ private:
     bool m_loading = false; // what changes now is no edit
     bool m_activityFocusRequested = false;
     qint32 m_position = 0; // of the loaded entry in the Entries table
+    EntryRecord m_stored; // what stood there
 
     // Texts from when a box got the focus.
     QString m_previousCustomer;

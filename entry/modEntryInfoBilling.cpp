@@ -53,6 +53,11 @@ bool modEntryInfo::IsBillable() const
     return Entry.BillingStatus == "1"_L1;
 }
 
+bool modEntryInfo::IsNotBilled() const
+{
+    return !IsBillable() && !Entry.BillingStatus.isEmpty();
+}
+
 bool modEntryInfo::SettingIsUpToThree() const
 {
     const QString &setting = m_tables.Options.Working.Billing_Option_Setting;
@@ -68,6 +73,12 @@ void modEntryInfo::RecalcAmount()
     m_screen[EntryControl::txtRate].Text = Shown(Entry.Rate * Entry.MultiplierFactor, RateDecimals);
     Entry.Amount = (Entry.Hours * Entry.Rate) * Entry.MultiplierFactor;
     m_screen[EntryControl::txtAmount].Text = Shown(Entry.Amount, AmountDecimals);
+}
+
+void modEntryInfo::TakeRate(Currency rate)
+{
+    Entry.Rate = rate;
+    Entry.RateOverridden = u"N"_s;
 }
 
 void modEntryInfo::ApplyHoursText()
@@ -167,10 +178,11 @@ void modEntryInfo::HideRateFieldsOfTime()
 void modEntryInfo::FillBillingOptions()
 {
     ControlState &list = m_screen[EntryControl::cboBOption];
-    const bool blank = !IsBillable() && !Entry.BillingStatus.isEmpty();
+    const bool blank = IsNotBilled();
     list.Items = blank ? QStringList{QString()} : BillingOptionTexts(m_tables.Options.Working);
     list.Index = blank ? 0 : -1;
-    Entry.BillingOptionText = BillingOptionText(Entry.BillingOption, m_tables.Options.Working);
+    if (!Entry.BillingOption.isEmpty()) // a new entry has none yet, and the text "0"
+        Entry.BillingOptionText = BillingOptionText(Entry.BillingOption, m_tables.Options.Working);
     if (!blank)
         SelectComboItem(list, Entry.BillingOptionText);
 }
@@ -178,7 +190,7 @@ void modEntryInfo::FillBillingOptions()
 void modEntryInfo::ClearBillingData()
 {
     Entry.MultiplierCode.clear();
-    Entry.Rate = Currency();
+    TakeRate(Currency());
     Entry.Amount = Currency();
     Entry.BillingOption = u"0"_s;
     Entry.MultiplierFactor = Currency::FromWhole(1);
@@ -213,7 +225,7 @@ void modEntryInfo::ApplyBillingStatus()
                 LookupRate();
                 Entry.BillingOption = m_proposedOption;
                 if (CountsAsUnbilled())
-                    Entry.Rate = Currency();
+                    TakeRate(Currency());
             }
         }
         RecalcAmount();
@@ -301,7 +313,7 @@ void modEntryInfo::ChooseBillingOption()
 {
     TestForNoCharge();
     if (CountsAsUnbilled())
-        Entry.Rate = Currency();
+        TakeRate(Currency());
 
     const bool divisionsCount
         = SettingIsUpToThree() && m_tables.Options.Working.Billing_Option_Switch == "Y"_L1;
@@ -324,18 +336,15 @@ void modEntryInfo::LookupRate()
     if (m_loading)
         return;
     if (m_proposedOption == "2"_L1)
-        Entry.Rate = m_tables.Employee.Working.Rate;
+        TakeRate(m_tables.Employee.Working.Rate);
     else if (!SettingIsUpToThree())
         return; // settings above "3" take no rate from the other levels: the former rate stands
     else if (m_proposedOption == "3"_L1)
-        Entry.Rate = DivisionOfEntry().Rate;
+        TakeRate(DivisionOfEntry().Rate);
     else if (m_proposedOption == "4"_L1)
-        Entry.Rate = CustomerOfEntry().Rate;
+        TakeRate(CustomerOfEntry().Rate);
     else if (m_proposedOption == "5"_L1)
-        Entry.Rate = ProjectOfEntry().Rate;
+        TakeRate(ProjectOfEntry().Rate);
     else if (m_proposedOption == "6"_L1)
-        Entry.Rate = ActivityOfEntry().Rate;
-    else
-        return;
-    Entry.RateOverridden = u"N"_s;
+        TakeRate(ActivityOfEntry().Rate);
 }

@@ -74,7 +74,8 @@ void modEntryInfo::TakeActivity(bool found)
     Entry.Reimburse = u"N"_s;
     if (!found) {
         Entry.ExpenseActivity = u"N"_s;
-        Entry.Rate = Currency();
+        TakeRate(Currency());
+        Entry.BillingStatus.clear();
         return;
     }
     Entry.ExpenseActivity = activity.Expense;
@@ -84,7 +85,7 @@ void modEntryInfo::TakeActivity(bool found)
         if (Entry.AmountOnly == "Y"_L1)
             Entry.Amount = activity.Unit_Cost;
         else
-            Entry.Rate = activity.Unit_Cost;
+            TakeRate(activity.Unit_Cost);
     }
     Entry.BillingStatus = activity.Dflt_Billing_Status;
     if (Entry.BillingStatus.isEmpty())
@@ -104,14 +105,12 @@ CodeCheck modEntryInfo::CheckActivity()
     TakeActivity(found);
 
     if (ExpenseIsRefused()) {
-        ShowBillingStatus();
-        RefuseExpense();
-        ShowAgain();
+        ShowAgain(); // refuses it, tells the user, and shows what is left
         SelectFieldText(EntryControl::txtActivity);
         return CodeCheck::Refused;
     }
     const QString statusText = m_previousStatusText;
-    if (!Entry.IsExpense() && !IsBillable())
+    if (!Entry.IsExpense() && IsNotBilled())
         ClearBillingData();
     ShowAgain();
     if (Entry.IsExpense() || blank)

@@ -2,6 +2,10 @@
 
 #include "entry/modEntryInfo.h"
 
+#include "store/StoreErrors.h"
+
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 
 EntryRecord modEntryInfo::StoredForm() const
@@ -29,16 +33,36 @@ EntryRecord modEntryInfo::StoredForm() const
     return record;
 }
 
+void modEntryInfo::MoveToShownEntry()
+{
+    modDBEntr &entries = m_tables.Entries;
+    EntryRecord found;
+    // After another program's change the same place may hold another entry, or none.
+    if (m_position < entries.GetRecordCount()) {
+        entries.MoveToPosition(m_position);
+        entries.ReadEntry(found);
+        if (found.Fields() == m_stored.Fields())
+            return;
+    }
+    RaiseStoreError(
+        StoreErrors::ChangedOutside, u"Another program has changed the entry meanwhile"_s);
+}
+
 void modEntryInfo::WriteEntry()
 {
     modDBEntr &entries = m_tables.Entries;
     if (NewEntry) {
         entries.MoveCursor();
         entries.AddEntry(StoredForm());
+        // Also when the list cannot be reloaded, the next save must not store it twice.
+        NewEntry = false;
+        EntryLoaded = true;
+        m_position = entries.GetRecordPosition();
     } else {
-        entries.MoveToPosition(m_position);
+        MoveToShownEntry();
         entries.UpdateEntry(StoredForm());
     }
+    entries.ReadEntry(m_stored);
 }
 
 void modEntryInfo::SaveEntry()
@@ -73,11 +97,14 @@ void modEntryInfo::DeleteEntry()
         != MessageAnswer::Yes)
         return;
     // What is deleted is what is shown, whatever has moved the cursor since.
-    m_tables.Entries.MoveToPosition(m_position);
+    MoveToShownEntry();
     m_tables.Entries.DeleteRecord();
+    // Also when the list cannot be reloaded, what is still shown stands in the table no more.
+    EntryLoaded = false;
+    NewEntry = true;
     m_list.DeletingEntry = true;
+    const auto reloaded = qScopeGuard([this] { m_list.DeletingEntry = false; });
     ReloadList();
-    m_list.DeletingEntry = false;
 }
 
 bool modEntryInfo::SaveBeforeLeaving()

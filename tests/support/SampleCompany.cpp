@@ -4,6 +4,9 @@
 #include "store/FieldText.h"
 #include "store/PadKey.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -217,9 +220,17 @@ void BuildSampleCompanies(const QString &folder, const std::vector<SampleCompany
             folder, GlobalDatabaseName(DatabasePrefix::GlobalOptions, creator), {*globalOptions});
 }
 
+QString SampleFolderTemplate()
+{
+    const QString memory = u"/dev/shm"_s;
+    const QString folder = QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+    return folder + u"/worklog-sample-XXXXXX"_s;
+}
+
 SampleFolder::SampleFolder(const std::vector<SampleCompany> &companies,
     const std::optional<GlobalOptionsRecord> &globalOptions)
-    : Tables(m_folder.path())
+    : m_folder(SampleFolderTemplate())
+    , Tables(m_folder.path())
 {
     BuildSampleCompanies(m_folder.path(), companies, globalOptions);
     Tables.Main.StoreTheCodes(SampleCodes());

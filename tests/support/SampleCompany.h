@@ -82,6 +82,10 @@ void BuildDatabase(const QString &folder, const QString &name, const std::vector
     batch.Commit();
 }
 
+/// The name to make a QTemporaryDir from, in memory where the computer offers that: what is not
+/// about the disk need not wait for it.
+QString SampleFolderTemplate();
+
 /// A program folder of its own with sample databases, and the access modules over it. It vanishes
 /// with the object.
 class SampleFolder
