@@ -152,6 +152,7 @@ private:
     static StoredValue Stored(Currency value);
     void Write(OpenTable &table, StoredRow row);
     static void Load(OpenTable &table);
+    static void WriteUnwritten(OpenTable &table);
     static void Refresh(OpenTable &table);
     static void BeginWrite(OpenTable &table);
     static void RequireBatch(const OpenTable &table);

@@ -208,6 +208,36 @@ TEST_F(OtherPrograms, ABatchSeesAtMoveFirstWhatWasWrittenBeforeIt)
     EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d e"_s);
 }
 
+TEST_F(OtherPrograms, ABatchThatReadsAgainKeepsItsUpdates)
+{
+    const Handle handle = Open(u"T"_s);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
+    OtherProgram(FileName()).Execute(u"UPDATE T SET Name = 'C' WHERE Name = 'c'"_s);
+    Store.MoveToPosition(handle, 0);
+    RecordStore::Batch batch(Store, handle);
+    Change(handle, Three(u"A"_s)); // this record is as it was
+    EXPECT_EQ(Names(handle), u"A b C"_s);
+    Store.MoveFirst(handle);
+    Change(handle, Three(u"AA"_s));
+    batch.Commit();
+    EXPECT_EQ(NamesInFile(u"T"_s), u"AA b C"_s);
+}
+
+TEST_F(OtherPrograms, AFullDiskAtTheEndOfABatchUndoesItsUpdates)
+{
+    const Handle handle = Open(u"T"_s);
+    const QByteArray before = Bytes(u"T"_s);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Store.MoveFirst(handle);
+        Change(handle, Three(QString(500000, u'x')));
+        const SmallDisk full(static_cast<rlim_t>(before.size()));
+        EXPECT_EQ(RaisedBy([&] { batch.Commit(); }).Number, StoreErrors::WriteFailed);
+    }
+    EXPECT_EQ(Bytes(u"T"_s), before);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
+}
+
 TEST_F(OtherPrograms, ABatchKeepsThemOut)
 {
     const Handle handle = Open(u"T"_s);

@@ -829,6 +829,42 @@ TEST_F(RecordStoreBatch, ClosingTheTableInsideUndoesIt)
     EXPECT_EQ(NamesInFile(u"T"_s), u"a"_s);
 }
 
+TEST_F(RecordStoreBatch, WritesTheLastOfManyUpdates)
+{
+    const Handle handle = Table({Three(u"a"_s), Three(u"b"_s), Three(u"c"_s)});
+    RecordStore::Batch batch(Store, handle);
+    for (const QString &name : {u"x"_s, u"y"_s, u"z"_s}) {
+        Store.MoveFirst(handle);
+        Change(handle, Three(name));
+        EXPECT_EQ(Found(handle, 0, name), name + u" 0"_s);
+        Store.MoveToPosition(handle, 1);
+        Change(handle, Three(name + name));
+        EXPECT_EQ(Names(handle), u"%1 %1%1 c"_s.arg(name));
+    }
+    Store.MoveToPosition(handle, 1);
+    Store.DeleteRecord(handle, 2);
+    Add(handle, Three(u"d"_s));
+    Change(handle, Three(u"e"_s));
+    batch.Commit();
+    EXPECT_EQ(Names(handle), u"z c e"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"z c e"_s);
+}
+
+TEST_F(RecordStoreBatch, UpdatesOfAnUndoneOneAreGone)
+{
+    const Handle handle = Table({Three(u"a"_s)});
+    {
+        RecordStore::Batch batch(Store, handle);
+        Change(handle, Three(u"b"_s));
+    }
+    Change(handle, Three(u"c"_s));
+    EXPECT_EQ(NamesInFile(u"T"_s), u"c"_s);
+    RecordStore::Batch batch(Store, handle);
+    batch.Commit();
+    EXPECT_EQ(Names(handle), u"c"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"c"_s);
+}
+
 TEST_F(RecordStoreBatch, OfATableThatWasNotReadYet)
 {
     const Handle handle = Table({Three(u"a"_s)});
