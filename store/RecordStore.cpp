@@ -506,6 +506,11 @@ qint32 RecordStore::CreateTable(Handle handle, const QString &name, const QStrin
     return 0;
 }
 
+void RecordStore::MakeScratch(Handle handle)
+{
+    Find(handle).File->MakeScratch();
+}
+
 qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)
 {
     std::erase_if(m_open,

@@ -23,6 +23,10 @@ class RecordStoreWrite : public StoreFixture
 class RecordStoreSort : public StoreFixture
 {
 };
+class RecordStoreScratch : public StoreFixture
+{
+};
+
 class RecordStoreBatch : public StoreFixture
 {
 };
@@ -875,6 +879,48 @@ TEST_F(RecordStoreBatch, OfATableThatWasNotReadYet)
     }
     EXPECT_EQ(Store.GetRecordPosition(handle), 0);
     EXPECT_EQ(Names(handle), u"a"_s);
+}
+
+TEST_F(RecordStoreScratch, WritesWithoutAJournalOnTheDisk)
+{
+    const QString journal = u"T.db-journal"_s;
+    const Handle handle = Table({Three(u"a"_s)});
+    {
+        RecordStore::Batch batch(Store, handle);
+        Add(handle, Three(u"b"_s));
+        EXPECT_TRUE(FilesInFolder().contains(journal)); // what any other table has
+    }
+    Store.MakeScratch(handle);
+    RecordStore::Batch batch(Store, handle);
+    Add(handle, Three(u"c"_s));
+    EXPECT_FALSE(FilesInFolder().contains(journal));
+    batch.Commit();
+    EXPECT_EQ(Names(handle), u"a c"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a c"_s);
+}
+
+TEST_F(RecordStoreScratch, UndoesABatchLikeAnyOtherTable)
+{
+    const Handle handle = Table({Three(u"a"_s)});
+    Store.MakeScratch(handle);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Change(handle, Three(u"A"_s));
+        Add(handle, Three(u"b"_s));
+    }
+    EXPECT_EQ(Names(handle), u"a"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a"_s);
+}
+
+TEST_F(RecordStoreScratch, CanBeMadeBeforeItsTable)
+{
+    const Handle handle
+        = Store.CreateDatabase(PathOf(u"S"_s), CodeNumber(u"DATA"_s), CodeNumber(u"WkLg"_s));
+    Store.MakeScratch(handle);
+    Store.CreateTable(handle, u"S"_s, ThreeFields::SchemaText.toString());
+    Add(handle, Three(u"a"_s));
+    EXPECT_EQ(NamesInFile(u"S"_s), u"a"_s);
+    EXPECT_EQ(FilesInFolder(), QStringList{u"S.db"_s});
 }
 
 TEST_F(RecordStoreCreate, TheNewTableIsEmptyAndOpen)
