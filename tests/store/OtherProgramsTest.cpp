@@ -1,13 +1,12 @@
 #include "store/StoreErrors.h"
 #include "tests/store/StoreFixture.h"
+#include "tests/support/SmallDisk.h"
 
 #include <QFile>
 #include <QProcess>
 
-#include <csignal>
 #include <cstdio>
 #include <sqlite3.h>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -28,30 +27,6 @@ protected:
         EXPECT_EQ(raised.Number, StoreErrors::ChangedOutside) << raised.Description.toStdString();
         EXPECT_TRUE(raised.Names(FileName())) << raised.Description.toStdString();
     }
-};
-
-/// While it lives no file of this process can grow past the size: a full disk in small.
-class SmallDisk
-{
-public:
-    explicit SmallDisk(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        m_signal = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SmallDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signal);
-    }
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
-
-private:
-    rlimit m_before = {};
-    void (*m_signal)(int) = nullptr;
 };
 
 } // namespace
