@@ -13,6 +13,7 @@ clsProgram::clsProgram(const QString &programFolder, const ProgramServices &serv
     , m_folder(programFolder)
     , m_tables(programFolder)
     , m_sync(m_tables, m_session, services.Messages, services.Process)
+    , m_deleteDatabases(m_tables, m_sync, services.Messages)
     , m_entryInfo(m_tables, m_session, m_entry, m_list, m_screen, services.Messages, services.Clock)
     , m_entryList(m_tables, m_sync, m_session, m_filter, m_sort, m_list, m_entryInfo, m_screen,
           services.Messages, services.Clock)
@@ -61,6 +62,8 @@ void clsProgram::ShowMainWindow()
     // Both take the window down, so they wait until its own event handlers have returned.
     connect(m_window.get(), &frmEntryList::SyncRequested, this, &clsProgram::SyncCommand,
         Qt::QueuedConnection);
+    connect(m_window.get(), &frmEntryList::DeleteDatabasesRequested, this,
+        &clsProgram::DeleteDatabasesCommand, Qt::QueuedConnection);
     connect(m_window.get(), &frmEntryList::Terminated, this, &clsProgram::MainWindowTerminated);
     emit MainWindowChanged(m_window.get());
     m_window->show();
@@ -79,11 +82,13 @@ void clsProgram::MainWindowTerminated()
         emit Ended(EXIT_SUCCESS);
 }
 
-void clsProgram::UnloadMainWindow()
+bool clsProgram::UnloadMainWindow()
 {
-    m_window->close();
+    if (!m_window->close())
+        return false;
     m_window.reset();
     emit MainWindowChanged(nullptr);
+    return true;
 }
 
 void clsProgram::SyncCommand()
@@ -97,10 +102,29 @@ void clsProgram::SyncCommand()
     } catch (const clsRunTimeError &error) {
         m_services.Messages.Tell(error.Message());
     }
-    UnloadMainWindow();
-    m_sync.RunSynchronisation();
-    StartAgain();
+    if (UnloadMainWindow()) {
+        m_sync.RunSynchronisation();
+        StartAgain();
+    }
     m_session.SynchronisationInProgress = false;
+}
+
+void clsProgram::DeleteDatabasesCommand()
+{
+    if (!m_window || m_session.SynchronisationInProgress || m_session.DeletionInProgress
+        || !m_deleteDatabases.AskDelete())
+        return;
+    // Set before the window closes, or the program would end with it.
+    m_session.DeletionInProgress = true;
+    if (!UnloadMainWindow()) {
+        m_session.DeletionInProgress = false;
+        return;
+    }
+    m_entryInfo.Changed = false;
+    if (!m_deleteDatabases.DeleteAllDatabases())
+        m_services.Messages.Tell(u"Failed to delete databases."_s);
+    m_session.DeletionInProgress = false;
+    StartAgain();
 }
 
 void clsProgram::StartAgain()
