@@ -17,6 +17,7 @@ clsProgram::clsProgram(const QString &programFolder, const ProgramServices &serv
     , m_folder(programFolder)
     , m_tables(programFolder)
     , m_sync(m_tables, m_session, services.Messages, services.Process)
+    , m_deleteDatabases(m_tables, m_sync, services.Messages)
     , m_entryInfo(m_tables, m_session, m_entry, m_list, m_screen, services.Messages, services.Clock)
     , m_entryList(m_tables, m_sync, m_session, m_filter, m_sort, m_list, m_entryInfo, m_screen,
           services.Messages, services.Clock)
@@ -66,9 +67,11 @@ void clsProgram::ShowMainWindow()
     m_window.reset(); // before the new one: leaving, it lets go of the grid
     m_window = std::make_unique<frmEntryList>(
         m_entryList, m_entryInfo, m_screen, m_services.Messages, m_services.Keys);
-    // It takes the window down, so it waits until the window's own event handlers have returned.
+    // These take the window down, so they wait until its own event handlers have returned.
     connect(m_window.get(), &frmEntryList::SyncRequested, this, &clsProgram::SyncCommand,
         Qt::QueuedConnection);
+    connect(m_window.get(), &frmEntryList::DeleteDatabasesRequested, this,
+        &clsProgram::DeleteDatabasesCommand, Qt::QueuedConnection);
     connect(m_window.get(), &frmEntryList::Terminated, this, &clsProgram::MainWindowTerminated);
     emit MainWindowChanged(m_window.get());
     m_window->show();
@@ -85,11 +88,13 @@ void clsProgram::MainWindowTerminated()
         emit Ended(EXIT_SUCCESS);
 }
 
-void clsProgram::UnloadMainWindow()
+bool clsProgram::UnloadMainWindow()
 {
-    m_window->close();
+    if (!m_window->close())
+        return false;
     m_window.reset();
     emit MainWindowChanged(nullptr);
+    return true;
 }
 
 bool clsProgram::MayTakeWindowDown() const
@@ -119,10 +124,31 @@ void clsProgram::SyncCommand()
     m_entryInfo.Changed = false;
     m_session.SynchronisationInProgress = true;
     Report([this] { m_entryList.SaveLastCompany(); });
-    UnloadMainWindow();
-    m_sync.RunSynchronisation();
-    StartAgain();
+    if (UnloadMainWindow()) {
+        m_sync.RunSynchronisation();
+        StartAgain();
+    }
     m_session.SynchronisationInProgress = false;
+}
+
+void clsProgram::DeleteDatabasesCommand()
+{
+    if (!MayTakeWindowDown())
+        return;
+    const QScopedValueRollback<bool> running(m_commandRuns, true);
+    if (!m_deleteDatabases.AskDelete())
+        return;
+    // Set before the window closes, or the program would end with it.
+    m_session.DeletionInProgress = true;
+    if (!UnloadMainWindow()) {
+        m_session.DeletionInProgress = false;
+        return;
+    }
+    m_entryInfo.Changed = false;
+    if (!m_deleteDatabases.DeleteAllDatabases())
+        m_services.Messages.Tell(u"Failed to delete databases."_s);
+    m_session.DeletionInProgress = false;
+    StartAgain();
 }
 
 void clsProgram::StartAgain()

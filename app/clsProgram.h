@@ -15,6 +15,7 @@
 #include "session/SessionState.h"
 #include "session/SortState.h"
 #include "store/Tables.h"
+#include "sync/modDeleteDatabases.h"
 #include "sync/modSync.h"
 
 #include <QObject>
@@ -32,7 +33,7 @@ struct ProgramServices
 };
 
 /// The whole program over one program folder: owns every object, starts up, starts up again after
-/// a synchronisation, and ends with its main window.
+/// a synchronisation or a deletion of the databases, and ends with its main window.
 class clsProgram : public QObject
 {
     Q_OBJECT
@@ -47,6 +48,10 @@ public:
 
     frmEntryList *MainWindow() const { return m_window.get(); } ///< null when there is none
 
+    /// The menu handler: asks, unloads the main window, deletes and starts up again. Nothing has
+    /// happened when the user does not want to, or keeps the window to save its changes.
+    void DeleteDatabasesCommand();
+
 signals:
     void MainWindowChanged(QWidget *window); ///< null when it has been unloaded
     void Ended(int exitStatus); ///< nothing is left to do
@@ -58,7 +63,7 @@ private:
     void SyncCommand();
     bool MayTakeWindowDown() const;
     void Report(const std::function<void()> &action); ///< tells the run-time error that it raises
-    void UnloadMainWindow();
+    bool UnloadMainWindow(); ///< false: the user keeps it, with changes to save
     void MainWindowTerminated();
     void StartAgain();
 
@@ -73,6 +78,7 @@ private:
     EntryScreen m_screen;
     clsInstanceLock m_lock;
     modSync m_sync;
+    modDeleteDatabases m_deleteDatabases;
     modEntryInfo m_entryInfo;
     modEntryList m_entryList;
     std::unique_ptr<frmEntryList> m_window;

@@ -257,6 +257,8 @@ void frmEntryList::ConnectCommands()
     connect(ui->cmdDel, &QPushButton::clicked, this,
         [this] { Handle([this] { m_entryModule.DeleteEntry(); }); });
     connect(ui->cmdSync, &QPushButton::clicked, this, &frmEntryList::SyncRequested);
+    connect(
+        ui->mnuDeleteDatabases, &QAction::triggered, this, &frmEntryList::DeleteDatabasesRequested);
     connect(ui->cmdHelp, &QPushButton::clicked, this, [this] { m_keys.SendKeys(u"{F1}"_s); });
 }
 

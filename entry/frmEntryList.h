@@ -43,6 +43,7 @@ public:
 
 signals:
     void SyncRequested(); ///< the synchronise button; the window is still open
+    void DeleteDatabasesRequested(); ///< likewise, the menu entry
     void Terminated(); ///< the window has been closed
 
 protected:

@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyleOptionHeaderV2>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -43,6 +45,22 @@ bool Before(const SortKey &a, const SortKey &b)
     if (a.IsText != b.IsText)
         return b.IsText;
     return a.IsText ? a.Folded < b.Folded : a.Number < b.Number;
+}
+
+/// The widget's font, or a smaller one in which a date fits its column: the columns' widths are
+/// fixed, for letters of eight points.
+QFont GridFont(const QWidget &grid)
+{
+    constexpr int dateColumnTwips = 960 + 110; // the narrowest
+    constexpr qreal leastPoints = 6;
+    const int cellMargins
+        = 2 * (grid.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &grid) + 1) + 1;
+    const int room = PixelsFromTwips(dateColumnTwips, grid) - cellMargins;
+    QFont font = grid.font();
+    while (font.pointSizeF() > leastPoints
+        && QFontMetrics(font).horizontalAdvance(u"00/00/0000"_s) > room)
+        font.setPointSizeF(font.pointSizeF() - 0.5);
+    return font;
 }
 
 } // namespace
@@ -151,13 +169,25 @@ public:
 protected:
     void paintSection(QPainter *painter, const QRect &rectangle, int section) const override
     {
-        painter->save();
-        QHeaderView::paintSection(painter, rectangle, section);
-        painter->restore();
         const QPixmap picture = m_pictures.value(section);
-        if (picture.isNull())
+        if (picture.isNull()) {
+            QHeaderView::paintSection(painter, rectangle, section);
             return;
+        }
         const QSizeF size = picture.deviceIndependentSize();
+        QStyleOptionHeaderV2 option;
+        initStyleOption(&option);
+        initStyleOptionForIndex(&option, section);
+        option.rect = rectangle;
+        painter->save();
+        style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
+        // The text makes room for the picture, also in a column that is aligned to the right.
+        const int room = PictureMarginPixels + qCeil(size.width());
+        option.rect = style()
+                          ->subElementRect(QStyle::SE_HeaderLabel, &option, this)
+                          .adjusted(0, 0, -room, 0);
+        style()->drawControl(QStyle::CE_HeaderLabel, &option, painter, this);
+        painter->restore();
         painter->drawPixmap(QPointF(rectangle.right() - PictureMarginPixels - size.width(),
                                 rectangle.center().y() - size.height() / 2),
             picture);
@@ -183,6 +213,7 @@ clsGrid::clsGrid(QWidget *parent)
     , m_model(new clsGridModel(this))
     , m_header(new clsGridHeader(this))
 {
+    setFont(GridFont(*this));
     setModel(m_model);
     setHorizontalHeader(m_header);
     verticalHeader()->hide();
@@ -234,6 +265,8 @@ int clsGrid::LongestText(int column) const
 void clsGrid::SetRow(int row)
 {
     m_row = row;
+    if (row == 0)
+        clearSelection();
     const QModelIndex index
         = row > 0 ? m_model->index(row - 1, std::max(columnAt(0), 0)) : QModelIndex();
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);

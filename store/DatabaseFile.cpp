@@ -174,8 +174,8 @@ std::unique_ptr<DatabaseFile> DatabaseFile::Create(
     std::unique_ptr<DatabaseFile> file(new DatabaseFile(fileName, unfinished));
     file->m_type = type;
     file->Connect(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    file->m_creator = creator;
     file->Configure();
-    file->Execute("PRAGMA application_id = " + std::to_string(static_cast<qint32>(creator)));
     return file;
 }
 
@@ -239,9 +239,20 @@ void DatabaseFile::Configure()
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     Execute("PRAGMA cell_size_check = ON");
-    Execute("PRAGMA journal_mode = DELETE");
+    SetDurability();
+}
+
+void DatabaseFile::SetDurability()
+{
+    Execute(m_isScratch ? "PRAGMA journal_mode = MEMORY" : "PRAGMA journal_mode = DELETE");
     // EXTRA also puts the journal's removal on the disk, which is the moment of the commit.
-    Execute("PRAGMA synchronous = EXTRA");
+    Execute(m_isScratch ? "PRAGMA synchronous = OFF" : "PRAGMA synchronous = EXTRA");
+}
+
+void DatabaseFile::MakeScratch()
+{
+    m_isScratch = true;
+    SetDurability();
 }
 
 void DatabaseFile::LoadDefinition()
@@ -297,6 +308,7 @@ void DatabaseFile::CheckColumns()
 void DatabaseFile::DefineTable(
     const QString &name, const QString &schemaText, const std::string &columns)
 {
+    Execute("PRAGMA application_id = " + std::to_string(static_cast<qint32>(m_creator)));
     Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
             "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
     Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");

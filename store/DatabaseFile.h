@@ -61,6 +61,10 @@ public:
         ~RowSource() = default;
     };
 
+    /// From now on no write waits for the disk: after a crash of the computer, or of the program
+    /// in the middle of a write, the file may be of no use.
+    void MakeScratch();
+
     /// Hands over all rows in stored order.
     void ReadRows(const std::function<void(const RowSource &)> &row);
     /// The row with that id, empty when it is gone or holds a text that is no date.
@@ -93,6 +97,7 @@ private:
     void CheckHeader(quint32 creator);
     void CheckSize();
     void Configure();
+    void SetDurability();
     bool IsStrictTable(const QString &name);
     void LoadDefinition();
     void CheckColumns();
@@ -110,6 +115,8 @@ private:
     std::string m_quotedTable;
     Schema m_schema;
     quint32 m_type = 0;
+    quint32 m_creator = 0; // of a new file
+    bool m_isScratch = false;
     std::unique_ptr<Statement> m_insert; // kept, because a bulk of records is inserted one by one
 };
 

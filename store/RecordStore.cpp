@@ -5,6 +5,7 @@
 #include "store/StoreErrors.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +47,7 @@ struct RecordStore::OpenTable
     Begun Pending = Begun::Nothing;
     StoredRow PendingRow;
     bool InBatch = false;
+    std::unordered_map<qint64, StoredRow> Unwritten; // by row id: what the batch has still to write
 
     void Drop()
     {
@@ -116,6 +118,7 @@ void RecordStore::CheckField(const OpenTable &table, qint32 field)
 
 void RecordStore::Load(OpenTable &table)
 {
+    WriteUnwritten(table);
     RecordTable records(table.File->Fields());
     // Read first: a write that comes in between is then seen as one.
     table.DataVersion = table.File->DataVersion();
@@ -127,6 +130,15 @@ void RecordStore::Load(OpenTable &table)
         table.Cursor = table.Table->PositionOf(*table.WrittenRow).value_or(table.Cursor);
     table.WrittenRow.reset();
     table.Cursor = std::min(table.Cursor, table.Table->Count());
+}
+
+void RecordStore::WriteUnwritten(OpenTable &table)
+{
+    const auto unwritten = std::exchange(table.Unwritten, {});
+    if (!table.File->InTransaction())
+        return; // the batch has failed, and none of it has happened
+    for (const auto &[rowId, row] : unwritten)
+        table.File->Update(rowId, row);
 }
 
 void RecordStore::Refresh(OpenTable &table)
@@ -357,7 +369,8 @@ void RecordStore::AbandonWrite(OpenTable &table) noexcept
 
 void RecordStore::RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen)
 {
-    if (table.File->DataVersion() == table.DataVersion)
+    // What a batch has once written, or is going to, nobody else can have changed since.
+    if (table.Unwritten.contains(rowId) || table.File->DataVersion() == table.DataVersion)
         return;
     if (table.File->ReadRow(rowId) == seen)
         return;
@@ -383,7 +396,10 @@ void RecordStore::UpdateRecord(Handle handle)
         } else {
             rowId = table.Table->RowId(table.Cursor);
             RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
-            table.File->Update(rowId, table.PendingRow);
+            if (table.InBatch)
+                table.Unwritten.insert_or_assign(rowId, table.PendingRow);
+            else
+                table.File->Update(rowId, table.PendingRow);
         }
         EndWrite(table);
     } catch (...) {
@@ -426,6 +442,7 @@ qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
     BeginWrite(table);
     try {
         RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
+        table.Unwritten.erase(rowId);
         table.File->Delete(rowId);
         EndWrite(table);
     } catch (...) {
@@ -501,6 +518,11 @@ qint32 RecordStore::CreateTable(Handle handle, const QString &name, const QStrin
     return 0;
 }
 
+void RecordStore::MakeScratch(Handle handle)
+{
+    Find(handle).File->MakeScratch();
+}
+
 qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)
 {
     std::erase_if(m_open,
@@ -548,6 +570,7 @@ RecordStore::Batch::~Batch()
     table.InBatch = false;
     table.Table.reset(); // it holds what has not happened
     table.WrittenRow.reset();
+    table.Unwritten.clear();
     table.Cursor = 0;
     table.Drop();
 }
@@ -558,6 +581,7 @@ void RecordStore::Batch::Commit()
     if (!table.InBatch)
         return;
     RequireBatch(table);
+    WriteUnwritten(table);
     table.File->Commit();
     table.InBatch = false;
 }

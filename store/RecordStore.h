@@ -100,6 +100,9 @@ public:
     /// Fails on a file that exists. The file appears under its name when CreateTable has run.
     Handle CreateDatabase(const QString &path, quint32 type, quint32 creator);
     qint32 CreateTable(Handle handle, const QString &name, const QString &schema); ///< 0
+    /// What is written under the handle from now on is for this run of the program only: no write
+    /// waits for the disk, and a crash may leave a file that is of no use.
+    void MakeScratch(Handle handle);
     /// 0, or 1 when there was no such file. Handles of the file are closed first.
     qint32 DeleteDatabase(const QString &path, qint32 reserved1, qint32 reserved2);
 
@@ -152,6 +155,7 @@ private:
     static StoredValue Stored(Currency value);
     void Write(OpenTable &table, StoredRow row);
     static void Load(OpenTable &table);
+    static void WriteUnwritten(OpenTable &table);
     static void Refresh(OpenTable &table);
     static void BeginWrite(OpenTable &table);
     static void RequireBatch(const OpenTable &table);

@@ -72,10 +72,10 @@ void modDBMain::CreateEntries(const QString &name)
 
 void modDBMain::CreateHoursSummary(const QString &name)
 {
-    CreateOne(name, HoursSummaryRecord::SchemaText);
+    CreateOne(name, HoursSummaryRecord::SchemaText, Lifetime::Scratch);
 }
 
-void modDBMain::CreateOne(const QString &name, QStringView schemaText)
+void modDBMain::CreateOne(const QString &name, QStringView schemaText, Lifetime lifetime)
 {
     if (!CanBeFileName(name))
         RaiseStoreError(
@@ -83,6 +83,8 @@ void modDBMain::CreateOne(const QString &name, QStringView schemaText)
     RecordStore::Handle handle = m_store.CreateDatabase(
         PathOf(name), CodeNumber(m_codes.Type), CodeNumber(m_codes.Creator));
     try {
+        if (lifetime == Lifetime::Scratch)
+            m_store.MakeScratch(handle);
         m_store.CreateTable(handle, name, schemaText.toString());
     } catch (...) {
         CloseTable(handle);

@@ -30,10 +30,16 @@ public:
 
     void CreateGlobalOptions(const QString &name); ///< leaves it closed, like the two below
     void CreateEntries(const QString &name);
-    void CreateHoursSummary(const QString &name);
+    void CreateHoursSummary(const QString &name); ///< a scratch table
 
 private:
-    void CreateOne(const QString &name, QStringView schemaText);
+    enum class Lifetime
+    {
+        Lasting,
+        Scratch
+    };
+    void CreateOne(
+        const QString &name, QStringView schemaText, Lifetime lifetime = Lifetime::Lasting);
     QString PathOf(const QString &name) const;
 
     RecordStore &m_store;

@@ -1,10 +1,14 @@
 #include "sync/LaunchFile.h"
 
 #include "platform/clsRunTimeError.h"
+#include "platform/DurableFiles.h"
 #include "platform/Paths.h"
+#include "sync/TextLines.h"
 
-#include <QStringDecoder>
-#include <QStringList>
+#include <QFile>
+#include <QScopeGuard>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -13,30 +17,74 @@ namespace {
 /// Two lines of paths; whatever is longer is no launch file.
 constexpr qint64 MostBytes = 64 * 1024;
 
-QString Decoded(const QByteArray &bytes)
+bool IsText(const QString &line)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8); // drops a byte order mark
-    const QString text = decoder(bytes);
-    return decoder.hasError() ? QString::fromLatin1(bytes) : text;
+    return !line.trimmed().isEmpty();
+}
+
+/// The lines from the root on.
+QStringList LaunchLines(const QString &path)
+{
+    const QStringList lines = TextLines(ReadFileHead(path, MostBytes));
+    const auto root = std::find_if(lines.begin(), lines.end(), IsText);
+    return QStringList(root, lines.end());
+}
+
+[[noreturn]] void RaisePastEnd(const QString &path)
+{
+    throw clsRunTimeError(RunTimeErrors::PastEndOfFile, u"LaunchFile"_s,
+        u"The file does not hold its two lines: "_s + path);
+}
+
+void WriteText(const QString &path, const QString &text)
+{
+    QFile file(path);
+    const QByteArray bytes = text.toUtf8();
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text) || file.write(bytes) != bytes.size()
+        || !file.flush())
+        throw clsRunTimeError(
+            RunTimeErrors::PathAccess, u"LaunchFile"_s, path + u": "_s + file.errorString());
 }
 
 } // namespace
 
 LaunchFile ReadLaunchFile(const QString &path)
 {
-    const QStringList lines = Decoded(ReadFileHead(path, MostBytes)).split(u'\n');
-    const auto line = [&](qsizetype number) {
-        QString text = lines.value(number);
-        if (text.endsWith(u'\r'))
-            text.chop(1);
-        return text;
-    };
-    const LaunchFile launch{line(0).trimmed(), line(1)};
-    const bool hasSecondLine = lines.size() > 2 || !lines.value(1).isEmpty();
-    if (launch.Root.isEmpty() || !hasSecondLine)
-        throw clsRunTimeError(RunTimeErrors::PastEndOfFile, u"LaunchFile"_s,
-            u"The file does not hold its two lines: "_s + path);
-    return launch;
+    const QStringList lines = LaunchLines(path);
+    if (lines.size() < 2)
+        RaisePastEnd(path);
+    const auto arguments = std::find_if(lines.begin() + 1, lines.end(), IsText);
+    return {lines.first().trimmed(), arguments == lines.end() ? QString() : *arguments};
+}
+
+QString ReadLaunchRoot(const QString &path)
+{
+    const QStringList lines = LaunchLines(path);
+    if (lines.isEmpty())
+        RaisePastEnd(path);
+    return lines.first().trimmed();
+}
+
+void WriteLaunchFile(const QString &path, const LaunchFile &launch)
+{
+    const QString unfinished = path + u".new"_s;
+    auto failed = qScopeGuard([&] { QFile::remove(unfinished); });
+    WriteText(unfinished, launch.Root + u'\n' + launch.Arguments + u'\n');
+    SyncFile(unfinished);
+    ReplaceFile(unfinished, path);
+    failed.dismiss();
+}
+
+QString MAS90Arguments(const QString &root)
+{
+    return u"\"%1\" \"%2\" -ARG RUN_DIRECT UION * WLWXBA"_s.arg(
+        JoinPath(root, u"launcher/sota.ini"_s), JoinPath(root, u"kv/kv_startup.m4p"_s));
+}
+
+QString MAS200Arguments(const QString &root, const QString &host, const QString &port)
+{
+    return u"\"%1\" KV_Client -ARG \"%2\" \"%3\" \"KV_DIRECT\" -ARG=RUN_DIRECT UION * WLWXBA"_s.arg(
+        JoinPath(root, u"launcher/sota.ini"_s), host, port);
 }
 
 QString ClientArguments(const LaunchFile &launch, const QString &programFolder)

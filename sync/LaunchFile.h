@@ -9,11 +9,24 @@ struct LaunchFile
     QString Arguments; ///< line 2: the argument text for the client
 };
 
-/// Reads the two lines, with CR LF or LF ends, with or without a byte order mark, as UTF-8 or,
-/// where they are none, in Latin-1.
-/// Errors: clsRunTimeError 53 when the file is missing, 62 when it has fewer than two lines or
-///         an empty root, 75 when it cannot be read; each names the file.
+/// Reads the two lines; see TextLines for the forms that they may have. Blank lines before and
+/// between them carry no meaning.
+/// Errors: clsRunTimeError 53 when the file is missing, 62 when it has no root or nothing after
+///         it, 75 when it cannot be read; each names the file.
 LaunchFile ReadLaunchFile(const QString &path);
+
+/// Its first line alone, which is enough to configure the rest anew.
+/// Errors: as above; 62 when the file is empty.
+QString ReadLaunchRoot(const QString &path);
+
+/// Writes the two lines as UTF-8, whole or not at all: on the disk on return.
+/// Errors: clsRunTimeError 75, naming the file; what was there before is then still there.
+void WriteLaunchFile(const QString &path, const LaunchFile &launch);
+
+/// The argument text for a MAS 90 installation.
+QString MAS90Arguments(const QString &root);
+/// The argument text for a MAS 200 client.
+QString MAS200Arguments(const QString &root, const QString &host, const QString &port);
 
 /// The text that starts the client: root & "Home", pvxwin32.exe -hd, the arguments, and the
 /// program folder in double quotes with each blank as "*".

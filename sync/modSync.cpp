@@ -14,6 +14,8 @@ using namespace Qt::StringLiterals;
 
 std::optional<Installation> CheckInstallation(const QString &root)
 {
+    if (root.isEmpty()) // else the working folder, or the disk's root, would be looked into
+        return {};
     const auto isFile = [&](const QString &relative) {
         return QFileInfo(FindIgnoringCase(root, relative)).isFile();
     };

@@ -12,9 +12,12 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -35,6 +38,10 @@ class Program : public testing::Test
 protected:
     QString Folder() const { return m_folder.path(); }
     QString File(const QString &name) const { return Folder() + u'/' + name + u".db"_s; }
+    QStringList Databases() const
+    {
+        return QDir(Folder()).entryList({u"*.db"_s, u"*.db-journal"_s}, QDir::Files);
+    }
     ProgramServices Services() { return {m_messages, m_keys, m_process, m_clock}; }
 
     /// An accounting installation, so that a run reaches the client.
@@ -82,6 +89,17 @@ GlobalOptionsRecord Global(const QString &company)
 void PressSync(frmEntryList &window)
 {
     QTest::mouseClick(&Control<QPushButton>(window, "cmdSync"), Qt::LeftButton);
+    LetEventsRun();
+}
+
+void ChooseDeleteDatabases(frmEntryList &window)
+{
+    auto &bar = Control<QMenuBar>(window, "mnuBar");
+    auto &menu = Control<QMenu>(window, "mnuUtilities");
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.actionGeometry(menu.menuAction()).center());
+    ASSERT_EQ(QApplication::activePopupWidget(), &menu);
+    auto &entry = Control<QAction>(window, "mnuDeleteDatabases");
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&entry).center());
     LetEventsRun();
 }
 
@@ -341,4 +359,117 @@ TEST_F(Program, TwoProgramsInOneProcessKnowNothingOfEachOther)
     two.StartUp();
     EXPECT_EQ(Control<QLabel>(*one.MainWindow(), "lblCompanyName").text(), u"Abacus"_s);
     EXPECT_EQ(Control<QLabel>(*two.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+}
+
+TEST_F(Program, AnsweringNoToTheWarningDeletesNothing)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    const QStringList before = Databases();
+    ChooseDeleteDatabases(window); // the default answers
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_EQ(m_messages.Shown[0].Text,
+        u"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\n"
+        u"Do you wish to continue?"_s);
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(m_messages.Shown[0].Buttons, MessageButtons::YesNo);
+    EXPECT_EQ(m_messages.Shown[0].Preset, MessageAnswer::No);
+    EXPECT_EQ(program.MainWindow(), &window);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(Databases(), before);
+    PressSync(window); // the databases are open as they were
+    EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+}
+
+TEST_F(Program, DeletingTheDatabasesStartsAfresh)
+{
+    MakeInstallation();
+    BuildSampleCompanies(
+        Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s)}, Global(u"XYZ"_s));
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    m_messages.Answers = {MessageAnswer::Yes};
+    ChooseDeleteDatabases(*program.MainWindow());
+    EXPECT_THAT(Databases(), IsEmpty());
+    ASSERT_EQ(m_messages.Shown.size(), 2);
+    EXPECT_EQ(m_messages.Shown[1].Text, SynchroniseFirst);
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_FALSE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+    EXPECT_EQ(ended.count(), 0);
+
+    // And a synchronisation brings a company again.
+    m_messages.Shown.clear();
+    m_process.Work = [&] { BuildSampleCompanies(Folder(), {SampleCompany(u"NEW"_s, u"New"_s)}); };
+    PressSync(*program.MainWindow());
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"New"_s);
+    QTest::keyClick(program.MainWindow(), Qt::Key_Escape);
+    EXPECT_EQ(ended.count(), 1); // the window ends the program as ever
+}
+
+TEST_F(Program, CancellingTheSaveQuestionAbandonsTheDeletion)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    const QStringList before = Databases();
+    QTest::keyClicks(&Control<QLineEdit>(window, "txtDescription"), u"half typed"_s);
+    m_messages.Answers = {MessageAnswer::Yes, MessageAnswer::Cancel};
+    ChooseDeleteDatabases(window);
+    ASSERT_EQ(m_messages.Shown.size(), 2);
+    EXPECT_EQ(m_messages.Shown[1].Text, u"Do you want to save changes?"_s);
+    EXPECT_EQ(m_messages.Shown[1].Icon, MessageIcon::Question);
+    EXPECT_EQ(m_messages.Shown[1].Buttons, MessageButtons::YesNoCancel);
+    EXPECT_EQ(program.MainWindow(), &window);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(Control<QLineEdit>(window, "txtDescription").text(), u"half typed"_s);
+    EXPECT_EQ(Databases(), before);
+
+    m_messages.Answers = {MessageAnswer::No}; // closing ends the program: nothing is in progress
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_EQ(ended.count(), 1);
+}
+
+TEST_F(Program, DeletingDropsTheChangesThatTheUserDoesNotWantToSave)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    QTest::keyClicks(&Control<QLineEdit>(*program.MainWindow(), "txtDescription"), u"half"_s);
+    m_messages.Answers = {MessageAnswer::Yes, MessageAnswer::No};
+    ChooseDeleteDatabases(*program.MainWindow());
+    EXPECT_THAT(Databases(), IsEmpty());
+    EXPECT_EQ(m_messages.Shown.size(), 3);
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    QTest::keyClick(program.MainWindow(), Qt::Key_Escape);
+    EXPECT_EQ(m_messages.Shown.size(), 3); // the new window has no changes
+}
+
+TEST_F(Program, DatabasesThatCannotBeDeletedAreToldAndFoundAgain)
+{
+    BuildSampleCompanies(
+        Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s, u"Xylo"_s)}, Global(u"XYZ"_s));
+    ASSERT_TRUE(QDir().mkpath(File(u"ABCHoursSummary-WkLg"_s) + u"/in the way"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    m_messages.Answers = {MessageAnswer::Yes};
+    ChooseDeleteDatabases(*program.MainWindow());
+    ASSERT_EQ(m_messages.Shown.size(), 2);
+    EXPECT_EQ(m_messages.Shown[1].Text, u"Failed to delete databases."_s);
+    EXPECT_EQ(m_messages.Shown[1].Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(m_messages.Shown[1].Buttons, MessageButtons::OK);
+    EXPECT_FALSE(QFile::exists(File(u"ABCEntries-WkLg"_s)));
+    // The company that was left stands open again.
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+    EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
 }

@@ -1,13 +1,12 @@
 #include "store/StoreErrors.h"
 #include "tests/store/StoreFixture.h"
+#include "tests/support/SmallDisk.h"
 
 #include <QFile>
 #include <QProcess>
 
-#include <csignal>
 #include <cstdio>
 #include <sqlite3.h>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -28,30 +27,6 @@ protected:
         EXPECT_EQ(raised.Number, StoreErrors::ChangedOutside) << raised.Description.toStdString();
         EXPECT_TRUE(raised.Names(FileName())) << raised.Description.toStdString();
     }
-};
-
-/// While it lives no file of this process can grow past the size: a full disk in small.
-class SmallDisk
-{
-public:
-    explicit SmallDisk(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        m_signal = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SmallDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signal);
-    }
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
-
-private:
-    rlimit m_before = {};
-    void (*m_signal)(int) = nullptr;
 };
 
 } // namespace
@@ -206,6 +181,36 @@ TEST_F(OtherPrograms, ABatchSeesAtMoveFirstWhatWasWrittenBeforeIt)
     EXPECT_EQ(Names(handle), u"a b c d e"_s);
     batch.Commit();
     EXPECT_EQ(NamesInFile(u"T"_s), u"a b c d e"_s);
+}
+
+TEST_F(OtherPrograms, ABatchThatReadsAgainKeepsItsUpdates)
+{
+    const Handle handle = Open(u"T"_s);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
+    OtherProgram(FileName()).Execute(u"UPDATE T SET Name = 'C' WHERE Name = 'c'"_s);
+    Store.MoveToPosition(handle, 0);
+    RecordStore::Batch batch(Store, handle);
+    Change(handle, Three(u"A"_s)); // this record is as it was
+    EXPECT_EQ(Names(handle), u"A b C"_s);
+    Store.MoveFirst(handle);
+    Change(handle, Three(u"AA"_s));
+    batch.Commit();
+    EXPECT_EQ(NamesInFile(u"T"_s), u"AA b C"_s);
+}
+
+TEST_F(OtherPrograms, AFullDiskAtTheEndOfABatchUndoesItsUpdates)
+{
+    const Handle handle = Open(u"T"_s);
+    const QByteArray before = Bytes(u"T"_s);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Store.MoveFirst(handle);
+        Change(handle, Three(QString(500000, u'x')));
+        const SmallDisk full(static_cast<rlim_t>(before.size()));
+        EXPECT_EQ(RaisedBy([&] { batch.Commit(); }).Number, StoreErrors::WriteFailed);
+    }
+    EXPECT_EQ(Bytes(u"T"_s), before);
+    EXPECT_EQ(Names(handle), u"a b c"_s);
 }
 
 TEST_F(OtherPrograms, ABatchKeepsThemOut)

@@ -23,6 +23,10 @@ class RecordStoreWrite : public StoreFixture
 class RecordStoreSort : public StoreFixture
 {
 };
+class RecordStoreScratch : public StoreFixture
+{
+};
+
 class RecordStoreBatch : public StoreFixture
 {
 };
@@ -829,6 +833,42 @@ TEST_F(RecordStoreBatch, ClosingTheTableInsideUndoesIt)
     EXPECT_EQ(NamesInFile(u"T"_s), u"a"_s);
 }
 
+TEST_F(RecordStoreBatch, WritesTheLastOfManyUpdates)
+{
+    const Handle handle = Table({Three(u"a"_s), Three(u"b"_s), Three(u"c"_s)});
+    RecordStore::Batch batch(Store, handle);
+    for (const QString &name : {u"x"_s, u"y"_s, u"z"_s}) {
+        Store.MoveFirst(handle);
+        Change(handle, Three(name));
+        EXPECT_EQ(Found(handle, 0, name), name + u" 0"_s);
+        Store.MoveToPosition(handle, 1);
+        Change(handle, Three(name + name));
+        EXPECT_EQ(Names(handle), u"%1 %1%1 c"_s.arg(name));
+    }
+    Store.MoveToPosition(handle, 1);
+    Store.DeleteRecord(handle, 2);
+    Add(handle, Three(u"d"_s));
+    Change(handle, Three(u"e"_s));
+    batch.Commit();
+    EXPECT_EQ(Names(handle), u"z c e"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"z c e"_s);
+}
+
+TEST_F(RecordStoreBatch, UpdatesOfAnUndoneOneAreGone)
+{
+    const Handle handle = Table({Three(u"a"_s)});
+    {
+        RecordStore::Batch batch(Store, handle);
+        Change(handle, Three(u"b"_s));
+    }
+    Change(handle, Three(u"c"_s));
+    EXPECT_EQ(NamesInFile(u"T"_s), u"c"_s);
+    RecordStore::Batch batch(Store, handle);
+    batch.Commit();
+    EXPECT_EQ(Names(handle), u"c"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"c"_s);
+}
+
 TEST_F(RecordStoreBatch, OfATableThatWasNotReadYet)
 {
     const Handle handle = Table({Three(u"a"_s)});
@@ -839,6 +879,48 @@ TEST_F(RecordStoreBatch, OfATableThatWasNotReadYet)
     }
     EXPECT_EQ(Store.GetRecordPosition(handle), 0);
     EXPECT_EQ(Names(handle), u"a"_s);
+}
+
+TEST_F(RecordStoreScratch, WritesWithoutAJournalOnTheDisk)
+{
+    const QString journal = u"T.db-journal"_s;
+    const Handle handle = Table({Three(u"a"_s)});
+    {
+        RecordStore::Batch batch(Store, handle);
+        Add(handle, Three(u"b"_s));
+        EXPECT_TRUE(FilesInFolder().contains(journal)); // what any other table has
+    }
+    Store.MakeScratch(handle);
+    RecordStore::Batch batch(Store, handle);
+    Add(handle, Three(u"c"_s));
+    EXPECT_FALSE(FilesInFolder().contains(journal));
+    batch.Commit();
+    EXPECT_EQ(Names(handle), u"a c"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a c"_s);
+}
+
+TEST_F(RecordStoreScratch, UndoesABatchLikeAnyOtherTable)
+{
+    const Handle handle = Table({Three(u"a"_s)});
+    Store.MakeScratch(handle);
+    {
+        RecordStore::Batch batch(Store, handle);
+        Change(handle, Three(u"A"_s));
+        Add(handle, Three(u"b"_s));
+    }
+    EXPECT_EQ(Names(handle), u"a"_s);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"a"_s);
+}
+
+TEST_F(RecordStoreScratch, CanBeMadeBeforeItsTable)
+{
+    const Handle handle
+        = Store.CreateDatabase(PathOf(u"S"_s), CodeNumber(u"DATA"_s), CodeNumber(u"WkLg"_s));
+    Store.MakeScratch(handle);
+    Store.CreateTable(handle, u"S"_s, ThreeFields::SchemaText.toString());
+    Add(handle, Three(u"a"_s));
+    EXPECT_EQ(NamesInFile(u"S"_s), u"a"_s);
+    EXPECT_EQ(FilesInFolder(), QStringList{u"S.db"_s});
 }
 
 TEST_F(RecordStoreCreate, TheNewTableIsEmptyAndOpen)

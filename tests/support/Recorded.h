@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/clsClock.h"
+#include "platform/clsFolderBrowser.h"
 #include "platform/clsMessageBox.h"
 #include "platform/clsProcess.h"
 #include "platform/clsSendKeys.h"
+#include "platform/clsSettings.h"
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -72,6 +75,39 @@ public:
     QStringList Programs;
     QStringList Arguments;
     QStringList Folders;
+};
+
+/// Chooses `Folder` at once; an empty one is the user's Cancel.
+class clsRecordedBrowser : public clsFolderBrowser
+{
+public:
+    QString Browse(const QString &prompt, const QString &start) override
+    {
+        Prompts.append(prompt);
+        Starts.append(start);
+        return Folder;
+    }
+
+    QString Folder;
+    QStringList Prompts;
+    QStringList Starts;
+};
+
+/// Keeps settings in memory, under "section/key".
+class clsRecordedSettings : public clsSettings
+{
+public:
+    QString GetSetting(
+        const QString &section, const QString &key, const QString &fallback) const override
+    {
+        return Values.value(section + QLatin1Char('/') + key, fallback);
+    }
+    void SaveSetting(const QString &section, const QString &key, const QString &value) override
+    {
+        Values[section + QLatin1Char('/') + key] = value;
+    }
+
+    QMap<QString, QString> Values;
 };
 
 class clsFixedClock : public clsClock

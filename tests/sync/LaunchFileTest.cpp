@@ -2,6 +2,7 @@
 
 #include "platform/clsRunTimeError.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SmallDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,6 +24,13 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
         return path;
+    }
+
+    static QByteArray Content(const QString &path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
     }
 
     QTemporaryDir m_folder;
@@ -57,7 +65,9 @@ INSTANTIATE_TEST_SUITE_P(Forms, LaunchFileForms,
         Form{"Utf8", "/srv/B\xC3\xBCro\n-ARG X\n", u"/srv/Büro"_s, u"-ARG X"_s},
         Form{"Ansi", "/srv/B\xFCro\n-ARG X\n", u"/srv/Büro"_s, u"-ARG X"_s},
         Form{"BlanksAroundTheRoot", "  /srv/mas90 \n-ARG X\n", u"/srv/mas90"_s, u"-ARG X"_s},
-        Form{"EmptyArguments", "/srv/mas90\n\n", u"/srv/mas90"_s, QString()}),
+        Form{"EmptyArguments", "/srv/mas90\n\n", u"/srv/mas90"_s, QString()},
+        Form{"BlankLines", "\n \r\n/srv/mas90\r\n\r\n-ARG X\r\n", u"/srv/mas90"_s, u"-ARG X"_s},
+        Form{"MoreLines", "/srv/mas90\n-ARG X\nmore\n", u"/srv/mas90"_s, u"-ARG X"_s}),
     [](const auto &form) { return std::string(form.param.Name); });
 
 TEST_F(LaunchFileTest, AMissingFileIsNamed)
@@ -70,8 +80,9 @@ TEST_F(LaunchFileTest, AMissingFileIsNamed)
 
 TEST_F(LaunchFileTest, AFileWithoutTwoLinesIsNamed)
 {
-    for (const QByteArray &content : {QByteArray(), QByteArray("/srv/mas90"),
-             QByteArray("/srv/mas90\n"), QByteArray("\n-x\n")}) {
+    for (const QByteArray &content :
+        {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("/srv/mas90"),
+            QByteArray("/srv/mas90\n"), QByteArray("\n-x\n"), QByteArray("\r\n\r\n")}) {
         const QString path = Written(content);
         const Raised raised = RaisedBy([&] { ReadLaunchFile(path); });
         EXPECT_EQ(raised.Number, RunTimeErrors::PastEndOfFile) << content.toStdString();
@@ -86,6 +97,50 @@ TEST_F(LaunchFileTest, AFolderInItsPlaceCannotBeRead)
     const Raised raised = RaisedBy([&] { ReadLaunchFile(path); });
     EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
     EXPECT_TRUE(raised.Names(path));
+}
+
+TEST_F(LaunchFileTest, IsWrittenWholeWithoutAnythingBesideIt)
+{
+    const QString path = Written("/old\nold arguments that are much longer than the new ones\n");
+    WriteLaunchFile(path, {u"/srv/Büro/mas90"_s, u"-ARG X"_s});
+    EXPECT_EQ(Content(path), u"/srv/Büro/mas90\n-ARG X\n"_s.toUtf8());
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{u"mas90.ini"_s});
+    const LaunchFile launch = ReadLaunchFile(path);
+    EXPECT_EQ(launch.Root, u"/srv/Büro/mas90"_s);
+    EXPECT_EQ(launch.Arguments, u"-ARG X"_s);
+}
+
+TEST_F(LaunchFileTest, AFullDiskLeavesTheOldOne)
+{
+    const QByteArray before("/old\n-ARG OLD\n");
+    const QString path = Written(before);
+    Raised raised;
+    {
+        const SmallDisk full(10);
+        raised = RaisedBy([&] { WriteLaunchFile(path, {u"/srv/mas90"_s, u"-ARG X"_s}); });
+    }
+    EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
+    EXPECT_TRUE(raised.Names(path)) << raised.Description.toStdString();
+    EXPECT_EQ(Content(path), before);
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList{u"mas90.ini"_s});
+}
+
+TEST_F(LaunchFileTest, AFolderThatIsGoneIsNamed)
+{
+    const QString path = m_folder.filePath(u"gone/mas90.ini"_s);
+    const Raised raised = RaisedBy([&] { WriteLaunchFile(path, {u"/srv/mas90"_s, u"-ARG X"_s}); });
+    EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
+    EXPECT_TRUE(raised.Names(path)) << raised.Description.toStdString();
+}
+
+TEST(LaunchArguments, HaveTheFormsOfBothInstallations)
+{
+    EXPECT_EQ(MAS90Arguments(u"/srv/mas90"_s),
+        u"\"/srv/mas90/launcher/sota.ini\" \"/srv/mas90/kv/kv_startup.m4p\" "
+        u"-ARG RUN_DIRECT UION * WLWXBA"_s);
+    EXPECT_EQ(MAS200Arguments(u"/srv/%2/mas90"_s, u"%3"_s, u"10000"_s),
+        u"\"/srv/%2/mas90/launcher/sota.ini\" KV_Client -ARG \"%3\" \"10000\" \"KV_DIRECT\" "
+        u"-ARG=RUN_DIRECT UION * WLWXBA"_s);
 }
 
 TEST(ClientCommandLine, PutsTheFolderLastInQuotesWithAStarForEachBlank)

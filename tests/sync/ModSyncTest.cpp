@@ -1,5 +1,6 @@
 #include "sync/modSync.h"
 
+#include "platform/clsWorkingFolder.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
@@ -279,4 +280,11 @@ TEST_F(ModSync, BothMarkersMakeAnInstallationOfTheFirstKind)
     Touch(Root() + u"/soa/startup.m4p"_s);
     Touch(Root() + u"/home/wkStatus.flp"_s);
     EXPECT_EQ(CheckInstallation(Root()), Installation::MAS90);
+}
+
+TEST_F(ModSync, NoRootIsNoInstallation)
+{
+    Touch(Folder() + u"/soa/startup.m4p"_s);
+    const clsWorkingFolder inside(Folder());
+    EXPECT_EQ(CheckInstallation(QString()), std::nullopt);
 }

@@ -1,0 +1,47 @@
+#include "platform/clsWindowFolderBrowser.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString NearestFolder(const QString &path)
+{
+    if (path.isEmpty())
+        return QDir::homePath();
+    QString folder = QDir::cleanPath(QDir(path).absolutePath());
+    while (!QFileInfo(folder).isDir() && !QDir(folder).isRoot())
+        folder = QFileInfo(folder).path();
+    return folder;
+}
+
+QLabel *PromptLabel(const QString &prompt, QWidget *parent)
+{
+    auto *label = new QLabel(prompt, parent);
+    label->setObjectName(u"lblPrompt"_s);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setMargin(9);
+    return label;
+}
+
+} // namespace
+
+QString clsWindowFolderBrowser::Browse(const QString &prompt, const QString &start)
+{
+    QFileDialog dialog(QApplication::activeWindow(), u"Browse for Folder"_s, NearestFolder(start));
+    dialog.setObjectName(u"frmFolderBrowser"_s);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    // The system's own dialogs have no place for a prompt of two sentences.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.layout()->setMenuBar(PromptLabel(prompt, &dialog));
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return QDir::toNativeSeparators(dialog.selectedFiles().value(0));
+}

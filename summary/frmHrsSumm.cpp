@@ -1,0 +1,133 @@
+#include "summary/frmHrsSumm.h"
+
+#include "platform/ArrowPicture.h"
+#include "platform/Twips.h"
+#include "summary/HoursColumn.h"
+#include "summary/ui_frmHrsSumm.h"
+
+#include <QScrollBar>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int GridMarginTwips = 240; // left and right of the grid together
+constexpr double DialogToGridHeight = 1.32;
+constexpr int RowsAtFirst = 12;
+
+} // namespace
+
+frmHrsSumm::frmHrsSumm(modHrsSumm &module, clsSendKeys &keys, QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::frmHrsSumm>())
+    , m_module(module)
+    , m_keys(keys)
+{
+    ui->setupUi(this);
+    DrawArrows();
+    PutTotalsUnderTheirColumns();
+    FitSize();
+    m_module.SetGrid(ui->msgHrsSumm);
+    ui->msgHrsSumm->installEventFilter(this);
+    // A key in the grid is no click: it moves the marked row, and nothing else.
+    const auto clicked = [this] { m_module.GridClicked(); };
+    connect(ui->msgHrsSumm, &QTableView::clicked, this, clicked);
+    connect(ui->msgHrsSumm->horizontalHeader(), &QHeaderView::sectionClicked, this, clicked);
+    connect(ui->msgHrsSumm, &clsGrid::Click, this, [this] { ui->msgHrsSumm->SelectWholeRow(); });
+    connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ui->cmdHelp, &QPushButton::clicked, this, [this] { m_keys.SendKeys(u"{F1}"_s); });
+}
+
+frmHrsSumm::~frmHrsSumm()
+{
+    m_module.SetGrid(nullptr);
+    m_module.Unload();
+}
+
+void frmHrsSumm::DrawArrows()
+{
+    ui->picUp->setPixmap(ArrowPicture(*this, SortOrder::Ascending));
+    ui->picDown->setPixmap(ArrowPicture(*this, SortOrder::Descending));
+    ui->msgHrsSumm->SetArrowPictures(ui->picUp->pixmap(), ui->picDown->pixmap());
+}
+
+void frmHrsSumm::PutTotalsUnderTheirColumns()
+{
+    const int gap = ui->layTotals->spacing();
+    const int dateWidth = PixelsFromTwips(HoursColumn::DateTwips + HoursColumn::ExtraTwips, *this);
+    const int numberWidth
+        = PixelsFromTwips(HoursColumn::NumberTwips + HoursColumn::ExtraTwips, *this);
+    ui->lblTotals->setFixedWidth(dateWidth + ui->msgHrsSumm->frameWidth() - gap);
+    for (QLineEdit *box :
+        {ui->txtBillable, ui->txtNoCharge, ui->txtDoNotBill, ui->txtTotHours, ui->txtAmount})
+        box->setFixedWidth(numberWidth - gap);
+}
+
+void frmHrsSumm::FitSize()
+{
+    // What the grid leaves has to hold the totals and the buttons, however large the letters are.
+    const double leftShare = 1 - 1 / DialogToGridHeight;
+    const int columns = PixelsFromTwips(HoursColumn::DateTwips + HoursColumn::ExtraTwips, *this)
+        + 5 * PixelsFromTwips(HoursColumn::NumberTwips + HoursColumn::ExtraTwips, *this);
+    const int width = PixelsFromTwips(GridMarginTwips, *this) + columns
+        + 2 * ui->msgHrsSumm->frameWidth()
+        + ui->msgHrsSumm->verticalScrollBar()->sizeHint().width();
+    const int below
+        = PixelsFromTwips(GridMarginTwips / 2, *this) + ui->wgtBelow->minimumSizeHint().height();
+    const int rows = (RowsAtFirst + 1) * ui->msgHrsSumm->verticalHeader()->defaultSectionSize();
+    setMinimumSize(width, static_cast<int>(std::ceil(below / leftShare)));
+    resize(width, std::max(minimumHeight(), static_cast<int>(rows * DialogToGridHeight)));
+}
+
+void frmHrsSumm::Load()
+{
+    m_module.BuildHoursSummary();
+    Render();
+}
+
+void frmHrsSumm::Render()
+{
+    const HoursTotals &totals = m_module.Totals();
+    ui->txtBillable->setText(HoursText(totals.Billable));
+    ui->txtNoCharge->setText(HoursText(totals.NoCharge));
+    ui->txtDoNotBill->setText(HoursText(totals.DoNotBill));
+    ui->txtTotHours->setText(HoursText(totals.TotalHours));
+    ui->txtAmount->setText(HoursText(totals.Amount));
+}
+
+void frmHrsSumm::done(int result)
+{
+    m_module.Unload();
+    QDialog::done(result);
+}
+
+bool frmHrsSumm::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        ui->cmdOK->setFocus(Qt::ActiveWindowFocusReason);
+    return QDialog::event(event);
+}
+
+bool frmHrsSumm::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == ui->msgHrsSumm && event->type() == QEvent::FocusIn) {
+        m_module.GridGotFocus();
+        ui->msgHrsSumm->SelectWholeRow();
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void frmHrsSumm::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    if (height() == 0)
+        return;
+    const int margin = PixelsFromTwips(GridMarginTwips / 2, *this);
+    const int gridWidth = width() - PixelsFromTwips(GridMarginTwips, *this);
+    const int gridHeight = static_cast<int>(height() / DialogToGridHeight);
+    ui->msgHrsSumm->setGeometry(margin, margin, gridWidth, gridHeight);
+    const int below = margin + gridHeight;
+    ui->wgtBelow->setGeometry(margin, below, gridWidth, height() - below);
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/clsSendKeys.h"
+#include "summary/modHrsSumm.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class frmHrsSumm;
+}
+
+/// The hours summary: one row a day, the totals below. modHrsSumm fills it.
+class frmHrsSumm : public QDialog
+{
+    Q_OBJECT
+
+public:
+    frmHrsSumm(modHrsSumm &module, clsSendKeys &keys, QWidget *parent = nullptr); // both outlive it
+    ~frmHrsSumm() override;
+
+    /// Builds the summary; to be called before the dialog is shown.
+    /// Errors: those of modHrsSumm; the dialog is then not to be shown.
+    void Load();
+
+    void done(int result) override;
+
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void DrawArrows();
+    void PutTotalsUnderTheirColumns();
+    void FitSize();
+    void Render();
+
+    std::unique_ptr<Ui::frmHrsSumm> ui;
+    modHrsSumm &m_module;
+    clsSendKeys &m_keys;
+};

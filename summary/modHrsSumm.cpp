@@ -1,0 +1,253 @@
+#include "summary/modHrsSumm.h"
+
+#include "store/PadKey.h"
+#include "summary/HoursColumn.h"
+
+#include <QLocale>
+#include <QScopeGuard>
+
+#include <array>
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+SortOrder OrderOf(qint16 direction)
+{
+    return direction == 1 ? SortOrder::Ascending : SortOrder::Descending;
+}
+
+/// Puts the entry's hours where its billing status says. Any other status leaves the split of the
+/// entry counted before as it is; this is kept.
+void SplitHours(const EntryRecord &entry, HoursSummaryRecord &split)
+{
+    const auto take = [&](Currency HoursSummaryRecord::*member) {
+        split.Billable = split.NoCharge = split.DoNotBill = Currency();
+        split.*member = entry.Hours;
+    };
+    if (entry.Billing_Status == "1"_L1)
+        take(&HoursSummaryRecord::Billable);
+    else if (entry.Billing_Status == "2"_L1)
+        take(&HoursSummaryRecord::NoCharge);
+    else if (entry.Billing_Status == "3"_L1)
+        take(&HoursSummaryRecord::DoNotBill);
+}
+
+} // namespace
+
+QString HoursText(Currency value)
+{
+    return FormatCurrency(value, 2, LeadingZero::Yes, QLocale().decimalPoint().at(0));
+}
+
+modHrsSumm::modHrsSumm(
+    Tables &tables, const SessionState &session, const FilterState &filter, SortState &sort)
+    : m_tables(tables)
+    , m_session(session)
+    , m_filter(filter)
+    , m_sort(sort)
+{
+}
+
+void modHrsSumm::BuildHoursSummary()
+{
+    auto failed = qScopeGuard([this] { Unload(); });
+    OpenEmptyTable();
+    AccumulateHours();
+    if (FillHoursSummaryGrid())
+        BindRecordset();
+    if (m_dayCount > 0)
+        ShowAsSortedByDate();
+    m_rowSelected = false;
+    failed.dismiss();
+}
+
+void modHrsSumm::Unload()
+{
+    modDBHrsS &days = m_tables.HoursSummary;
+    days.Handle = m_tables.Main.CloseTable(days.Handle);
+}
+
+void modHrsSumm::OpenEmptyTable()
+{
+    modDBMain &main = m_tables.Main;
+    modDBHrsS &days = m_tables.HoursSummary;
+    const QString name
+        = main.CompanyName(m_session.CurrentCompanyCode, DatabasePrefix::HoursSummary);
+    days.Handle = main.CloseTable(days.Handle);
+    main.DeleteTable(name);
+    days.Handle = main.OpenTable(name);
+    if (!days.IsOpen()) {
+        CreateHoursSummaryTable(name);
+        days.Handle = main.OpenTable(name);
+    }
+    m_tables.Store.MakeScratch(days.Handle);
+}
+
+void modHrsSumm::CreateHoursSummaryTable(const QString &name)
+{
+    m_tables.Main.CreateHoursSummary(name);
+}
+
+void modHrsSumm::AccumulateHours()
+{
+    modDBEntr &entries = m_tables.Entries;
+    modDBActi &activities = m_tables.Activities;
+    modDBHrsS &days = m_tables.HoursSummary;
+    m_totals = HoursTotals();
+    HoursSummaryRecord split;
+    // One transaction: a hundred thousand of them would take minutes.
+    RecordStore::Batch batch(m_tables.Store, days.Handle);
+    for (entries.MoveFirst(); !entries.IsEndOfTable(); entries.MoveNext()) {
+        entries.ReadEntry(entries.Record);
+        const EntryRecord &entry = entries.Record;
+        if (!m_filter.Passes(entry.Customer_Number, entry.Project_Number, entry.Activity_Number))
+            continue;
+        // Whether the activity is found is not asked: the record that the search ends on counts,
+        // and past the last one the record read before. This is kept.
+        activities.Find(0, PadKey(entry.Activity_Number, KeyWidth::Activity));
+        activities.ReadActivity(activities.Record);
+        if (activities.Record.Expense == "Y"_L1)
+            continue;
+        SplitHours(entry, split);
+        split.Date = entry.Date;
+        split.Amount = entry.Amount;
+        AddToDay(split);
+    }
+    batch.Commit();
+    m_tables.Store.SetKeyField(days.Handle, 0);
+}
+
+void modHrsSumm::AddToDay(const HoursSummaryRecord &hours)
+{
+    modDBHrsS &days = m_tables.HoursSummary;
+    if (!days.Find(0, hours.Date)) {
+        days.AddHoursSummary(hours);
+        return;
+    }
+    HoursSummaryRecord &day = days.Record;
+    days.ReadHoursSummary(day);
+    day.Billable += hours.Billable;
+    day.NoCharge += hours.NoCharge;
+    day.DoNotBill += hours.DoNotBill;
+    day.Amount += hours.Amount;
+    days.UpdateHoursSummary(day);
+}
+
+bool modHrsSumm::FillHoursSummaryGrid()
+{
+    modDBHrsS &days = m_tables.HoursSummary;
+    m_dayCount = 0;
+    try {
+        m_recordset = std::make_shared<clsRecordSet>(
+            QStringList{u"Date Hidden"_s, u"Date"_s, u"Billable"_s, u"No Charge"_s,
+                u"Do Not Bill"_s, u"Total Hours"_s, u"Amount"_s, u"UniqueID Hidden"_s});
+        for (days.MoveFirst(); !days.IsEndOfTable(); days.MoveNext()) {
+            days.ReadHoursSummary(days.Record);
+            AddDayRow(days.Record);
+        }
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
+}
+
+void modHrsSumm::AddDayRow(const HoursSummaryRecord &day)
+{
+    const Currency hours = day.Billable + day.NoCharge + day.DoNotBill;
+    const QString dateHidden = day.Date.toString(u"yyyyMMdd"_s);
+    const QString date = day.Date.toString(u"MM/dd/yyyy"_s);
+    const QString billable = HoursText(day.Billable);
+    const QString noCharge = HoursText(day.NoCharge);
+    const QString doNotBill = HoursText(day.DoNotBill);
+    const QString totalHours = HoursText(hours);
+    const QString amount = HoursText(day.Amount);
+    const QString id = QString::number(m_tables.HoursSummary.GetRecordPosition());
+    m_recordset->AddRecord(std::array<QStringView, HoursColumn::Count>{
+        dateHidden, date, billable, noCharge, doNotBill, totalHours, amount, id});
+    ++m_dayCount;
+    m_totals.Billable += day.Billable;
+    m_totals.NoCharge += day.NoCharge;
+    m_totals.DoNotBill += day.DoNotBill;
+    m_totals.TotalHours += hours;
+    m_totals.Amount += day.Amount;
+}
+
+void modHrsSumm::BindRecordset()
+{
+    m_grid->SetDataSource(m_recordset);
+    SizeHoursSummaryColumns();
+    for (int column = HoursColumn::Billable; column <= HoursColumn::Amount; ++column)
+        m_grid->SetColAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+    m_grid->SetColWidth(HoursColumn::DateHidden, 0);
+    m_grid->SetColWidth(HoursColumn::UniqueId, 0);
+    m_grid->SetCol(0);
+}
+
+void modHrsSumm::SizeHoursSummaryColumns()
+{
+    for (int column = 0; column < m_grid->Cols(); ++column) {
+        int width = m_grid->LongestText(column);
+        if (column == HoursColumn::Date)
+            width = HoursColumn::DateTwips;
+        else if (column >= HoursColumn::Billable && column <= HoursColumn::Amount)
+            width = HoursColumn::NumberTwips;
+        m_grid->SetColWidth(column, width + HoursColumn::ExtraTwips);
+    }
+}
+
+void modHrsSumm::ShowAsSortedByDate()
+{
+    m_grid->SetHeaderArrow(HoursColumn::Date, SortOrder::Ascending);
+    m_sort.SortColumn = HoursColumn::Date;
+    m_sort.SortDirection = 1;
+}
+
+void modHrsSumm::GridClicked()
+{
+    if (m_grid->MouseRow() == 0)
+        SortHoursSummary();
+    else if (m_grid->Row() > 0)
+        m_rowSelected = true;
+}
+
+void modHrsSumm::GridGotFocus()
+{
+    if (m_grid->Row() == 0 && m_dayCount > 0)
+        m_grid->SetRow(1);
+}
+
+void modHrsSumm::SortHoursSummary()
+{
+    if (m_dayCount == 0)
+        return;
+    const int clicked = m_grid->MouseCol();
+    m_grid->SetCol(HoursColumn::UniqueId);
+    const QString selected = m_grid->TextMatrix(m_grid->Row(), HoursColumn::UniqueId);
+    m_grid->SetRow(0);
+    if (clicked != m_sort.SortColumn) {
+        m_grid->SetHeaderArrow(m_sort.SortColumn, {});
+        m_sort.SortDirection = 1;
+    } else {
+        m_sort.SortDirection = m_sort.SortDirection == 1 ? 2 : 1;
+    }
+    const int sorted = clicked == HoursColumn::Date ? HoursColumn::DateHidden : clicked;
+    m_grid->Sort(sorted, OrderOf(m_sort.SortDirection));
+    m_grid->SetHeaderArrow(clicked, OrderOf(m_sort.SortDirection));
+    m_sort.SortColumn = static_cast<qint16>(clicked);
+    if (m_rowSelected)
+        SelectDay(selected);
+}
+
+void modHrsSumm::SelectDay(const QString &position)
+{
+    for (int row = 1; row <= m_dayCount; ++row) {
+        if (m_grid->TextMatrix(row, HoursColumn::UniqueId).toInt() != position.toInt())
+            continue;
+        m_grid->SetRow(row);
+        m_grid->SetCol(0);
+        m_grid->SelectWholeRow();
+        return;
+    }
+}

@@ -1,0 +1,69 @@
+#include "sync/modDeleteDatabases.h"
+
+#include "platform/clsRunTimeError.h"
+
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
+
+modDeleteDatabases::modDeleteDatabases(Tables &tables, modSync &sync, clsMessageBox &messages)
+    : m_tables(tables)
+    , m_sync(sync)
+    , m_messages(messages)
+{
+}
+
+bool modDeleteDatabases::AskDelete()
+{
+    return m_messages.Ask(u"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\n"
+                          u"Do you wish to continue?"_s,
+               MessageIcon::Exclamation, MessageButtons::YesNo, MessageAnswer::No)
+        == MessageAnswer::Yes;
+}
+
+bool modDeleteDatabases::DeleteAllDatabases()
+{
+    modDBMain &main = m_tables.Main;
+    try {
+        m_sync.CloseAllDatabases();
+        DeleteCompanies();
+        main.DeleteTable(main.GlobalName(DatabasePrefix::Company));
+        m_tables.GlobalOptions.Handle = main.CloseTable(m_tables.GlobalOptions.Handle);
+        main.DeleteTable(main.GlobalName(DatabasePrefix::GlobalOptions));
+        return true;
+    } catch (const clsRunTimeError &) {
+        return false; // the caller tells the user
+    }
+}
+
+void modDeleteDatabases::DeleteCompanies()
+{
+    modDBMain &main = m_tables.Main;
+    modDBComp &company = m_tables.Company;
+    const auto closed = qScopeGuard([&] { company.Handle = main.CloseTable(company.Handle); });
+    company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
+    if (!company.IsOpen())
+        return;
+    for (company.MoveFirst(); !company.IsEndOfTable(); company.MoveNext()) {
+        company.ReadCompany(company.Record);
+        DeleteCompanyDatabases(company.Record.Company_Code);
+    }
+}
+
+void modDeleteDatabases::DeleteCompanyDatabases(const QString &companyCode)
+{
+    modDBMain &main = m_tables.Main;
+    const auto remove = [&](auto &table, QStringView prefix) {
+        table.Handle = main.CloseTable(table.Handle);
+        main.DeleteTable(main.CompanyName(companyCode, prefix));
+    };
+    remove(m_tables.Options, DatabasePrefix::Options);
+    remove(m_tables.Employee, DatabasePrefix::Employee);
+    remove(m_tables.Multiplier, DatabasePrefix::Multiplier);
+    remove(m_tables.Divisions, DatabasePrefix::Divisions);
+    remove(m_tables.Customers, DatabasePrefix::Customers);
+    remove(m_tables.Projects, DatabasePrefix::Projects);
+    remove(m_tables.Activities, DatabasePrefix::Activities);
+    remove(m_tables.Entries, DatabasePrefix::Entries);
+    remove(m_tables.HoursSummary, DatabasePrefix::HoursSummary);
+}

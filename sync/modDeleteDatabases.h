@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/clsMessageBox.h"
+#include "store/Tables.h"
+#include "sync/modSync.h"
+
+#include <QString>
+
+/// Deletes the local databases, so that the computer can start afresh.
+class modDeleteDatabases
+{
+public:
+    modDeleteDatabases(Tables &tables, modSync &sync, clsMessageBox &messages); // all outlive it
+
+    /// Warns, with No as the default; true when the user wants to go on.
+    bool AskDelete();
+
+    /// Deletes the nine databases of every company that is listed, then the two global ones. A
+    /// missing one is no error.
+    /// False when one could not be deleted or the list could not be read; what comes after it in
+    /// that order is still there.
+    /// \pre SessionState::DeletionInProgress is set, so that all databases are closed first.
+    bool DeleteAllDatabases();
+
+private:
+    void DeleteCompanies();
+    void DeleteCompanyDatabases(const QString &companyCode);
+
+    Tables &m_tables;
+    modSync &m_sync;
+    clsMessageBox &m_messages;
+};

@@ -1,0 +1,145 @@
+// Deleting the local databases, on real files.
+
+#include "sync/modDeleteDatabases.h"
+
+#include "tests/support/Recorded.h"
+#include "tests/support/SampleCompany.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+GlobalOptionsRecord Global()
+{
+    GlobalOptionsRecord record;
+    record.Last_Company = u"ABC"_s;
+    return record;
+}
+
+class DeleteDatabases : public testing::Test
+{
+protected:
+    /// The database files that are there, without their extension.
+    QStringList Databases() const
+    {
+        QStringList names;
+        for (const QFileInfo &file : QDir(m_folder.Path()).entryInfoList(QDir::Files))
+            names.append(file.completeBaseName());
+        return names;
+    }
+    QString File(const QString &name) const { return m_folder.Path() + u'/' + name + u".db"_s; }
+    void OpenEverything()
+    {
+        m_folder.OpenAll();
+        m_session.CurrentCompanyCode = u"ABC"_s;
+        m_session.DeletionInProgress = true;
+    }
+
+    SampleFolder m_folder{{SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s)}, Global()};
+    Tables &m_tables = m_folder.Tables;
+    SessionState m_session;
+    clsRecordedMessages m_messages;
+    clsRecordedProcess m_process;
+    modSync m_sync{m_tables, m_session, m_messages, m_process};
+    modDeleteDatabases m_delete{m_tables, m_sync, m_messages};
+};
+
+} // namespace
+
+TEST_F(DeleteDatabases, TheQuestionWarnsAndNoIsTheDefault)
+{
+    EXPECT_FALSE(m_delete.AskDelete());
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_EQ(m_messages.Shown[0].Text,
+        u"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\n"
+        u"Do you wish to continue?"_s);
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(m_messages.Shown[0].Buttons, MessageButtons::YesNo);
+    EXPECT_EQ(m_messages.Shown[0].Preset, MessageAnswer::No);
+    m_messages.Answers = {MessageAnswer::Yes};
+    EXPECT_TRUE(m_delete.AskDelete());
+}
+
+TEST_F(DeleteDatabases, EveryDatabaseOfEveryListedCompanyGoes)
+{
+    OpenEverything();
+    m_tables.Main.CreateHoursSummary(u"ABCHoursSummary-WkLg"_s);
+    m_tables.HoursSummary.Handle = m_tables.Main.OpenTable(u"ABCHoursSummary-WkLg"_s);
+    EXPECT_EQ(Databases().size(), 2 * 8 + 1 + 2);
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_THAT(Databases(), IsEmpty());
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    for (const RecordStore::Handle handle : {m_tables.Company.Handle, m_tables.GlobalOptions.Handle,
+             m_tables.Options.Handle, m_tables.Employee.Handle, m_tables.Multiplier.Handle,
+             m_tables.Divisions.Handle, m_tables.Customers.Handle, m_tables.Projects.Handle,
+             m_tables.Activities.Handle, m_tables.Entries.Handle, m_tables.HoursSummary.Handle})
+        EXPECT_EQ(handle, 0);
+}
+
+TEST_F(DeleteDatabases, ACompanyThatIsNoLongerListedKeepsItsDatabases)
+{
+    BuildDatabase<EntryRecord>(m_folder.Path(), u"OLDEntries-WkLg"_s, {});
+    OpenEverything();
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_THAT(Databases(), ElementsAre(u"OLDEntries-WkLg"_s));
+}
+
+TEST_F(DeleteDatabases, WithoutACompanyDatabaseOnlyTheGlobalOnesGo)
+{
+    QStringList expected = Databases();
+    expected.removeOne(u"Company-WkLg"_s);
+    expected.removeOne(u"GlobalOptions-WkLg"_s);
+    ASSERT_TRUE(QFile::remove(File(u"Company-WkLg"_s)));
+    m_session.DeletionInProgress = true;
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_EQ(Databases(), expected);
+    EXPECT_TRUE(m_delete.DeleteAllDatabases()); // with nothing left at all
+    EXPECT_EQ(Databases(), expected);
+}
+
+TEST_F(DeleteDatabases, MissingDatabasesOfACompanyAreNoError)
+{
+    ASSERT_TRUE(QFile::remove(File(u"ABCProjects-WkLg"_s)));
+    ASSERT_TRUE(QFile::remove(File(u"XYZEntries-WkLg"_s)));
+    ASSERT_TRUE(QFile::remove(File(u"GlobalOptions-WkLg"_s)));
+    OpenEverything();
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_THAT(Databases(), IsEmpty());
+}
+
+TEST_F(DeleteDatabases, WhatCannotBeDeletedStopsItAndTheListOfCompaniesStays)
+{
+    OpenEverything();
+    // A folder in the place of a file that nobody opens before.
+    ASSERT_TRUE(QDir().mkpath(File(u"ABCHoursSummary-WkLg"_s) + u"/in the way"_s));
+    EXPECT_FALSE(m_delete.DeleteAllDatabases());
+    EXPECT_TRUE(QFile::exists(File(u"Company-WkLg"_s)));
+    EXPECT_TRUE(QFile::exists(File(u"GlobalOptions-WkLg"_s)));
+    EXPECT_FALSE(QFile::exists(File(u"ABCEntries-WkLg"_s)));
+    EXPECT_TRUE(QFile::exists(File(u"XYZOptions-WkLg"_s)));
+    EXPECT_FALSE(m_tables.Company.IsOpen());
+    // Once it is out of the way the rest is found again.
+    ASSERT_TRUE(QDir(File(u"ABCHoursSummary-WkLg"_s)).removeRecursively());
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_THAT(Databases(), IsEmpty());
+}
+
+TEST_F(DeleteDatabases, AListThatCannotBeReadDeletesNothing)
+{
+    const QStringList before = Databases();
+    QFile company(File(u"Company-WkLg"_s));
+    ASSERT_TRUE(company.open(QIODevice::WriteOnly));
+    company.write("no database");
+    company.close();
+    m_session.DeletionInProgress = true;
+    EXPECT_FALSE(m_delete.DeleteAllDatabases());
+    EXPECT_EQ(Databases(), before);
+}
