@@ -18,11 +18,19 @@ clsProgram::clsProgram(const QString &programFolder, const ProgramServices &serv
     , m_tables(programFolder)
     , m_sync(m_tables, m_session, services.Messages, services.Process)
     , m_deleteDatabases(m_tables, m_sync, services.Messages)
-    , m_entryInfo(m_tables, m_session, m_entry, m_list, m_screen, services.Messages, services.Clock)
+    , m_lookupModule(m_tables, m_session, m_entry, m_filter, m_lookup, services.Messages)
+    , m_transFilter(m_tables, m_filter, m_lookup)
+    , m_hrsSumm(m_tables, m_session, m_filter, m_sort)
+    , m_configure(m_tables, m_session, services.Settings, services.Browser, services.Messages,
+          services.Clock)
+    , m_syncOptions(m_tables, m_session, services.Clock)
+    , m_entryInfo(m_tables, m_session, m_entry, m_lookup, m_list, m_screen, services.Messages,
+          services.Clock)
     , m_entryList(m_tables, m_sync, m_session, m_filter, m_sort, m_list, m_entryInfo, m_screen,
           services.Messages, services.Clock)
 {
     m_entryList.EndProgram = [] { std::exit(EXIT_FAILURE); };
+    m_lookupModule.EndProgram = m_entryList.EndProgram;
 }
 
 clsProgram::~clsProgram() = default;
@@ -65,8 +73,10 @@ void clsProgram::ShowMainWindow()
 {
     m_screen = EntryScreen();
     m_window.reset(); // before the new one: leaving, it lets go of the grid
+    const EntryDialogs dialogs{
+        m_lookupModule, m_transFilter, m_hrsSumm, m_configure, m_syncOptions, m_filter};
     m_window = std::make_unique<frmEntryList>(
-        m_entryList, m_entryInfo, m_screen, m_services.Messages, m_services.Keys);
+        m_entryList, m_entryInfo, m_list, dialogs, m_screen, m_services.Messages, m_services.Keys);
     // These take the window down, so they wait until its own event handlers have returned.
     connect(m_window.get(), &frmEntryList::SyncRequested, this, &clsProgram::SyncCommand,
         Qt::QueuedConnection);
@@ -156,5 +166,6 @@ void clsProgram::StartAgain()
     m_lock.Close();
     m_session.CurrentCompanyCode.clear();
     m_list.LastCompany.clear();
+    m_filter = FilterState();
     StartUp();
 }

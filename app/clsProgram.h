@@ -6,12 +6,15 @@
 #include "entry/modEntryInfo.h"
 #include "entry/modEntryList.h"
 #include "platform/clsClock.h"
+#include "platform/clsFolderBrowser.h"
 #include "platform/clsInstanceLock.h"
 #include "platform/clsMessageBox.h"
 #include "platform/clsProcess.h"
 #include "platform/clsSendKeys.h"
+#include "platform/clsSettings.h"
 #include "session/EntryBeingEdited.h"
 #include "session/FilterState.h"
+#include "session/LookupState.h"
 #include "session/SessionState.h"
 #include "session/SortState.h"
 #include "store/Tables.h"
@@ -30,6 +33,8 @@ struct ProgramServices
     clsSendKeys &Keys;
     clsProcess &Process;
     const clsClock &Clock;
+    clsSettings &Settings;
+    clsFolderBrowser &Browser;
 };
 
 /// The whole program over one program folder: owns every object, starts up, starts up again after
@@ -74,11 +79,17 @@ private:
     EntryBeingEdited m_entry;
     FilterState m_filter;
     SortState m_sort;
+    LookupState m_lookup;
     EntryListState m_list;
     EntryScreen m_screen;
     clsInstanceLock m_lock;
     modSync m_sync;
     modDeleteDatabases m_deleteDatabases;
+    modLookup m_lookupModule;
+    modTransFilter m_transFilter;
+    modHrsSumm m_hrsSumm;
+    modConfigure m_configure;
+    modSyncOptions m_syncOptions;
     modEntryInfo m_entryInfo;
     modEntryList m_entryList;
     std::unique_ptr<frmEntryList> m_window;

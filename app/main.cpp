@@ -1,6 +1,7 @@
 #include "app/clsApplication.h"
 #include "app/clsProgram.h"
 #include "help/clsHelp.h"
+#include "platform/clsWindowFolderBrowser.h"
 #include "platform/clsWindowMessageBox.h"
 #include "platform/Paths.h"
 
@@ -16,8 +17,10 @@ int main(int argc, char **argv)
     clsProgramKeys keys;
     clsSystemProcess process;
     const clsSystemClock clock;
+    clsUserSettings settings;
+    clsWindowFolderBrowser browser;
     const clsHelp help(JoinPath(ProgramFolder(), u"WL.HLP"_s), messages);
-    clsProgram program(ProgramFolder(), {messages, keys, process, clock});
+    clsProgram program(ProgramFolder(), {messages, keys, process, clock, settings, browser});
 
     QObject::connect(&program, &clsProgram::MainWindowChanged,
         [&](QWidget *window) { messages.SetParent(window); });

@@ -1,9 +1,16 @@
 #include "entry/frmEntryList.h"
 
 #include "entry/ui_frmEntryList.h"
+#include "lookup/frmLookup.h"
+#include "lookup/frmTransFilter.h"
+#include "platform/ArrowPicture.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/clsUpperCase.h"
+#include "platform/FormEvents.h"
 #include "platform/Twips.h"
+#include "summary/frmHrsSumm.h"
+#include "sync/frmConfigure.h"
+#include "sync/frmSyncOptions.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -12,8 +19,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPainterPath>
 #include <QPushButton>
 #include <QScopeGuard>
 
@@ -34,40 +39,11 @@ constexpr std::array<const char *, EntryControls> ControlNames = {"cboCompany", 
     "lblAmount", "txtAmount", "chkReimburse", "chkApproved", "chkOnHold", "txtDescription",
     "msgEntryList", "cmdOK", "cmdUndo", "cmdDel", "cmdHrsSumm", "cmdTransFilter"};
 
-bool IsEnter(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
-/// Keys that move on, close or ask for help; no control swallows them.
-bool BelongsToTheWindow(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab
-        || event.key() == Qt::Key_Escape || event.key() == Qt::Key_F1 || event.key() == Qt::Key_Alt
-        || (event.modifiers() & Qt::AltModifier);
-}
-
-/// Coming back to the window, or from a menu or list of it, is not entering a field.
-bool EntersField(const QFocusEvent &event)
-{
-    return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason
-        && event.reason() != Qt::MenuBarFocusReason;
-}
-
 /// What a click leaves the focus alone on.
 bool IsBackground(const QWidget &control)
 {
     return control.isWindow() || qobject_cast<const QLabel *>(&control) != nullptr
         || control.objectName() == "wgtCentral"_L1;
-}
-
-void DrawBackground(QWidget &widget, bool buttonFace)
-{
-    QPalette colours;
-    if (buttonFace)
-        colours.setColor(QPalette::Base,
-            QApplication::palette(&widget).color(QPalette::Active, QPalette::Button));
-    widget.setPalette(colours);
 }
 
 void DrawText(QLineEdit &box, const ControlState &state)
@@ -96,9 +72,7 @@ void DrawLabel(QLabel &label, const ControlState &state)
 {
     if (state.Text.isNull())
         return;
-    // A label that leads to a field would read "&" as the sign of a shortcut.
-    QString text = state.Text;
-    label.setText(label.buddy() != nullptr ? text.replace(u'&', u"&&"_s) : text);
+    label.setText(label.buddy() != nullptr ? CaptionText(state.Text) : state.Text);
 }
 
 void DrawControl(QWidget &widget, const ControlState &state)
@@ -116,30 +90,16 @@ void DrawControl(QWidget &widget, const ControlState &state)
     widget.setEnabled(state.Enabled);
 }
 
-QPixmap ArrowPicture(const QWidget &window, bool up)
-{
-    constexpr int side = 8;
-    QPixmap picture(QSize(side, side) * window.devicePixelRatioF());
-    picture.setDevicePixelRatio(window.devicePixelRatioF());
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath arrow;
-    arrow.moveTo(0, up ? side - 2 : 2);
-    arrow.lineTo(side, up ? side - 2 : 2);
-    arrow.lineTo(side / 2.0, up ? 2 : side - 2);
-    arrow.closeSubpath();
-    painter.fillPath(arrow, window.palette().color(QPalette::ButtonText));
-    return picture;
-}
-
 } // namespace
 
-frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, EntryScreen &screen,
-    clsMessageBox &messages, clsSendKeys &keys)
+frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule,
+    EntryListState &list, const EntryDialogs &dialogs, EntryScreen &screen, clsMessageBox &messages,
+    clsSendKeys &keys)
     : ui(std::make_unique<Ui::frmEntryList>())
     , m_listModule(listModule)
     , m_entryModule(entryModule)
+    , m_list(list)
+    , m_dialogs(dialogs)
     , m_screen(screen)
     , m_messages(messages)
     , m_keys(keys)
@@ -163,6 +123,7 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, 
     ConnectQuantities();
     ConnectOthers();
     ConnectCommands();
+    ConnectDialogs();
     m_listModule.SetGrid(ui->msgEntryList);
     m_entryModule.TakeFocusedBox = [this] { return TakeFocusedBox(); };
     qApp->installEventFilter(this);
@@ -172,12 +133,14 @@ frmEntryList::~frmEntryList()
 {
     m_listModule.SetGrid(nullptr);
     m_entryModule.TakeFocusedBox = [] { return true; };
+    m_entryModule.ShowLookup = [] {};
+    m_dialogs.Filter.SelectEntryBox = [](FilterField) {};
 }
 
 void frmEntryList::DrawArrows()
 {
-    ui->picUp->setPixmap(ArrowPicture(*this, true));
-    ui->picDown->setPixmap(ArrowPicture(*this, false));
+    ui->picUp->setPixmap(ArrowPicture(*this, SortOrder::Ascending));
+    ui->picDown->setPixmap(ArrowPicture(*this, SortOrder::Descending));
     ui->msgEntryList->SetArrowPictures(ui->picUp->pixmap(), ui->picDown->pixmap());
 }
 
@@ -262,6 +225,111 @@ void frmEntryList::ConnectCommands()
     connect(ui->cmdHelp, &QPushButton::clicked, this, [this] { m_keys.SendKeys(u"{F1}"_s); });
 }
 
+void frmEntryList::ConnectDialogs()
+{
+    const auto connectLookup = [this](EntryControl button, EntryControl box) {
+        connect(static_cast<QPushButton *>(&WidgetOf(button)), &QPushButton::clicked, this,
+            [this, box] { LookUp(WidgetOf(box), LookupStart::AtTheTop); });
+    };
+    connectLookup(EntryControl::cmdCustomer, EntryControl::txtCustomer);
+    connectLookup(EntryControl::cmdProject, EntryControl::txtProject);
+    connectLookup(EntryControl::cmdActivity, EntryControl::txtActivity);
+    connectLookup(EntryControl::cmdMultiplier, EntryControl::txtMultiplierCode);
+    m_entryModule.ShowLookup
+        = [this] { frmLookup(m_dialogs.Lookup, m_messages, m_keys, this).ShowModal(); };
+    m_dialogs.Filter.SelectEntryBox = [this](FilterField field) { SelectBoxOfFilter(field); };
+    connect(ui->cmdHrsSumm, &QPushButton::clicked, this, &frmEntryList::cmdHrsSumm_Click);
+    connect(ui->cmdTransFilter, &QPushButton::clicked, this, &frmEntryList::cmdTransFilter_Click);
+    connect(ui->mnuConfigure, &QAction::triggered, this, &frmEntryList::mnuConfigure_Click);
+    connect(ui->mnuSync, &QAction::triggered, this, &frmEntryList::mnuSync_Click);
+}
+
+void frmEntryList::LookUp(const QWidget &box, LookupStart start)
+{
+    const size_t kind = &box == ui->txtCustomer ? LookupKinds::Customers
+        : &box == ui->txtProject                ? LookupKinds::Projects
+        : &box == ui->txtActivity               ? LookupKinds::Activities
+                                                : LookupKinds::Multipliers;
+    Handle([&] {
+        m_entryModule.LookUp(kind, start);
+        m_fieldEdited = m_fieldEdited && box.hasFocus();
+    });
+}
+
+void frmEntryList::ShowWhileSuppressed(const std::function<void()> &dialog)
+{
+    m_list.SuppressRowSelect = true;
+    const auto shown = qScopeGuard([this] { m_list.SuppressRowSelect = false; });
+    dialog();
+}
+
+void frmEntryList::SelectBoxOfFilter(FilterField field)
+{
+    // This window's own box is meant, not the filter's; this is kept.
+    switch (field) {
+    case FilterField::Customer:
+        ui->txtCustomer->selectAll();
+        break;
+    case FilterField::Project:
+        ui->txtProject->selectAll();
+        break;
+    case FilterField::Activity:
+        ui->txtActivity->selectAll();
+        break;
+    }
+}
+
+void frmEntryList::cmdHrsSumm_Click()
+{
+    if (!MayLeaveEntry())
+        return;
+    Handle([this] {
+        LoadEntryList();
+        frmHrsSumm dialog(m_dialogs.Summary, m_keys, this);
+        dialog.Load();
+        ShowWhileSuppressed([&] { dialog.exec(); });
+        // The sort state was reset with the summary's, so no header here carries the arrow.
+        m_listModule.ClearHeaderArrows();
+    });
+}
+
+void frmEntryList::cmdTransFilter_Click()
+{
+    if (!MayLeaveEntry())
+        return;
+    Handle([this] {
+        LoadEntryList();
+        ShowWhileSuppressed([this] {
+            frmTransFilter(m_dialogs.Filter, m_dialogs.Lookup, m_messages, m_keys, this)
+                .ShowModal();
+        });
+        m_entryModule.TakeProjectFromBox();
+        m_entryModule.Changed = false;
+        const bool cancelled = std::exchange(m_dialogs.Filtered.FilterCancelled, false);
+        const bool cleared = std::exchange(m_dialogs.Filtered.FilterCleared, false);
+        if (!cancelled || cleared)
+            LoadEntryList();
+    });
+}
+
+void frmEntryList::mnuConfigure_Click()
+{
+    ShowWhileSuppressed([this] {
+        frmConfigure dialog(m_dialogs.Configure, m_messages, m_keys, this);
+        dialog.Load();
+        dialog.exec();
+    });
+}
+
+void frmEntryList::mnuSync_Click()
+{
+    ShowWhileSuppressed([this] {
+        frmSyncOptions dialog(m_dialogs.SyncOptions, m_messages, m_keys, this);
+        dialog.Load();
+        dialog.exec();
+    });
+}
+
 void frmEntryList::LoadEntryList()
 {
     const auto drawn = qScopeGuard([this] { Render(); });
@@ -329,6 +397,8 @@ void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
     }
     m_focusByMouse = false;
     m_entryModule.RememberFocusTexts();
+    if (&control == ui->txtMultiplierCode && std::exchange(m_entryModule.SkipMultiplier, false))
+        m_keys.SendKeys(u"{TAB}"_s);
 }
 
 void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
@@ -472,20 +542,13 @@ void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
     Render();
 }
 
-EntryControl frmEntryList::ControlAfterActivity() const
-{
-    const EntryBeingEdited &entry = m_entryModule.Entry;
-    return entry.IsExpense() && entry.AmountOnly == "Y"_L1 ? EntryControl::txtAmount
-                                                           : EntryControl::txtHours;
-}
-
 bool frmEntryList::HandleEnter(QWidget &control)
 {
     if (IsCodeBox(control)) {
         if (!TakeBox(control))
             return true;
         if (&control == ui->txtActivity)
-            FocusTo(ControlAfterActivity());
+            FocusTo(m_entryModule.AfterActivity());
         else
             m_keys.SendKeys(u"{TAB}"_s);
         return true;
@@ -509,7 +572,7 @@ bool frmEntryList::HandleTab(QWidget &control)
     if (!TakeBox(control))
         return true;
     if (&control == ui->txtActivity)
-        FocusTo(ControlAfterActivity());
+        FocusTo(m_entryModule.AfterActivity());
     else if (&control == ui->txtHours || &control == ui->txtAmount)
         FocusTo(EntryControl::txtDescription);
     else
@@ -546,6 +609,10 @@ bool frmEntryList::HandleKey(QWidget &control, QKeyEvent &event)
     }
     if (auto *list = qobject_cast<QComboBox *>(&control))
         return HandleListKey(*list, event);
+    if (event.key() == Qt::Key_F2 && IsCodeBox(control)) {
+        LookUp(control, LookupStart::AtTheText);
+        return true;
+    }
     if (IsEnter(event))
         return HandleEnter(control);
     if (event.key() == Qt::Key_Tab)

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "entry/clsM90Mask.h"
+#include "entry/EntryDialogs.h"
+#include "entry/EntryListState.h"
 #include "entry/EntryScreen.h"
 #include "entry/modEntryInfo.h"
 #include "entry/modEntryList.h"
@@ -29,8 +31,9 @@ class frmEntryList : public QMainWindow
 
 public:
     /// All outlive it.
-    frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, EntryScreen &screen,
-        clsMessageBox &messages, clsSendKeys &keys);
+    frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, EntryListState &list,
+        const EntryDialogs &dialogs, EntryScreen &screen, clsMessageBox &messages,
+        clsSendKeys &keys);
     ~frmEntryList() override;
 
     /// Reloads the list and draws the window.
@@ -57,6 +60,7 @@ private:
     void ConnectQuantities();
     void ConnectOthers();
     void ConnectCommands();
+    void ConnectDialogs();
     void DrawArrows();
 
     void Render(); ///< the one place that writes controls
@@ -66,7 +70,6 @@ private:
     void Handle(const std::function<void()> &action);
 
     bool HandleKey(QWidget &control, QKeyEvent &event);
-    EntryControl ControlAfterActivity() const;
     bool HandleEnter(QWidget &control);
     bool HandleTab(QWidget &control);
     bool HandleListKey(QComboBox &list, const QKeyEvent &event);
@@ -87,13 +90,22 @@ private:
     QWidget &WidgetOf(EntryControl control) const;
     void FocusTo(EntryControl control);
 
+    void LookUp(const QWidget &box, LookupStart start);
+    void ShowWhileSuppressed(const std::function<void()> &dialog);
+    void SelectBoxOfFilter(FilterField field);
     void cmdOK_Click();
+    void cmdHrsSumm_Click();
+    void cmdTransFilter_Click();
+    void mnuConfigure_Click();
+    void mnuSync_Click();
     void msgEntryList_Click();
     void EscapePressed();
 
     std::unique_ptr<Ui::frmEntryList> ui;
     modEntryList &m_listModule;
     modEntryInfo &m_entryModule;
+    EntryListState &m_list;
+    EntryDialogs m_dialogs;
     EntryScreen &m_screen;
     clsMessageBox &m_messages;
     clsSendKeys &m_keys;

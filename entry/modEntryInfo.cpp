@@ -26,10 +26,12 @@ constexpr std::array RateControls = {
 } // namespace
 
 modEntryInfo::modEntryInfo(Tables &tables, const SessionState &session, EntryBeingEdited &entry,
-    EntryListState &list, EntryScreen &screen, clsMessageBox &messages, const clsClock &clock)
+    LookupState &lookup, EntryListState &list, EntryScreen &screen, clsMessageBox &messages,
+    const clsClock &clock)
     : Entry(entry)
     , m_tables(tables)
     , m_session(session)
+    , m_lookup(lookup)
     , m_list(list)
     , m_screen(screen)
     , m_messages(messages)
@@ -73,6 +75,7 @@ void modEntryInfo::Show(Reading reading)
     m_loading = true;
     const auto shown = qScopeGuard([this] { m_loading = false; });
     m_activityFocusRequested = false;
+    m_statusTextBefore = m_previousStatusText;
     if (EntryLoaded && reading == Reading::Stored && !m_list.SuppressRowSelect)
         ReadStoredEntry();
     ShowClosedState();
@@ -88,7 +91,9 @@ void modEntryInfo::Show(Reading reading)
     ShowApproval();
     ShowOnHold();
     ShowCompanySelector();
-    if (reading == Reading::Stored)
+    if (reading == Reading::AfterLookup)
+        RequestFocusAfterLookup();
+    else if (reading == Reading::Stored)
         RequestEntryFocus();
     RememberFocusTexts();
 }
@@ -172,6 +177,10 @@ void modEntryInfo::OpenProject(bool open)
 
 void modEntryInfo::ShowCodes()
 {
+    if (m_pendingLookup == LookupKinds::Customers) {
+        Entry.CustomerCode = m_lookup.LookupCustomerCode;
+        Entry.ProjectCode.clear();
+    }
     m_screen[EntryControl::txtCustomer].Text = Entry.CustomerCode;
     m_screen[EntryControl::txtProject].Text = Entry.ProjectCode;
     m_screen[EntryControl::txtProject].Enabled = true;
@@ -285,10 +294,10 @@ void modEntryInfo::ShowFieldCaptions()
 
 void modEntryInfo::RememberFocusTexts()
 {
-    m_previousCustomer = Entry.CustomerCode;
-    m_previousProject = Entry.ProjectCode;
-    m_previousActivity = Entry.ActivityCode;
-    m_previousMultiplier = Entry.MultiplierCode;
+    m_previousCustomer = m_screen[EntryControl::txtCustomer].Text;
+    m_previousProject = m_screen[EntryControl::txtProject].Text;
+    m_previousActivity = m_screen[EntryControl::txtActivity].Text;
+    m_previousMultiplier = m_screen[EntryControl::txtMultiplierCode].Text;
     m_previousStatusText = m_screen[EntryControl::cboBStatus].ItemText();
     m_previousOptionText = m_screen[EntryControl::cboBOption].ItemText();
 }

@@ -2,13 +2,16 @@
 
 #include "entry/EntryListState.h"
 #include "entry/EntryScreen.h"
+#include "lookup/modTransFilter.h"
 #include "platform/clsClock.h"
 #include "platform/clsMessageBox.h"
 #include "session/EntryBeingEdited.h"
+#include "session/LookupState.h"
 #include "session/SessionState.h"
 #include "store/Tables.h"
 
 #include <functional>
+#include <optional>
 
 /// What a code check did with the code in its box.
 enum class CodeCheck
@@ -29,10 +32,15 @@ class modEntryInfo
 public:
     /// All outlive it.
     modEntryInfo(Tables &tables, const SessionState &session, EntryBeingEdited &entry,
-        EntryListState &list, EntryScreen &screen, clsMessageBox &messages, const clsClock &clock);
+        LookupState &lookup, EntryListState &list, EntryScreen &screen, clsMessageBox &messages,
+        const clsClock &clock);
 
     /// Reloads the entry list; connected by whoever owns the list.
     std::function<void()> ReloadList;
+
+    /// Shows the lookup that the shared state asks for and returns when it has closed. Connected
+    /// by the window.
+    std::function<void()> ShowLookup = [] {};
 
     /// Takes in the box that has the focus as if it were left; false when its code was refused.
     /// Connected by the window.
@@ -63,6 +71,15 @@ public:
     CodeCheck CheckMultiplier();
     bool ValidateEntry(); ///< false after one message; FailedField names the field
 
+    /// Opens the lookup of a code (one of LookupKinds) and takes the choice into the entry. Does
+    /// nothing for a project without a customer.
+    void LookUp(size_t kind, LookupStart start);
+    /// The multiplier's box is passed over when it next gets the focus; taken away by that.
+    bool SkipMultiplier = false;
+    /// What a lookup for the filter left in the entry gives way to what the box shows.
+    void TakeProjectFromBox();
+    EntryControl AfterActivity() const; ///< the field that follows the activity
+
     // Billing, hours, rate and amount.
     void ApplyBillingStatus();
     void ApplyBillingOption();
@@ -92,7 +109,8 @@ private:
     enum class Reading
     {
         Stored,
-        AsEdited ///< the edits stay, and so does the focus
+        AsEdited, ///< the edits stay, and so does the focus
+        AfterLookup ///< the edits stay, and the focus moves on from the looked up code
     };
 
     void Show(Reading reading);
@@ -108,6 +126,11 @@ private:
     void ShowCompanySelector();
     void RequestEntryFocus();
     bool LocksApproved() const;
+
+    QString LookupKindText(size_t kind) const;
+    void TakeLookedUpCode(size_t kind);
+    void RequestFocusAfterLookup();
+    void ApplyBillingRules();
 
     void OpenProject(bool open);
     CodeCheck Refuse(EntryControl box, QString &code, const QString &previous);
@@ -148,11 +171,13 @@ private:
 
     Tables &m_tables;
     const SessionState &m_session;
+    LookupState &m_lookup;
     EntryListState &m_list;
     EntryScreen &m_screen;
     clsMessageBox &m_messages;
     const clsClock &m_clock;
 
+    std::optional<size_t> m_pendingLookup; // the kind of the lookup whose code is being taken
     bool m_loading = false; // what changes now is no edit
     bool m_activityFocusRequested = false;
     qint32 m_position = 0; // of the loaded entry in the Entries table
@@ -165,6 +190,7 @@ private:
     QString m_previousMultiplier;
     QString m_previousStatusText;
     QString m_previousOptionText;
+    QString m_statusTextBefore; // the remembered status text as it was before the entry was shown
 
     // What the last walk over the rate sources found.
     QString m_proposedOption;

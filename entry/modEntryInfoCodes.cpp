@@ -42,11 +42,8 @@ CodeCheck modEntryInfo::CheckCustomer()
     }
     if (!m_tables.Customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
         return Refuse(EntryControl::txtCustomer, Entry.CustomerCode, m_previousCustomer);
-    const QString statusText = m_previousStatusText;
     ShowAgain();
-    m_previousStatusText = statusText;
-    ApplyBillingStatus();
-    ApplyBillingDefaults();
+    ApplyBillingRules();
     return CodeCheck::Accepted;
 }
 
@@ -59,12 +56,21 @@ CodeCheck modEntryInfo::CheckProject()
     }
     if (!m_tables.Projects.Find(0, ProjectKey(Entry.CustomerCode, Entry.ProjectCode)))
         return Refuse(EntryControl::txtProject, Entry.ProjectCode, m_previousProject);
-    const QString statusText = m_previousStatusText;
+    // Coming from the lookup the entry is shown and its rules run once, by whoever opened it.
+    if (m_pendingLookup == LookupKinds::Projects)
+        return CodeCheck::Accepted;
     ShowAgain();
-    m_previousStatusText = statusText;
+    ApplyBillingRules();
+    return CodeCheck::Accepted;
+}
+
+void modEntryInfo::ApplyBillingRules()
+{
+    // Showing the entry has remembered the status that it shows; after an accepted code the rules
+    // run all the same.
+    m_previousStatusText = m_statusTextBefore;
     ApplyBillingStatus();
     ApplyBillingDefaults();
-    return CodeCheck::Accepted;
 }
 
 void modEntryInfo::TakeActivity(bool found)
@@ -109,7 +115,6 @@ CodeCheck modEntryInfo::CheckActivity()
         SelectFieldText(EntryControl::txtActivity);
         return CodeCheck::Refused;
     }
-    const QString statusText = m_previousStatusText;
     if (!Entry.IsExpense() && IsNotBilled())
         ClearBillingData();
     ShowAgain();
@@ -119,7 +124,7 @@ CodeCheck modEntryInfo::CheckActivity()
     const bool opensBilling = (level == "3"_L1 || level == "4"_L1)
         && m_tables.Options.Working.Billing_Option_Switch == "Y"_L1;
     if (!opensBilling) {
-        m_previousStatusText = statusText;
+        m_previousStatusText = m_statusTextBefore;
         ApplyBillingStatus();
     }
     ApplyBillingDefaults();

@@ -337,6 +337,12 @@ void modEntryList::SortEntryList()
     m_list.SelectedRow = m_grid->Row();
 }
 
+void modEntryList::ClearHeaderArrows()
+{
+    for (int column = 0; column < m_grid->Cols(); ++column)
+        m_grid->SetHeaderArrow(column, {});
+}
+
 void modEntryList::CompanyChanged()
 {
     m_list.CompanyChangeInProgress = true;

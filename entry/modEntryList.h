@@ -41,6 +41,7 @@ public:
     void StartNewEntry();
     void SaveLastCompany();
     void LockEntryWindow();
+    void ClearHeaderArrows(); ///< the sort state no longer speaks of this list
 
 private:
     bool FillEntryRecordset();

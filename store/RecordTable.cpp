@@ -176,7 +176,7 @@ void RecordTable::Sort(const std::vector<size_t> &fields)
     records.reserve(m_order.size());
     for (const Slot slot : m_order)
         records.push_back({SortKey(slot, fields.front()), slot});
-    std::sort(records.begin(), records.end(), [&](const Keyed &a, const Keyed &b) {
+    const auto before = [&](const Keyed &a, const Keyed &b) {
         if (a.Key != b.Key)
             return a.Key < b.Key;
         for (const size_t field : fields) {
@@ -185,13 +185,36 @@ void RecordTable::Sort(const std::vector<size_t> &fields)
                 return order < 0;
         }
         return a.At < b.At; // slots are numbered in stored order
-    });
+    };
+    // Most often the order is asked for that stands already.
+    if (std::is_sorted(records.begin(), records.end(), before))
+        return TakeOrderAsIndex(fields.front());
+    std::sort(records.begin(), records.end(), before);
     for (size_t i = 0; i < records.size(); ++i) {
         m_order[i] = records[i].At;
         m_places[records[i].At] = static_cast<Slot>(i);
     }
     for (Index &index : m_indexes)
         index.Built = index.Built && index.Unique;
+    TakeOrderAsIndex(fields.front());
+}
+
+void RecordTable::TakeOrderAsIndex(size_t field)
+{
+    Index &index = m_indexes[field];
+    if (index.Built)
+        return;
+    index = Index();
+    index.Built = true;
+    index.Slots = m_order;
+    index.Keys.reserve(m_order.size());
+    for (const Slot slot : m_order) {
+        const quint64 key = SortKey(slot, field);
+        if (!index.Keys.empty() && index.Keys.back() == key
+            && CompareSlots(m_order[index.Keys.size() - 1], slot, field) == 0)
+            index.Unique = false;
+        index.Keys.push_back(key);
+    }
 }
 
 void RecordTable::Build(Index &index, size_t field) const

@@ -14,7 +14,8 @@
 /// Shape: a position is a record's zero-based place in the current order. Values lie by column,
 ///        texts in one buffer a column.
 /// Costs: reading a value is O(1), FindFirstNotBelow O(log n) once the field's index stands; the
-///        index is built at the field's first search and then kept up to date.
+///        index is built at the field's first search, or by a sort that the field leads, and then
+///        kept up to date. Sorting into the order that stands looks at every record once.
 class RecordTable
 {
 public:
@@ -73,6 +74,7 @@ private:
     void PutText(Column &column, size_t slot, std::string_view text);
     Slot NewSlot(qint64 rowId);
     void Build(Index &index, size_t field) const;
+    void TakeOrderAsIndex(size_t field); ///< the order is that of the field
     void InsertInto(Index &index, size_t field, Slot slot) const;
     void RemoveFrom(Index &index, Slot slot) const;
     size_t Rank(const Index &index, size_t field, Slot slot) const;

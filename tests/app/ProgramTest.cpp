@@ -42,7 +42,10 @@ protected:
     {
         return QDir(Folder()).entryList({u"*.db"_s, u"*.db-journal"_s}, QDir::Files);
     }
-    ProgramServices Services() { return {m_messages, m_keys, m_process, m_clock}; }
+    ProgramServices Services()
+    {
+        return {m_messages, m_keys, m_process, m_clock, m_settings, m_browser};
+    }
 
     /// An accounting installation, so that a run reaches the client.
     void MakeInstallation()
@@ -75,6 +78,8 @@ protected:
     clsRecordedKeys m_keys;
     clsRecordedProcess m_process;
     clsFixedClock m_clock;
+    clsRecordedSettings m_settings;
+    clsRecordedBrowser m_browser;
 };
 
 GlobalOptionsRecord Global(const QString &company)

@@ -105,7 +105,7 @@ TEST_F(EntryList, ShowsRatesOfTimeOnlyWithSwitchAndPermission)
         Add(u"MILES"_s, Monday, "1");
         QTemporaryDir folder;
         BuildSampleCompanies(folder.path(), {Company});
-        clsProgram program(folder.path(), {Messages, Keys, Process, Clock});
+        clsProgram program(folder.path(), {Messages, Keys, Process, Clock, Settings, Browser});
         program.StartUp();
         const auto &grid = Control<clsGrid>(*program.MainWindow(), "msgEntryList");
         EXPECT_EQ(grid.TextMatrix(1, EntryColumn::Rate).isEmpty(), !c.Shown) << c.Switch << c.Level;

@@ -36,7 +36,7 @@ void EntryRules::Start()
     Data().Options.LoadOptions();
     Data().Employee.LoadEmployee();
     Session.CurrentCompanyCode = Company.Code;
-    m_rules.emplace(Data(), Session, Entry, List, Screen, Messages, Clock);
+    m_rules.emplace(Data(), Session, Entry, Lookup, List, Screen, Messages, Clock);
     m_rules->ReloadList = [this] { ++Reloads; };
     m_rules->ClearEntry();
     Reloads = 0;

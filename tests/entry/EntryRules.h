@@ -59,6 +59,7 @@ protected:
     SampleCompany Company;
     SessionState Session;
     EntryBeingEdited Entry;
+    LookupState Lookup;
     EntryListState List;
     EntryScreen Screen;
     clsRecordedMessages Messages;

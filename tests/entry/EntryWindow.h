@@ -30,7 +30,7 @@ protected:
     {
         BuildSampleCompanies(Folder.path(), {Company});
         Program = std::make_unique<clsProgram>(
-            Folder.path(), ProgramServices{Messages, Keys, Process, Clock});
+            Folder.path(), ProgramServices{Messages, Keys, Process, Clock, Settings, Browser});
         Program->StartUp();
         ASSERT_TRUE(ShowActive(Window()));
         LetEventsRun();
@@ -123,5 +123,7 @@ protected:
     clsProgramKeys Keys;
     clsRecordedProcess Process;
     clsFixedClock Clock;
+    clsRecordedSettings Settings;
+    clsRecordedBrowser Browser;
     std::unique_ptr<clsProgram> Program;
 };

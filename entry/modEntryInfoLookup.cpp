@@ -1,0 +1,116 @@
+// Taking a code from the lookup window.
+
+#include "entry/modEntryInfo.h"
+
+#include <array>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Where a code stands, and which field follows it.
+EntryControl BoxOf(size_t kind)
+{
+    constexpr std::array boxes = {EntryControl::txtCustomer, EntryControl::txtProject,
+        EntryControl::txtActivity, EntryControl::txtMultiplierCode};
+    return boxes.at(kind);
+}
+
+} // namespace
+
+QString modEntryInfo::LookupKindText(size_t kind) const
+{
+    const OptionsRecord &options = m_tables.Options.Working;
+    const std::array texts = {options.Customer_Term, options.Project_Term, options.Activity_Term,
+        LookupKinds::BillingRateMultiplier};
+    return texts.at(kind);
+}
+
+void modEntryInfo::LookUp(size_t kind, LookupStart start)
+{
+    if (kind == LookupKinds::Projects && Entry.CustomerCode.isEmpty())
+        return;
+    m_lookup.LookupKind = LookupKindText(kind);
+    m_lookup.LookupFromFilter = false;
+    m_lookup.LookupStartText = m_screen[BoxOf(kind)].Text;
+    m_lookup.LookupStartPending = start == LookupStart::AtTheText;
+    m_lookup.LookupPending = true;
+    m_lookup.LookupSelected = false;
+    m_lookup.LookupCustomerCode = Entry.CustomerCode;
+    m_lookup.LookupActivityCode = Entry.ActivityCode;
+    m_list.SuppressRowSelect = true;
+    ShowLookup();
+    m_list.SuppressRowSelect = false;
+    m_lookup.LookupStartPending = false;
+    m_lookup.LookupPending = false;
+
+    const bool selected = std::exchange(m_lookup.LookupSelected, false);
+    const bool cancelled = std::exchange(m_lookup.LookupCancelled, false);
+    if (cancelled || !selected) {
+        m_lookup.LookupKind.clear();
+        SelectFieldText(BoxOf(kind));
+        return;
+    }
+    TakeLookedUpCode(kind);
+}
+
+void modEntryInfo::TakeLookedUpCode(size_t kind)
+{
+    // The project and the multiplier stand in the entry already.
+    if (kind == LookupKinds::Customers)
+        Entry.CustomerCode = m_lookup.LookupCustomerCode;
+    else if (kind == LookupKinds::Activities)
+        Entry.ActivityCode = m_lookup.LookupActivityCode;
+    const std::array codes
+        = {Entry.CustomerCode, Entry.ProjectCode, Entry.ActivityCode, Entry.MultiplierCode};
+    m_screen[BoxOf(kind)].Text = codes.at(kind);
+    FieldEdited();
+
+    m_pendingLookup = kind;
+    CodeCheck result = CodeCheck::Accepted;
+    if (kind == LookupKinds::Customers)
+        result = CheckCustomer();
+    else if (kind == LookupKinds::Projects)
+        result = CheckProject();
+    else if (kind == LookupKinds::Activities)
+        result = CheckActivity();
+    else
+        result = CheckMultiplier();
+    if (result == CodeCheck::Accepted) {
+        Show(Reading::AfterLookup);
+        if (kind == LookupKinds::Projects)
+            ApplyBillingRules();
+    }
+    m_pendingLookup.reset();
+}
+
+void modEntryInfo::RequestFocusAfterLookup()
+{
+    switch (*m_pendingLookup) {
+    case LookupKinds::Customers:
+        m_screen.Focus = {EntryControl::txtProject};
+        break;
+    case LookupKinds::Projects:
+        m_screen.Focus = {EntryControl::txtActivity};
+        break;
+    case LookupKinds::Activities:
+        m_screen.Focus = {AfterActivity()};
+        break;
+    default:
+        SkipMultiplier = true;
+        m_screen.Focus = {EntryControl::txtHours};
+        break;
+    }
+}
+
+EntryControl modEntryInfo::AfterActivity() const
+{
+    return Entry.IsExpense() && Entry.AmountOnly == "Y"_L1 ? EntryControl::txtAmount
+                                                           : EntryControl::txtHours;
+}
+
+void modEntryInfo::TakeProjectFromBox()
+{
+    Entry.ProjectCode = m_screen[EntryControl::txtProject].Text;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <exception>
+
+/// Runs `open`, which shows a modal dialog and comes back when it has closed, and inside it the
+/// user's `steps`, which take the dialog and close it. Steps that end early, by a failed check or
+/// an exception, have failed, and the dialog is closed for them: a run never hangs.
+template <class Open, class Steps>
+void WithModal(Open &&open, Steps &&steps)
+{
+    const QWidget *const outer = QApplication::activeModalWidget();
+    bool ran = false;
+    QTimer timer;
+    timer.setInterval(0);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        QWidget *const dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr || dialog == outer)
+            return; // not open yet
+        timer.stop();
+        try {
+            EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+            steps(*dialog);
+            ran = true;
+        } catch (const std::exception &error) {
+            ADD_FAILURE() << error.what();
+        }
+        if (QApplication::activeModalWidget() == dialog) {
+            ADD_FAILURE() << "the steps have left the dialog open";
+            dialog->close();
+        }
+    });
+    timer.start();
+    open();
+    EXPECT_TRUE(ran) << "the dialog did not open";
+}
