@@ -90,6 +90,8 @@ void modEntryInfo::Show(Reading reading)
     ShowCompanySelector();
     if (reading == Reading::Stored)
         RequestEntryFocus();
+    else if (m_activityFocusRequested)
+        m_screen.Focus = {EntryControl::txtActivity};
     RememberFocusTexts();
 }
 

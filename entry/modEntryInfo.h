@@ -92,7 +92,7 @@ private:
     enum class Reading
     {
         Stored,
-        AsEdited ///< the edits stay, and so does the focus
+        AsEdited ///< the edits stay, and so does the focus unless the activity is taken out
     };
 
     void Show(Reading reading);
