@@ -6,7 +6,7 @@ void OpenGlobalOptions(Tables &tables)
 {
     modDBMain &main = tables.Main;
     const QString name = main.GlobalName(DatabasePrefix::GlobalOptions);
-    main.CloseTable(tables.GlobalOptions.Handle);
+    tables.GlobalOptions.Handle = main.CloseTable(tables.GlobalOptions.Handle);
     tables.GlobalOptions.TakeHandle(main.OpenTable(name));
     if (tables.GlobalOptions.IsOpen())
         return;

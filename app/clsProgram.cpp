@@ -4,7 +4,11 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/Paths.h"
 
+#include <QApplication>
+#include <QScopedValueRollback>
+
 #include <cstdlib>
+#include <new>
 
 using namespace Qt::StringLiterals;
 
@@ -48,6 +52,9 @@ void clsProgram::StartUp()
             m_services.Messages.Tell(start + u"Worklog Remote is already running."_s);
         else
             m_services.Messages.Tell(start + error.Description(), MessageIcon::Critical);
+    } catch (const std::bad_alloc &) {
+        m_services.Messages.Tell(
+            u"Error %1; Out of memory"_s.arg(RunTimeErrors::OutOfMemory), MessageIcon::Critical);
     }
     if (!m_window)
         emit Ended(EXIT_FAILURE);
@@ -56,9 +63,10 @@ void clsProgram::StartUp()
 void clsProgram::ShowMainWindow()
 {
     m_screen = EntryScreen();
+    m_window.reset(); // before the new one: leaving, it lets go of the grid
     m_window = std::make_unique<frmEntryList>(
         m_entryList, m_entryInfo, m_screen, m_services.Messages, m_services.Keys);
-    // Both take the window down, so they wait until its own event handlers have returned.
+    // It takes the window down, so it waits until the window's own event handlers have returned.
     connect(m_window.get(), &frmEntryList::SyncRequested, this, &clsProgram::SyncCommand,
         Qt::QueuedConnection);
     connect(m_window.get(), &frmEntryList::Terminated, this, &clsProgram::MainWindowTerminated);
@@ -68,13 +76,11 @@ void clsProgram::ShowMainWindow()
 
 void clsProgram::MainWindowTerminated()
 {
-    try {
-        if (!m_session.NotSynchronised)
+    Report([this] {
+        if (!m_session.NotSynchronised && !m_session.SynchronisationInProgress)
             m_entryList.SaveLastCompany();
-        m_sync.CloseAllDatabases();
-    } catch (const clsRunTimeError &error) {
-        m_services.Messages.Tell(error.Message());
-    }
+    });
+    Report([this] { m_sync.CloseAllDatabases(); });
     if (!m_session.SynchronisationInProgress && !m_session.DeletionInProgress)
         emit Ended(EXIT_SUCCESS);
 }
@@ -86,17 +92,33 @@ void clsProgram::UnloadMainWindow()
     emit MainWindowChanged(nullptr);
 }
 
-void clsProgram::SyncCommand()
+bool clsProgram::MayTakeWindowDown() const
 {
-    if (!m_window || m_session.SynchronisationInProgress || !m_window->MayLeaveEntry())
-        return;
-    m_entryInfo.Changed = false;
-    m_session.SynchronisationInProgress = true;
+    // The command was queued: meanwhile the window may have been closed, or a message box, in
+    // whose event loop this is running, may stand on one of the window's own event handlers.
+    return m_window && m_window->isVisible() && !m_commandRuns
+        && QApplication::activeModalWidget() == nullptr;
+}
+
+void clsProgram::Report(const std::function<void()> &action)
+{
     try {
-        m_entryList.SaveLastCompany();
+        action();
     } catch (const clsRunTimeError &error) {
         m_services.Messages.Tell(error.Message());
     }
+}
+
+void clsProgram::SyncCommand()
+{
+    if (!MayTakeWindowDown())
+        return;
+    const QScopedValueRollback<bool> running(m_commandRuns, true);
+    if (!m_window->MayLeaveEntry())
+        return;
+    m_entryInfo.Changed = false;
+    m_session.SynchronisationInProgress = true;
+    Report([this] { m_entryList.SaveLastCompany(); });
     UnloadMainWindow();
     m_sync.RunSynchronisation();
     StartAgain();

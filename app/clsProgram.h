@@ -56,6 +56,8 @@ private:
     void HoldTheLock();
     void ShowMainWindow();
     void SyncCommand();
+    bool MayTakeWindowDown() const;
+    void Report(const std::function<void()> &action); ///< tells the run-time error that it raises
     void UnloadMainWindow();
     void MainWindowTerminated();
     void StartAgain();
@@ -74,4 +76,5 @@ private:
     modEntryInfo m_entryInfo;
     modEntryList m_entryList;
     std::unique_ptr<frmEntryList> m_window;
+    bool m_commandRuns = false; // a command that takes the window down
 };

@@ -65,7 +65,8 @@ void DrawBackground(QWidget &widget, bool buttonFace)
 {
     QPalette colours;
     if (buttonFace)
-        colours.setColor(QPalette::Base, widget.palette().color(QPalette::Button));
+        colours.setColor(QPalette::Base,
+            QApplication::palette(&widget).color(QPalette::Active, QPalette::Button));
     widget.setPalette(colours);
 }
 
@@ -144,10 +145,16 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule, 
     , m_keys(keys)
 {
     ui->setupUi(this);
-    for (size_t i = 0; i < EntryControls; ++i)
+    for (size_t i = 0; i < EntryControls; ++i) {
         m_widgets.at(i) = findChild<QWidget *>(QString::fromLatin1(ControlNames.at(i)));
+        // Between a time and an expense entry fields come and go; the others stay where they are.
+        QSizePolicy policy = m_widgets.at(i)->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        m_widgets.at(i)->setSizePolicy(policy);
+    }
     m_screen[EntryControl::txtUser].Locked = true;
     m_screen[EntryControl::txtUser].InTabOrder = false;
+    m_screen[EntryControl::txtUser].ButtonFace = true;
     m_screen[EntryControl::txtMultiplierFactor].Locked = true;
     m_screen[EntryControl::txtMultiplierFactor].InTabOrder = false;
     DrawArrows();

@@ -11,6 +11,7 @@
 #include <array>
 #include <limits>
 #include <new>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -120,17 +121,11 @@ void modEntryList::OpenCompany()
 
 void modEntryList::ChangeCompany()
 {
-    if (!m_list.LastCompany.isEmpty())
+    // Until the new company stands open none does: a failure on the way must not leave a name
+    // whose databases are closed.
+    if (!std::exchange(m_list.LastCompany, {}).isEmpty())
         m_sync.CloseAllDatabases();
-    try {
-        OpenCompany();
-    } catch (const clsRunTimeError &) {
-        // The former company stays usable.
-        m_session.CurrentCompanyCode = m_list.LastCompany;
-        if (!m_list.LastCompany.isEmpty())
-            OpenCompany();
-        throw;
-    }
+    OpenCompany();
     m_screen[EntryControl::lblCompanyName].Text = m_session.CurrentCompanyName;
     m_entry.ShowFieldCaptions();
     m_screen[EntryControl::txtUser].Text = m_tables.Employee.Working.Employee_Number;
@@ -348,12 +343,26 @@ void modEntryList::CompanyChanged()
     const auto changed = qScopeGuard([this] { m_list.CompanyChangeInProgress = false; });
     const QString former = m_session.CurrentCompanyCode;
     m_session.CurrentCompanyCode = m_screen[EntryControl::cboCompany].ItemText();
+    if (m_list.ListLoading)
+        return;
     try {
-        if (!m_list.ListLoading)
-            LoadEntryList();
+        LoadEntryList();
     } catch (const clsRunTimeError &) {
-        SelectComboItem(m_screen[EntryControl::cboCompany], former);
+        ReturnToCompany(former);
         throw;
+    }
+}
+
+void modEntryList::ReturnToCompany(const QString &code)
+{
+    m_session.CurrentCompanyCode = code;
+    m_list.LastCompany.clear(); // whatever was opened of the other one is closed again
+    m_sync.CloseAllDatabases();
+    SelectComboItem(m_screen[EntryControl::cboCompany], code);
+    try {
+        LoadEntryList();
+    } catch (const clsRunTimeError &error) {
+        m_messages.Tell(error.Message());
     }
 }
 
@@ -369,6 +378,7 @@ void modEntryList::LockEntryWindow()
 
 void modEntryList::SaveLastCompany()
 {
-    if (m_tables.GlobalOptions.IsOpen())
+    // Without a company, after a start-up that failed half-way, the remembered one stays.
+    if (m_tables.GlobalOptions.IsOpen() && !m_session.CurrentCompanyCode.isEmpty())
         m_tables.GlobalOptions.SaveLastCompany(m_session.CurrentCompanyCode);
 }

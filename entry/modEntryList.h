@@ -54,6 +54,7 @@ private:
     void ShowRecordCount();
     void FillCompanyList();
     void ChangeCompany();
+    void ReturnToCompany(const QString &code);
     void OpenCompany();
     void MarkRow(int row);
 

@@ -25,7 +25,7 @@ public:
 
     size_t CellCount() const { return m_ends.size(); }
     std::string_view Cell(size_t index) const;
-    qint64 Line() const { return m_recordLine; } ///< where the record begins; at the end, the last
+    qint64 Line() const { return m_recordLine; } ///< where the record begins, or the next would
 
     const QString &FileName() const { return m_fileName; }
     qint64 BytesRead() const { return m_bytesRead; }

@@ -130,7 +130,7 @@ void ReferenceData::BuildOneRecord(
         check(record, csv);
     });
     if (seen == 0)
-        RaiseFileError(TableFile(m_worklog, m_company, definition.Name), 1,
+        RaiseFileError(TableFile(m_worklog, m_company, definition.Name), 2,
             u"the table has no record behind its header"_s);
 }
 

@@ -42,7 +42,7 @@ QString CustomerName(int index)
         u"Jørnstad"_s, u"Kestrel Row"_s, u"Łąkowa"_s};
     static const std::array<QString, 10> trades = {u"Instruments"_s, u"Foundry"_s, u"Paper Mills"_s,
         u"Logistics"_s, u"Dairy"_s, u"Timber & Sons"_s, u"Clinic"_s, u"Glassworks, Ltd."_s,
-        u"\"Old Bridge\" Inn"_s, u"Seed Company"_s};
+        u"\"Old Bridge\" Inn"_s, u"Garden Supply"_s};
     const auto at = static_cast<size_t>(index);
     return places[at % places.size()] + u' ' + trades[(at + at / 12) % trades.size()];
 }
@@ -144,10 +144,10 @@ std::vector<SampleTable> SampleTablesOfABC()
     SampleTable projects = EmptyTable(ReferenceTables::Projects());
     AddCustomers(customers, projects, 72, {u"01"_s, u"02"_s, QString(), u"00"_s, u"3"_s});
     return {OneRecord(EmptyTable(ReferenceTables::Options()),
-                {u"Customer"_s, u"Project"_s, u"Activity"_s, u"Employee"_s, u"6"_s, u"Y"_s, u"N"_s,
+                {u"Customer"_s, u"Project"_s, u"Activity"_s, u"Employee"_s, u"1"_s, u"Y"_s, u"N"_s,
                     u"N"_s, u"Y"_s, u"Y"_s, u"Y"_s, u"N"_s, u"Sample Ledger"_s, u"0"_s}),
         OneRecord(EmptyTable(ReferenceTables::Employee()),
-            {u"007"_s, u"Ada Brennwald"_s, u"N"_s, u"N"_s, u"Y"_s, u"4"_s, u"84.5"_s}),
+            {u"007"_s, u"Ada Brennwald"_s, u"Y"_s, u"N"_s, u"Y"_s, u"4"_s, u"84.5"_s}),
         Multipliers(), divisions, customers, projects, Activities()};
 }
 
@@ -163,6 +163,6 @@ std::vector<SampleTable> SampleTablesOfXYZ()
                 {u"Client"_s, u"Job"_s, u"Task"_s, u"Surveyor"_s, u"2"_s, u"N"_s, u"Y"_s, u"Y"_s,
                     u"N"_s, u"N"_s, u"N"_s, u"Y"_s, u"Sample Ledger"_s, u"0"_s}),
         OneRecord(EmptyTable(ReferenceTables::Employee()),
-            {u"Z9"_s, u"Iðunn Vögtli"_s, u"Y"_s, u"Y"_s, u"N"_s, u"1"_s, u"0"_s}),
+            {u"Z9"_s, u"Iðunn Vögtli"_s, u"N"_s, u"Y"_s, u"N"_s, u"1"_s, u"0"_s}),
         Multipliers(), divisions, customers, projects, Activities()};
 }

@@ -5,11 +5,12 @@
 #include "exchange/ExchangeLog.h"
 #include "exchange/ExchangeRun.h"
 #include "exchange/frmProgress.h"
+#include "platform/clsInstanceLock.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/Paths.h"
 
+#include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 
 using namespace Qt::StringLiterals;
 
@@ -30,26 +31,30 @@ QString WorklogFolder()
     return QFileInfo(folder).isDir() ? folder : QString();
 }
 
-/// Keeps other clients out of a program folder until it goes out of scope. A lock whose owner was
-/// killed does not count.
+/// Keeps other clients out of a program folder until it goes out of scope, or the process ends.
 class FolderLock
 {
 public:
     explicit FolderLock(const QString &programFolder)
-        : m_file(JoinPath(programFolder, u"exchange.lock"_s))
+        : m_fileName(JoinPath(programFolder, u"exchange.lock"_s))
     {
-        m_file.setStaleLockTime(0); // however long a run takes, its lock is no leftover
-        if (m_file.tryLock())
-            return;
-        if (m_file.error() == QLockFile::LockFailedError)
+        try {
+            m_lock.CreateAndHold(m_fileName);
+        } catch (const clsRunTimeError &error) {
+            if (error.Number() != RunTimeErrors::PermissionDenied)
+                throw;
             RaiseExchangeError(ExchangeErrors::Refused,
                 u"Another synchronisation is at work in the folder "_s + programFolder);
-        throw clsRunTimeError(RunTimeErrors::PathAccess, u"Exchange"_s,
-            u"The program folder cannot be written: "_s + programFolder);
+        }
     }
+    // While the lock is held: afterwards the file may be another client's.
+    ~FolderLock() { QFile::remove(m_fileName); }
+    FolderLock(const FolderLock &) = delete;
+    FolderLock &operator=(const FolderLock &) = delete;
 
 private:
-    QLockFile m_file;
+    QString m_fileName;
+    clsInstanceLock m_lock;
 };
 
 void RunIn(const QString &worklog, const QString &argument, ExchangeLog &log)

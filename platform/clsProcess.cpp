@@ -51,5 +51,8 @@ bool clsSystemProcess::RunAndWait(
     process.start();
     if (started && process.state() != QProcess::NotRunning)
         untilEnded.exec();
+    // Somebody may have told the application to quit; the process is not abandoned for that.
+    if (started)
+        process.waitForFinished(-1);
     return started;
 }

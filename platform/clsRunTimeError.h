@@ -34,11 +34,13 @@ private:
 /// Error numbers of `platform/`, those that the field has always used for the same failures.
 namespace RunTimeErrors {
 constexpr int Overflow = 6;
+constexpr int OutOfMemory = 7;
 constexpr int TypeMismatch = 13;
 constexpr int FileNotFound = 53;
 constexpr int PastEndOfFile = 62;
 constexpr int PermissionDenied = 70; ///< another instance holds the file
 constexpr int PathAccess = 75; ///< the folder or file cannot be read or written
 constexpr int PathNotFound = 76;
+constexpr int Internal = 51; ///< a failure that none of ours describes
 constexpr int ProcessNotStarted = 2001;
 } // namespace RunTimeErrors

@@ -375,30 +375,42 @@ void RecordStore::UpdateRecord(Handle handle)
     const bool isNew = table.Pending == OpenTable::Begun::Add;
     if (isNew && !table.Table && !table.Order.empty())
         Load(table); // once the record is there, sorting would no longer put it last
+    qint64 rowId = 0;
     BeginWrite(table);
     try {
         if (isNew) {
-            const qint64 rowId = table.File->Insert(table.PendingRow);
-            EndWrite(table);
-            if (table.Table) {
-                table.Table->Append(rowId, table.PendingRow);
-                table.Cursor = table.Table->Count() - 1;
-            } else {
-                table.WrittenRow = rowId;
-            }
+            rowId = table.File->Insert(table.PendingRow);
         } else {
-            const qint64 rowId = table.Table->RowId(table.Cursor);
+            rowId = table.Table->RowId(table.Cursor);
             RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
             table.File->Update(rowId, table.PendingRow);
-            EndWrite(table);
-            table.Table->Replace(table.Cursor, table.PendingRow);
         }
-    } catch (const clsRunTimeError &) {
+        EndWrite(table);
+    } catch (...) {
         AbandonWrite(table);
         table.Drop();
         throw;
     }
+    ShowWritten(table, rowId, isNew);
     table.Drop();
+}
+
+/// Brings a written record into memory. The write has happened: whatever fails here must not be
+/// told as a failed write, so the table is then read anew.
+void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew)
+{
+    try {
+        if (table.Table && isNew) {
+            table.Table->Append(rowId, table.PendingRow);
+            table.Cursor = table.Table->Count() - 1;
+        } else if (table.Table) {
+            table.Table->Replace(table.Cursor, table.PendingRow);
+        }
+    } catch (...) {
+        table.Table.reset();
+    }
+    if (!table.Table)
+        table.WrittenRow = rowId;
 }
 
 qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
@@ -416,7 +428,7 @@ qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
         RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
         table.File->Delete(rowId);
         EndWrite(table);
-    } catch (const clsRunTimeError &) {
+    } catch (...) {
         AbandonWrite(table);
         throw;
     }
@@ -508,7 +520,7 @@ void RecordStore::WriteNote(Handle handle, const QString &note)
     try {
         table.File->SetNote(note);
         EndWrite(table);
-    } catch (const clsRunTimeError &) {
+    } catch (...) {
         AbandonWrite(table);
         throw;
     }

@@ -157,6 +157,7 @@ private:
     static void RequireBatch(const OpenTable &table);
     static void EndWrite(OpenTable &table);
     static void AbandonWrite(OpenTable &table) noexcept;
+    static void ShowWritten(OpenTable &table, qint64 rowId, bool isNew);
     static void RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen);
     Handle Keep(std::unique_ptr<OpenTable> table);
 

@@ -13,6 +13,7 @@ public:
 
     void LoadEmployee()
     {
+        Record = EmployeeRecord(); // a table without a record is no employee, not the former one
         ReadEmployee(Record);
         Working = Record;
     }

@@ -16,6 +16,7 @@ public:
     /// Reads the record and copies it into `Working`, the accounting name without blanks around.
     void LoadOptions()
     {
+        Record = OptionsRecord(); // a table without a record has no options, not the former ones
         ReadOptions(Record);
         Working = Record;
         Working.Accounting_Name = Working.Accounting_Name.trimmed();

@@ -32,7 +32,8 @@ LaunchFile ReadLaunchFile(const QString &path)
         return text;
     };
     const LaunchFile launch{line(0).trimmed(), line(1)};
-    if (launch.Root.isEmpty() || lines.size() < 2)
+    const bool hasSecondLine = lines.size() > 2 || !lines.value(1).isEmpty();
+    if (launch.Root.isEmpty() || !hasSecondLine)
         throw clsRunTimeError(RunTimeErrors::PastEndOfFile, u"LaunchFile"_s,
             u"The file does not hold its two lines: "_s + path);
     return launch;

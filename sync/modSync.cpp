@@ -5,6 +5,8 @@
 #include "platform/Paths.h"
 #include "sync/LaunchFile.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
 
@@ -131,6 +133,27 @@ bool modSync::CheckEntriesExist()
     }
 }
 
+/// Plays back what an interrupted write left beside a database that this run has not opened: the
+/// client must find no journal. A database that cannot be opened keeps its journal, which holds
+/// the only good copy of its pages.
+void modSync::SettleJournals()
+{
+    const QDir folder(m_tables.Main.Folder());
+    const QString ending = u".db-journal"_s;
+    for (QString name : folder.entryList({u'*' + ending}, QDir::Files)) {
+        name.chop(ending.size());
+        try {
+            const RecordStore::Handle handle = m_tables.Main.OpenTable(name);
+            m_tables.Main.CloseTable(handle);
+            if (handle == 0)
+                QFile::remove(folder.filePath(name + ending)); // its database is gone
+        } catch (const clsRunTimeError &) {
+            // A damaged database is for the client to replace, so it does not stop the run.
+            continue;
+        }
+    }
+}
+
 void modSync::StartClientAndWait()
 {
     const QString folder = m_tables.Main.Folder();
@@ -139,6 +162,7 @@ void modSync::StartClientAndWait()
         m_messages.Tell(u"Unable to launch MAS 90 or MAS 200."_s);
         return;
     }
+    SettleJournals();
     const QString home = FindIgnoringCase(launch.Root, u"Home"_s);
     const QString program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
     const clsWorkingFolder inHome(home.isEmpty() ? JoinPath(launch.Root, u"Home"_s) : home);

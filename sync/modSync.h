@@ -47,6 +47,7 @@ public:
 
 private:
     bool AnyEntries();
+    void SettleJournals();
     void StartClientAndWait();
 
     Tables &m_tables;

@@ -275,8 +275,8 @@ TEST(Currency, MultipliesLikeASchoolExerciseBook)
     ASSERT_EQ(SchoolProduct(3, 5000), "2");
     ASSERT_EQ(SchoolProduct(-5, 5000), "-2");
     ASSERT_EQ(SchoolProduct(Most, 10001), "overflow");
-    const unsigned seed = 771;
-    std::mt19937_64 random(seed);
+    const unsigned start = 771;
+    std::mt19937_64 random(start);
     int overflows = 0;
     int ties = 0;
     for (int i = 0; i < 400000; ++i) {
@@ -284,7 +284,7 @@ TEST(Currency, MultipliesLikeASchoolExerciseBook)
         const qint64 b = RandomValue(random);
         const std::string expected = SchoolProduct(a, b);
         ASSERT_EQ(ProductText(a, b), expected)
-            << a << " times " << b << ", seed " << seed << ", step " << i;
+            << a << " times " << b << ", start " << start << ", step " << i;
         overflows += expected == "overflow" ? 1 : 0;
         ties += (a % 10000) * (b % 10000) % 10000 == 5000 ? 1 : 0;
     }

@@ -227,8 +227,8 @@ TEST_F(BadInput, ATextThatIsNoDateIsNamedWhenTheRecordsAreRead)
 TEST_F(BadInput, DamagedBytesNeverCrash)
 {
     const QByteArray good = GoodBytes();
-    const unsigned seed = 2024;
-    std::mt19937 random(seed);
+    const unsigned start = 2024;
+    std::mt19937 random(start);
     int refused = 0;
     int read = 0;
     for (int i = 0; i < 600; ++i) {
@@ -254,7 +254,7 @@ TEST_F(BadInput, DamagedBytesNeverCrash)
             Store.CloseDatabase(handle);
         });
         EXPECT_TRUE(raised.Number == 0 || raised.Names(FileOf(u"T"_s)))
-            << "seed " << seed << ", step " << i << ": " << raised.Description.toStdString();
+            << "start " << start << ", step " << i << ": " << raised.Description.toStdString();
         (raised.Number == 0 ? read : refused) += 1;
         Store.DeleteDatabase(PathOf(u"T"_s), 0, 0);
     }

@@ -72,15 +72,15 @@ TEST(FieldText, OrdersTextsByUpperCaseThenByTheTextItself)
 
 TEST(FieldText, OrdersRandomTextsLikeTheWholeUpperCase)
 {
-    const unsigned seed = 4711;
-    std::mt19937 random(seed);
+    const unsigned start = 4711;
+    std::mt19937 random(start);
     int equals = 0;
     for (int i = 0; i < 200000; ++i) {
         const QString a = RandomText(random);
         const QString b = RandomText(random);
         const int expected = OracleOrder(a, b);
         ASSERT_EQ(Order(a, b), expected)
-            << '"' << a.toStdString() << "\" and \"" << b.toStdString() << "\", seed " << seed;
+            << '"' << a.toStdString() << "\" and \"" << b.toStdString() << "\", start " << start;
         ASSERT_EQ(Order(b, a), -expected);
         equals += expected == 0 ? 1 : 0;
     }

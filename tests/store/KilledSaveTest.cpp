@@ -54,8 +54,8 @@ protected:
 
     QString Integrity() { return OtherProgram(FileOf(u"T"_s)).Values(u"PRAGMA integrity_check"_s); }
 
-    const unsigned m_seed = std::random_device()();
-    std::mt19937 m_random{m_seed};
+    const unsigned m_start = std::random_device()();
+    std::mt19937 m_random{m_start};
 };
 
 } // namespace
@@ -67,12 +67,12 @@ TEST_F(KilledSave, FiveHundredTimesLosesNothingThatWasAcknowledged)
     int halfDone = 0; // a journal stayed behind: the kill met the middle of a save
     int inFlight = 0; // the save had happened and was not reported yet
     for (unsigned round = 0; round < 500; ++round) {
-        const unsigned seed = m_seed + round;
-        const qsizetype reports = RunAndKill({u"save"_s, PathOf(u"T"_s), QString::number(seed)});
+        const unsigned start = m_start + round;
+        const qsizetype reports = RunAndKill({u"save"_s, PathOf(u"T"_s), QString::number(start)});
         const QFileInfo journal(FileOf(u"T"_s) + u"-journal"_s);
         halfDone += journal.exists() && journal.size() > 0 ? 1 : 0;
 
-        std::mt19937 random(seed);
+        std::mt19937 random(start);
         std::vector<ThreeFields> expected = before;
         for (qsizetype i = 0; i < reports; ++i)
             Apply(NextSave(random, static_cast<qint32>(expected.size())), expected);
@@ -81,9 +81,9 @@ TEST_F(KilledSave, FiveHundredTimesLosesNothingThatWasAcknowledged)
 
         const std::vector<ThreeFields> found = Contents();
         ASSERT_TRUE(found == expected || found == oneMore)
-            << "round " << round << ", seed " << seed << ", " << reports << " reported, "
+            << "round " << round << ", start " << start << ", " << reports << " reported, "
             << expected.size() << " records expected, " << found.size() << " found";
-        ASSERT_EQ(Integrity(), u"ok"_s) << "round " << round << ", seed " << seed;
+        ASSERT_EQ(Integrity(), u"ok"_s) << "round " << round << ", start " << start;
         inFlight += found == oneMore && found != expected ? 1 : 0;
         before = found;
     }

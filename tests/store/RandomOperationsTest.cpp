@@ -117,7 +117,7 @@ protected:
     {
     }
 
-    void Run(unsigned seed, int steps, bool batches);
+    void Run(unsigned start, int steps, bool batches);
 
 private:
     enum class Look
@@ -146,13 +146,13 @@ private:
     }
     std::string Where() const
     {
-        return "seed " + std::to_string(m_seed) + ", step " + std::to_string(m_step) + ", "
+        return "start " + std::to_string(m_start) + ", step " + std::to_string(m_step) + ", "
             + m_what;
     }
 
     const Values m_values;
     std::mt19937 m_random;
-    unsigned m_seed = 0;
+    unsigned m_start = 0;
     int m_step = 0;
     std::string m_what;
     Handle m_handle = 0;
@@ -453,10 +453,10 @@ void RandomOperations::Check()
     Store.FindFromPosition(m_handle, m_model.Cursor);
 }
 
-void RandomOperations::Run(unsigned seed, int steps, bool batches)
+void RandomOperations::Run(unsigned start, int steps, bool batches)
 {
-    m_seed = seed;
-    m_random.seed(seed);
+    m_start = start;
+    m_random = std::mt19937(start);
     Store.CloseDatabase(Create(u"T"_s, FourFields::SchemaText));
     m_model = Model();
     Restart(false);
@@ -475,8 +475,8 @@ void RandomOperations::Run(unsigned seed, int steps, bool batches)
 
 TEST_F(RandomOperations, BehaveLikeAPlainVectorInBatches)
 {
-    for (unsigned seed = 1; seed <= 60 && !HasFatalFailure(); ++seed)
-        Run(seed, 5000, true);
+    for (unsigned start = 1; start <= 60 && !HasFatalFailure(); ++start)
+        Run(start, 5000, true);
     // The comparison is worth something only if there was something to find.
     EXPECT_GT(m_exact, 20000);
     EXPECT_GT(m_most, 40);
@@ -484,8 +484,8 @@ TEST_F(RandomOperations, BehaveLikeAPlainVectorInBatches)
 
 TEST_F(RandomOperations, BehaveLikeAPlainVectorOneWriteAtATime)
 {
-    for (unsigned seed = 1001; seed <= 1100 && !HasFatalFailure(); ++seed)
-        Run(seed, 500, false);
+    for (unsigned start = 1001; start <= 1100 && !HasFatalFailure(); ++start)
+        Run(start, 500, false);
     EXPECT_GT(m_exact, 4000);
     EXPECT_GT(m_most, 15);
 }

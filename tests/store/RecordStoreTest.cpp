@@ -933,6 +933,26 @@ TEST_F(RecordStoreCreate, ALeftoverOfAnUnfinishedCreationDoesNotHinder)
     EXPECT_EQ(FilesInFolder(), QStringList{u"New.db"_s});
 }
 
+TEST_F(RecordStoreCreate, TheJournalOfADeletedNamesakeIsNotPlayedBack)
+{
+    std::vector<ThreeFields> old;
+    for (int i = 0; i < 200; ++i)
+        old.push_back(Three(QString(500, u'o')));
+    Build(u"Old"_s, old);
+    {
+        OtherProgram other(FileOf(u"Old"_s));
+        other.Execute(u"PRAGMA cache_size = 5"_s); // so that the journal is on the disk early
+        other.Execute(u"BEGIN; PRAGMA user_version = 1; UPDATE Old SET Name = Name || 'x'"_s);
+        ASSERT_TRUE(
+            QFile::copy(FileOf(u"Old"_s) + u"-journal"_s, FileOf(u"New"_s) + u"-journal"_s));
+        other.Execute(u"ROLLBACK"_s);
+    }
+    const Handle handle = Create(u"New"_s);
+    Add(handle, Three(u"a"_s));
+    EXPECT_EQ(Names(handle), u"a"_s);
+    EXPECT_EQ(NamesInFile(u"New"_s), u"a"_s);
+}
+
 TEST_F(RecordStoreCreate, AMalformedSchemaLeavesNothingBehind)
 {
     const Handle handle

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 /// Saves for ever, or creates and deletes for ever, until it is killed.
 ///
-///     save_loop save <path> <seed>      one "." on its output after each save that has returned
+///     save_loop save <path> <start>      one "." on its output after each save that has returned
 ///     save_loop create <path>           one "." after each creation that has returned
 
 namespace {
@@ -20,10 +20,10 @@ void Report()
     std::fflush(stdout);
 }
 
-[[noreturn]] void SaveForEver(RecordStore &store, const QString &path, unsigned seed)
+[[noreturn]] void SaveForEver(RecordStore &store, const QString &path, unsigned start)
 {
     const RecordStore::Handle handle = store.OpenDatabase(1, path, 0, 0, 0, 0, 3);
-    std::mt19937 random(seed);
+    std::mt19937 random(start);
     for (;;) {
         Apply(NextSave(random, store.GetRecordCount(handle)), store, handle);
         Report();

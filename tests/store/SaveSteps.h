@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-/// What the saving program does, worked out from a seed alone: the test that ends it then knows
+/// What the saving program does, worked out from one number alone: the test that ends it then knows
 /// every state that the file may be in.
 
 struct SaveStep

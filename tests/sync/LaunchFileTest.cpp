@@ -70,8 +70,8 @@ TEST_F(LaunchFileTest, AMissingFileIsNamed)
 
 TEST_F(LaunchFileTest, AFileWithoutTwoLinesIsNamed)
 {
-    for (const QByteArray &content :
-        {QByteArray(), QByteArray("/srv/mas90"), QByteArray("\n-x\n")}) {
+    for (const QByteArray &content : {QByteArray(), QByteArray("/srv/mas90"),
+             QByteArray("/srv/mas90\n"), QByteArray("\n-x\n")}) {
         const QString path = Written(content);
         const Raised raised = RaisedBy([&] { ReadLaunchFile(path); });
         EXPECT_EQ(raised.Number, RunTimeErrors::PastEndOfFile) << content.toStdString();

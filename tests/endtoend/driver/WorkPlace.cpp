@@ -50,6 +50,11 @@ void WorkPlace::RemoveLaunchFile() const
     QFile::remove(m_folder + u"/mas90.ini"_s);
 }
 
+void WorkPlace::Synchronise() const
+{
+    OutputOf(Client(), {u"-hd"_s, u"by-hand"_s, m_folder});
+}
+
 QStringList WorkPlace::UploadedRows(const QString &company) const
 {
     QStringList rows;

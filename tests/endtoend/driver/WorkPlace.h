@@ -18,6 +18,9 @@ public:
     void WriteLaunchFile() const; ///< mas90.ini for that root
     void RemoveLaunchFile() const;
 
+    /// Runs the client by hand, as a synchronisation would: the databases are there afterwards.
+    void Synchronise() const;
+
     /// The collected entries of a company: the data rows of all upload files.
     QStringList UploadedRows(const QString &company) const;
 

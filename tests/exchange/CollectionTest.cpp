@@ -1,0 +1,140 @@
+#include "tests/exchange/Installation.h"
+
+#include "exchange/EntryRows.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+EntryLines LinesOf(const std::vector<EntryRecord> &entries)
+{
+    EntryLines lines;
+    for (const EntryRecord &entry : entries)
+        ++lines[EntryLine(entry)];
+    return lines;
+}
+
+TEST(Collection, EntriesOfTwoCompaniesLandInAFileEach)
+{
+    Installation place;
+    place.AddCompany(u"X Y"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    const std::vector<EntryRecord> first = {EntryNumber(1), EntryNumber(2), EntryNumber(2)};
+    const std::vector<EntryRecord> second = {EntryNumber(3)};
+    place.PutEntries(u"ABC"_s, first);
+    place.PutEntries(u"X Y"_s, second);
+
+    const Outcome outcome = place.Synchronise();
+
+    ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+    ASSERT_EQ(place.Uploads(u"ABC"_s).size(), 1);
+    ASSERT_EQ(place.Uploads(u"X Y"_s).size(), 1);
+    EXPECT_EQ(ReadEntryLines(place.UploadPath(u"ABC"_s, place.Uploads(u"ABC"_s).first())),
+        LinesOf(first));
+    EXPECT_EQ(ReadEntryLines(place.UploadPath(u"X Y"_s, place.Uploads(u"X Y"_s).first())),
+        LinesOf(second));
+    EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+    EXPECT_TRUE(place.Entries(u"X Y"_s).empty());
+    EXPECT_EQ(place.Note(u"ABC"_s), QString());
+    EXPECT_TRUE(place.Uploads(u"ABC"_s).first().contains(u"-007-"_s));
+    EXPECT_TRUE(place.Log().contains(u"ABC: collected 3 entries into "_s));
+}
+
+TEST(Collection, TextsArriveAsTheyAre)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    std::vector<EntryRecord> entries;
+    for (const QString &text : {u"a \"b\", c"_s, u"two\nlines"_s, u"and\r\nthese"_s, u" blank "_s,
+             u"日本 Łąka"_s, u"\uFEFF\uFEFFmark"_s}) {
+        entries.push_back(EntryNumber(1));
+        entries.back().Description = text;
+    }
+    place.PutEntries(u"ABC"_s, entries);
+    const EntryLines expected = LinesOf(place.Entries(u"ABC"_s));
+
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+
+    EXPECT_EQ(
+        ReadEntryLines(place.UploadPath(u"ABC"_s, place.Uploads(u"ABC"_s).first())), expected);
+    EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+}
+
+TEST(Collection, WithoutEntriesThereIsNoFile)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {});
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_TRUE(place.Uploads(u"ABC"_s).isEmpty());
+}
+
+TEST(Collection, EachSynchronisationHasAFileOfItsOwn)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    for (int i = 1; i <= 3; ++i) {
+        place.PutEntries(u"ABC"_s, {EntryNumber(i)});
+        ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+        EXPECT_EQ(place.Uploads(u"ABC"_s).size(), i);
+    }
+}
+
+TEST(Collection, ACompanyThatTheAccountingSideHasDroppedStillHandsOver)
+{
+    Installation place;
+    place.AddCompany(u"OLD"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"OLD"_s, {EntryNumber(1)});
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+    place.DropCompany(u"OLD"_s);
+
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+
+    EXPECT_EQ(place.Uploads(u"OLD"_s).size(), 1);
+    EXPECT_TRUE(place.Entries(u"OLD"_s).empty());
+    EXPECT_EQ(place.Companies(), QStringList{u"ABC"_s});
+    const QMap<QString, QByteArray> after = place.LocalFiles();
+    for (const QString &name : before.keys()) {
+        if (name.contains(u"/OLD"_s) && !name.contains(u"Entries"_s)) {
+            EXPECT_EQ(after.value(name), before.value(name)) << qPrintable(name);
+        }
+    }
+}
+
+TEST(Collection, ADroppedCompanyThatShallDoNothingKeepsItsEntries)
+{
+    Installation place;
+    place.AddCompany(u"OLD"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"OLD"_s, {EntryNumber(1)});
+    place.Choose(u"OLD"_s, u"2"_s);
+    place.DropCompany(u"OLD"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_TRUE(place.Uploads(u"OLD"_s).isEmpty());
+    EXPECT_EQ(place.Entries(u"OLD"_s).size(), 1U);
+}
+
+TEST(Collection, UploadsThatCannotBeWrittenLeaveTheEntries)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    place.Write(u"ABC/uploads"_s, "a file where the folder should be");
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+
+    const Outcome outcome = place.Synchronise();
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"uploads"_s)) << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.LocalFiles(), before);
+    ASSERT_TRUE(QFile::remove(place.Worklog + u"/ABC/uploads"_s));
+    EXPECT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
+}
+
+} // namespace

@@ -1,0 +1,190 @@
+#include "tests/exchange/Installation.h"
+
+#include "exchange/EntryRows.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Batch = u"20240101-120000-007-0123abcd"_s;
+
+/// Three entries, and what a run that was killed had come to.
+class InterruptedRun : public testing::Test
+{
+protected:
+    InterruptedRun()
+    {
+        EXPECT_EQ(Place.Synchronise().ExitStatus, 0);
+        Place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2), EntryNumber(2)});
+    }
+
+    static QByteArray FileOf(const std::vector<EntryRecord> &entries)
+    {
+        std::string text = EntryHeader();
+        for (const EntryRecord &entry : entries)
+            text += EntryLine(entry);
+        return QByteArray::fromStdString(text);
+    }
+
+    QByteArray WholeFile() const { return FileOf(Place.Entries(u"ABC"_s)); }
+
+    void Finish()
+    {
+        const Outcome outcome = Place.Synchronise();
+        ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+        EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
+        EXPECT_EQ(Place.Note(u"ABC"_s), QString());
+        EXPECT_TRUE(QDir(Place.UploadPath(u"ABC"_s, QString()))
+                        .entryList({u".*.part"_s}, QDir::Files | QDir::Hidden)
+                        .isEmpty());
+    }
+
+    /// Descriptions of the entries in all files that were handed over, sorted.
+    QStringList Delivered() const
+    {
+        QStringList lines;
+        for (const QString &folder : {u""_s, u"imported/"_s}) {
+            const QDir files(Place.UploadPath(u"ABC"_s, folder));
+            for (const QString &name : files.entryList({u"*.csv"_s}, QDir::Files)) {
+                for (const auto &[line, count] : ReadEntryLines(files.filePath(name)))
+                    for (qint64 i = 0; i < count; ++i)
+                        lines.append(QString::fromStdString(line).section(u',', 18).trimmed());
+            }
+        }
+        lines.sort();
+        return lines;
+    }
+
+    const QStringList AllThree = {u"Entry 1"_s, u"Entry 2"_s, u"Entry 2"_s};
+    Installation Place;
+};
+
+TEST_F(InterruptedRun, OnlyTheHiddenFileIsThere)
+{
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, "half of a li");
+    const Outcome outcome = Place.Synchronise();
+    ASSERT_EQ(outcome.ExitStatus, 0);
+    EXPECT_EQ(Delivered(), AllThree);
+    EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 1);
+}
+
+TEST_F(InterruptedRun, NotedButNotHandedOver)
+{
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{Batch + u".csv"_s}); // the name is kept
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, NotedAndThenEverythingWasDeletedByTheUser)
+{
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Place.Choose(u"ABC"_s, u"2"_s);
+    Finish();
+    EXPECT_TRUE(Delivered().isEmpty());
+}
+
+TEST_F(InterruptedRun, NotedWithAnEmptyTable)
+{
+    Place.Choose(u"ABC"_s, u"2"_s);
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
+    Place.Choose(u"ABC"_s, u"0"_s);
+    Place.PutNote(u"ABC"_s, Batch);
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, FileOf({EntryNumber(1)}));
+    Finish();
+    EXPECT_TRUE(Place.Uploads(u"ABC"_s).isEmpty());
+}
+
+TEST_F(InterruptedRun, HandedOverButNotTakenOut)
+{
+    Place.Write(u"ABC/uploads/"_s + Batch + u".csv"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{Batch + u".csv"_s});
+    EXPECT_EQ(Delivered(), AllThree);
+    EXPECT_TRUE(Place.Log().contains(u"finished an interrupted run: 3 entries"_s));
+}
+
+TEST_F(InterruptedRun, HandedOverUnderBothNames)
+{
+    Place.Write(u"ABC/uploads/"_s + Batch + u".csv"_s, WholeFile());
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Finish();
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, HandedOverAndImportedMeanwhile)
+{
+    Place.Write(u"ABC/uploads/imported/"_s + Batch + u".csv"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Finish();
+    EXPECT_TRUE(Place.Uploads(u"ABC"_s).isEmpty());
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, AnEntryAddedSinceComesWithTheNextFile)
+{
+    Place.Write(u"ABC/uploads/"_s + Batch + u".csv"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Place.PutEntries(u"ABC"_s, {EntryNumber(9)});
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 2);
+    EXPECT_EQ(Delivered(), (QStringList{u"Entry 1"_s, u"Entry 2"_s, u"Entry 2"_s, u"Entry 9"_s}));
+}
+
+TEST_F(InterruptedRun, AnEntryEqualToADeliveredOneComesWithTheNextFile)
+{
+    Place.Write(u"ABC/uploads/"_s + Batch + u".csv"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    Place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 2);
+    EXPECT_EQ(Delivered(), (QStringList{u"Entry 1"_s, u"Entry 1"_s, u"Entry 2"_s, u"Entry 2"_s}));
+}
+
+TEST_F(InterruptedRun, AnEntryChangedSinceComesWithTheNextFile)
+{
+    Place.Write(u"ABC/uploads/"_s + Batch + u".csv"_s, WholeFile());
+    Place.PutNote(u"ABC"_s, Batch);
+    {
+        const auto tables = Place.Open();
+        tables->Entries.Handle = tables->Main.OpenTable(u"ABCEntries-WkLg"_s);
+        EntryRecord changed = EntryNumber(1);
+        changed.Hours = Currency::FromScaled(1);
+        tables->Entries.UpdateEntry(changed);
+    }
+    Finish();
+    ASSERT_EQ(Place.Uploads(u"ABC"_s).size(), 2);
+    EXPECT_EQ(
+        ReadEntryLines(Place.UploadPath(u"ABC"_s, Place.Uploads(u"ABC"_s).last())).size(), 1U);
+}
+
+TEST_F(InterruptedRun, AMarkOfAnotherProgramIsRefused)
+{
+    Place.PutNote(u"ABC"_s, u"../../elsewhere"_s);
+    const QMap<QString, QByteArray> before = Place.LocalFiles();
+    const Outcome outcome = Place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"../../elsewhere"_s));
+    EXPECT_EQ(Place.LocalFiles(), before);
+}
+
+TEST_F(InterruptedRun, ADamagedUploadIsNamedAndNothingIsTakenOut)
+{
+    Place.Write(u"ABC/uploads/"_s + Batch + u".csv"_s, "Customer_Number\n");
+    Place.PutNote(u"ABC"_s, Batch);
+    const Outcome outcome = Place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(Batch + u".csv, line 1: "_s));
+    EXPECT_EQ(Place.Entries(u"ABC"_s).size(), 3U);
+}
+
+} // namespace

@@ -1,0 +1,98 @@
+#include "tests/exchange/Installation.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A company that was written once, with two entries, and a customer renamed since.
+class SyncOptions : public testing::Test
+{
+protected:
+    SyncOptions()
+    {
+        EXPECT_EQ(Place.Synchronise().ExitStatus, 0);
+        Place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2)});
+        Place.Replace(u"ABC/Customers.csv"_s, "Acme", "Renamed");
+    }
+
+    void SynchroniseWith(const QString &option)
+    {
+        Place.Choose(u"ABC"_s, option);
+        const Outcome outcome = Place.Synchronise();
+        EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+        EXPECT_EQ(Place.Options(u"ABC"_s).Sync_Option, option);
+        EXPECT_TRUE(QStringList(Place.LocalFiles().keys()).filter(u"-journal"_s).isEmpty());
+    }
+
+    bool IsRewritten() const { return Place.CustomerNames(u"ABC"_s).first() == u"Renamed"_s; }
+
+    Installation Place;
+};
+
+TEST_F(SyncOptions, ZeroCollectsAndRewrites)
+{
+    SynchroniseWith(u"0"_s);
+    EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
+    EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 1);
+    EXPECT_TRUE(IsRewritten());
+}
+
+TEST_F(SyncOptions, OneOnlyCollects)
+{
+    Place.Write(u"ABC/Projects.csv"_s, "not needed, not read");
+    SynchroniseWith(u"1"_s);
+    EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
+    EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 1);
+    EXPECT_FALSE(IsRewritten());
+}
+
+TEST_F(SyncOptions, TwoErasesAndRewrites)
+{
+    SynchroniseWith(u"2"_s);
+    EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
+    EXPECT_TRUE(Place.Uploads(u"ABC"_s).isEmpty());
+    EXPECT_TRUE(IsRewritten());
+    EXPECT_TRUE(Place.Log().contains(u"ABC: deleted 2 entries without collecting"_s));
+}
+
+TEST_F(SyncOptions, ThreeDoesNothing)
+{
+    Place.Choose(u"ABC"_s, u"3"_s);
+    const QMap<QString, QByteArray> before = Place.LocalFiles();
+    EXPECT_EQ(Place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(Place.LocalFiles(), before);
+    EXPECT_TRUE(Place.Uploads(u"ABC"_s).isEmpty());
+}
+
+TEST_F(SyncOptions, TheUsersChoiceSurvivesARewriteAndWinsOverTheFile)
+{
+    Place.Replace(u"ABC/Options.csv"_s, "Ledger,0", "New Ledger,3");
+    SynchroniseWith(u"0"_s);
+    EXPECT_EQ(Place.Options(u"ABC"_s).Accounting_Name, u"New Ledger"_s);
+}
+
+TEST_F(SyncOptions, AnyOtherValueIsNamed)
+{
+    Place.Choose(u"ABC"_s, u"7"_s);
+    const QMap<QString, QByteArray> before = Place.LocalFiles();
+    const Outcome outcome = Place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"company ABC is \"7\""_s)) << qPrintable(outcome.Errors);
+    EXPECT_EQ(Place.LocalFiles(), before);
+}
+
+TEST_F(SyncOptions, EachCompanyHasItsOwn)
+{
+    Place.AddCompany(u"TWO"_s);
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
+    Place.PutEntries(u"ABC"_s, {EntryNumber(3)});
+    Place.PutEntries(u"TWO"_s, {EntryNumber(4)});
+    Place.Choose(u"TWO"_s, u"3"_s);
+    SynchroniseWith(u"1"_s);
+    EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
+    EXPECT_EQ(Place.Entries(u"TWO"_s).size(), 1U);
+}
+
+} // namespace
