@@ -262,3 +262,70 @@ TEST_F(MaskedBoxes, TheAmountIsShownAndNotEdited)
     Drop("txtAmount", u"7"_s, Place::Front);
     EXPECT_EQ(Text("txtAmount"), u"4.50"_s);
 }
+
+TEST_F(MaskedBoxes, TextDroppedIntoABoxWithoutTheFocusGivesItTheFocus)
+{
+    StartWith(u"CONS"_s);
+    GoTo("txtCustomer");
+    Drop("txtHours", u"7"_s, Place::Front);
+    EXPECT_EQ(Text("txtHours"), u"7.00"_s);
+    EXPECT_EQ(Focused(), u"txtHours"_s);
+    Drop("txtRate", u"no number"_s, Place::End);
+    EXPECT_EQ(Text("txtRate"), u"90.000"_s);
+    EXPECT_EQ(Text("txtAmount"), u"630.00"_s); // the hours have been left
+}
+
+TEST_F(MaskedBoxes, ACodeDroppedIntoItsBoxIsCheckedLikeATypedOne)
+{
+    StartWith(u"CONS"_s);
+    Type(u"2"_s);
+    GoTo("txtCustomer");
+    Press(Qt::Key_Delete); // the customer is selected
+    GoTo("txtDescription");
+    Drop("txtCustomer", u"0200"_s, Place::Front);
+    EXPECT_EQ(Focused(), u"txtCustomer"_s);
+    ClickButton("cmdOK");
+    ASSERT_EQ(Stored().size(), 1U);
+    EXPECT_EQ(Stored()[0].Customer_Number, u"0200"_s);
+}
+
+TEST_F(MaskedBoxes, ACodeDroppedFromAnotherWindowIsCheckedToo)
+{
+    StartWith(u"CONS"_s);
+    GoTo("txtActivity");
+    QWidget other;
+    ASSERT_TRUE(ShowActive(other));
+    Drop("txtProject", u"none"_s, Place::Front);
+    EXPECT_EQ(Text("txtProject"), u"NONE"_s);
+    ASSERT_TRUE(ShowActive(Window()));
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Text("txtProject"), QString());
+    EXPECT_EQ(Focused(), u"txtProject"_s);
+}
+
+TEST_F(MaskedBoxes, WhileACodeIsRefusedNothingCanBeDroppedElsewhere)
+{
+    StartWith(u"CONS"_s);
+    GoTo("txtCustomer");
+    Type(u"NONE"_s);
+    Drop("txtHours", u"7"_s, Place::Front);
+    EXPECT_EQ(Focused(), u"txtCustomer"_s);
+    EXPECT_EQ(Text("txtCustomer"), u"0100"_s);
+    EXPECT_EQ(Text("txtHours"), u".00"_s);
+    GoTo("txtActivity");
+    Type(u"NONE"_s);
+    Drop("txtProject", u"AUDIT"_s, Place::Front);
+    EXPECT_EQ(Focused(), u"txtActivity"_s);
+    EXPECT_EQ(Text("txtProject"), QString());
+}
+
+TEST_F(MaskedBoxes, NothingIsDroppedIntoABoxThatLeavingTheOtherOneCloses)
+{
+    StartWith(u"CONS"_s);
+    GoTo("txtActivity");
+    Type(u"TRAIN"_s); // not charged
+    Drop("txtRate", u"7"_s, Place::Front);
+    EXPECT_FALSE(Box("txtRate").isEnabled());
+    EXPECT_EQ(Text("txtRate"), u".000"_s);
+    EXPECT_EQ(List("cboBStatus").currentText(), u"No Charge"_s);
+}
