@@ -288,6 +288,8 @@ void frmEntryList::Render()
         ui->dtpDate->setDate(m_screen.Date);
     for (int panel = 1; panel <= EntryScreen::StatusPanels; ++panel)
         ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
+    if (const auto *box = qobject_cast<QLineEdit *>(focusWidget()))
+        m_mask.TakeAsGood(box->text());
     MoveFocus();
 }
 

@@ -329,3 +329,18 @@ TEST_F(MaskedBoxes, NothingIsDroppedIntoABoxThatLeavingTheOtherOneCloses)
     EXPECT_EQ(Text("txtRate"), u".000"_s);
     EXPECT_EQ(List("cboBStatus").currentText(), u"No Charge"_s);
 }
+
+TEST_F(MaskedBoxes, WhatTheProgramWritesIntoTheBoxIsGood)
+{
+    StartWith(u"CONS"_s);
+    Type(u"0"_s);
+    Messages.Answers = {MessageAnswer::Yes};
+    Press(Qt::Key_Escape);
+    EXPECT_THAT(
+        Messages.Texts(), ElementsAre(u"Do you want to save changes?"_s, u"Invalid Hours."_s));
+    ASSERT_EQ(Focused(), u"txtHours"_s);
+    ASSERT_EQ(Text("txtHours"), u".00"_s);
+    Press(Qt::Key_End);
+    Type(u"5"_s);
+    ExpectBox("txtHours", u".00"_s, 3);
+}
