@@ -155,8 +155,10 @@ void frmEntryList::ConnectCodes()
              EntryControl::txtActivity, EntryControl::txtMultiplierCode}) {
         auto &box = static_cast<QLineEdit &>(WidgetOf(control));
         box.setValidator(new clsUpperCase(&box));
-        connect(&box, &QLineEdit::textEdited, this, [this, control](const QString &text) {
-            m_screen[control].Text = text;
+        connect(&box, &QLineEdit::textEdited, this, [this, control, &box] {
+            if (!TakeFocusForEdit(control, box))
+                return;
+            m_screen[control].Text = box.text();
             m_fieldEdited = true;
             m_entryModule.FieldEdited();
             Render();
@@ -356,6 +358,8 @@ void frmEntryList::Render()
         ui->dtpDate->setDate(m_screen.Date);
     for (int panel = 1; panel <= EntryScreen::StatusPanels; ++panel)
         ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
+    if (const auto *box = qobject_cast<QLineEdit *>(focusWidget()))
+        m_mask.TakeAsGood(box->text());
     MoveFocus();
 }
 
@@ -529,8 +533,31 @@ void frmEntryList::SetMask(const QWidget &box)
     m_mask.TakeAsGood(static_cast<const QLineEdit &>(box).text());
 }
 
+bool frmEntryList::TakeFocusForEdit(EntryControl control, QLineEdit &box)
+{
+    if (focusWidget() == &box)
+        return true;
+    const QString text = box.text();
+    const int caret = box.cursorPosition();
+    box.setText(m_screen[control].Text); // as it was, while the other box is left
+    if (!TakeFocusedBox())
+        return false;
+    box.setFocus(Qt::MouseFocusReason);
+    if (focusWidget() != &box)
+        return false; // what the other box held has closed this one
+    // In a window that is not active the box learns of its focus later, and not as of one entered.
+    m_fieldEdited = false;
+    SetMask(box);
+    m_entryModule.RememberFocusTexts();
+    box.setText(text);
+    box.setCursorPosition(caret);
+    return true;
+}
+
 void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
 {
+    if (!TakeFocusForEdit(control, box))
+        return;
     const clsM90Mask::Verified verified = m_mask.gVerify_Change(box.text(), box.cursorPosition());
     if (verified.Text != box.text()) {
         box.setText(verified.Text);

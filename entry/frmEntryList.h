@@ -85,6 +85,10 @@ private:
     bool CheckCode(const QWidget &control);
     bool IsCodeBox(const QWidget &control) const;
     void ApplyList(const QComboBox &list);
+    /// Text that was dropped into a box without the focus, or dragged out of it, is edited there:
+    /// the box takes the focus. False, and the edit undone, when the code in the box that has it is
+    /// refused.
+    bool TakeFocusForEdit(EntryControl control, QLineEdit &box);
     void QuantityEdited(EntryControl control, QLineEdit &box);
     void SetMask(const QWidget &box);
     QWidget &WidgetOf(EntryControl control) const;

@@ -95,6 +95,8 @@ void modEntryInfo::Show(Reading reading)
         RequestFocusAfterLookup();
     else if (reading == Reading::Stored)
         RequestEntryFocus();
+    else if (m_activityFocusRequested)
+        m_screen.Focus = {EntryControl::txtActivity};
     RememberFocusTexts();
 }
 

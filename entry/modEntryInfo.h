@@ -109,7 +109,7 @@ private:
     enum class Reading
     {
         Stored,
-        AsEdited, ///< the edits stay, and so does the focus
+        AsEdited, ///< the edits stay, and so does the focus unless the activity is taken out
         AfterLookup ///< the edits stay, and the focus moves on from the looked up code
     };
 

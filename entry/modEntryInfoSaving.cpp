@@ -44,8 +44,9 @@ void modEntryInfo::MoveToShownEntry()
         if (found.Fields() == m_stored.Fields())
             return;
     }
-    RaiseStoreError(
-        StoreErrors::ChangedOutside, u"Another program has changed the entry meanwhile"_s);
+    RaiseStoreError(StoreErrors::ChangedOutside,
+        u"Another program has changed the entry meanwhile: "_s
+            + m_tables.Main.CompanyName(m_session.CurrentCompanyCode, DatabasePrefix::Entries));
 }
 
 void modEntryInfo::WriteEntry()

@@ -4,9 +4,8 @@
 
 #include "store/FieldText.h"
 #include "store/StoreErrors.h"
+#include "tests/entry/OtherProgram.h"
 #include "tests/support/Raised.h"
-
-#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -14,28 +13,6 @@ using testing::IsEmpty;
 using enum EntryControl;
 
 namespace {
-
-/// Another program that has the file open.
-class OtherProgram
-{
-public:
-    explicit OtherProgram(const QString &fileName)
-    {
-        EXPECT_EQ(sqlite3_open(fileName.toUtf8().constData(), &m_database), SQLITE_OK);
-    }
-    ~OtherProgram() { sqlite3_close(m_database); }
-    OtherProgram(const OtherProgram &) = delete;
-    OtherProgram &operator=(const OtherProgram &) = delete;
-
-    void Execute(const char *sql)
-    {
-        EXPECT_EQ(sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr), SQLITE_OK)
-            << sql << ": " << sqlite3_errmsg(m_database);
-    }
-
-private:
-    sqlite3 *m_database = nullptr;
-};
 
 EntryRecord Described(const QString &description)
 {

@@ -770,3 +770,19 @@ TEST_F(ShowEntry, WhileADialogIsOpenTheStoredEntryIsNotReadAnew)
     Rules().ShowEntry();
     EXPECT_EQ(Text(txtDescription), u"The audit"_s);
 }
+
+TEST_F(ShowEntry, UntickingALockedExpenseThatIsNotAllowedTakesItOutAndAsksForTheActivity)
+{
+    Company.Options.Expenses = u"N"_s;
+    Company.Options.Lock_Approved = u"Y"_s;
+    EntryRecord record = Approved(u"BOS"_s);
+    record.Activity_Number = u"MILES"_s;
+    StartWith({record});
+    Messages.Shown.clear();
+    Screen.Focus.reset();
+    Tick(chkApproved, false);
+    EXPECT_THAT(Messages.Texts(), ElementsAre(ExpensesRefused));
+    EXPECT_EQ(Entry.ActivityCode, QString());
+    EXPECT_EQ(Focused(), txtActivity);
+    ExpectLocked(false);
+}
