@@ -5,6 +5,7 @@
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
 
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -101,6 +102,22 @@ void Uploads::Secure(const QString &delivered)
 {
     SyncFile(delivered);
     SyncFolder(QFileInfo(delivered).absolutePath());
+}
+
+QString Uploads::DigestOf(const std::string &contents)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(QByteArrayView(contents.data(), static_cast<qsizetype>(contents.size())));
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+QString Uploads::DigestOfFile(const QString &fileName)
+{
+    QFile file(fileName);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
+        RaisePathError(file);
+    return QString::fromLatin1(hash.result().toHex());
 }
 
 void Uploads::Write(const QString &batch, const std::string &contents) const

@@ -38,6 +38,10 @@ public:
 
     QString FileOf(const QString &batch) const;
 
+    /// SHA-256 of a file's bytes, as 64 lower-case hexadecimal digits.
+    static QString DigestOf(const std::string &contents);
+    static QString DigestOfFile(const QString &fileName);
+
 private:
     QString PartOf(const QString &batch) const;
 

@@ -1,11 +1,13 @@
 #include "tests/exchange/Installation.h"
 
+#include "exchange/Collection.h"
 #include "exchange/EntryRows.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -33,15 +35,37 @@ protected:
 
     QByteArray WholeFile() const { return FileOf(Place.Entries(u"ABC"_s)); }
 
+    /// Comes to a company's note and its file under the hidden name; the batch.
+    QString PrepareOnly(const QString &company) const
+    {
+        LocalDatabases local(Place.Program);
+        Collection collection(local, Place.Worklog, company, u"007"_s);
+        EXPECT_TRUE(collection.Prepare());
+        return QFileInfo(collection.File()).completeBaseName();
+    }
+
+    /// Comes to the file that is handed over, and not to its entries in the table; the file.
+    QString HandOverOnly(const QString &company) const
+    {
+        const QString batch = PrepareOnly(company);
+        const Uploads uploads(Place.Worklog, company);
+        uploads.HandOver(batch);
+        return uploads.FileOf(batch);
+    }
+
+    QStringList HiddenFiles(const QString &company) const
+    {
+        return QDir(Place.UploadPath(company, QString()))
+            .entryList({u".*.part"_s}, QDir::Files | QDir::Hidden);
+    }
+
     void Finish()
     {
         const Outcome outcome = Place.Synchronise();
         ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
         EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
         EXPECT_EQ(Place.Note(u"ABC"_s), QString());
-        EXPECT_TRUE(QDir(Place.UploadPath(u"ABC"_s, QString()))
-                        .entryList({u".*.part"_s}, QDir::Files | QDir::Hidden)
-                        .isEmpty());
+        EXPECT_TRUE(HiddenFiles(u"ABC"_s).isEmpty());
     }
 
     /// Descriptions of the entries in all files that were handed over, sorted.
@@ -169,12 +193,67 @@ TEST_F(InterruptedRun, AnEntryChangedSinceComesWithTheNextFile)
 
 TEST_F(InterruptedRun, AMarkOfAnotherProgramIsRefused)
 {
-    Place.PutNote(u"ABC"_s, u"../../elsewhere"_s);
+    for (const QString &mark : {u"../../elsewhere"_s, Batch + u" 12ab"_s}) {
+        Place.PutNote(u"ABC"_s, mark);
+        const QMap<QString, QByteArray> before = Place.LocalFiles();
+        const Outcome outcome = Place.Synchronise();
+        EXPECT_EQ(outcome.ExitStatus, 1);
+        EXPECT_TRUE(outcome.Errors.contains(u"mark of another program: "_s + mark))
+            << qPrintable(outcome.Errors);
+        EXPECT_EQ(Place.LocalFiles(), before);
+    }
+}
+
+TEST_F(InterruptedRun, AnAlteredUploadIsNamedAndNothingIsTakenOut)
+{
+    const QString file = HandOverOnly(u"ABC"_s);
+    const QString upload = u"ABC/uploads/"_s + QFileInfo(file).fileName();
+    const QByteArray original = Place.Read(upload);
+    Place.Replace(upload, "1.0000", "1"); // as a spreadsheet program saves it
     const QMap<QString, QByteArray> before = Place.LocalFiles();
+
+    const Outcome outcome = Place.Synchronise();
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(file)) << qPrintable(outcome.Errors);
+    EXPECT_EQ(Place.LocalFiles(), before);
+    EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 1);
+    Place.Write(upload, original);
+    Finish();
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, AnUploadThatWasAlteredAndImportedIsNamed)
+{
+    const QString name = QFileInfo(HandOverOnly(u"ABC"_s)).fileName();
+    Place.Write(u"ABC/uploads/imported/"_s + name, Place.Read(u"ABC/uploads/"_s + name) + "\n");
+    ASSERT_TRUE(QFile::remove(Place.UploadPath(u"ABC"_s, name)));
     const Outcome outcome = Place.Synchronise();
     EXPECT_EQ(outcome.ExitStatus, 1);
-    EXPECT_TRUE(outcome.Errors.contains(u"../../elsewhere"_s));
-    EXPECT_EQ(Place.LocalFiles(), before);
+    EXPECT_TRUE(outcome.Errors.contains(Place.UploadPath(u"ABC"_s, u"imported/"_s + name)))
+        << qPrintable(outcome.Errors);
+    EXPECT_EQ(Place.Entries(u"ABC"_s).size(), 3U);
+}
+
+TEST_F(InterruptedRun, AnAlteredUploadThatIsTakenAwayIsWrittenAnew)
+{
+    const QString file = HandOverOnly(u"ABC"_s);
+    const QString name = QFileInfo(file).fileName();
+    Place.Replace(u"ABC/uploads/"_s + name, "1.0000", "1");
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 1);
+    ASSERT_TRUE(QFile::remove(file));
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{name});
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, AnAlteredUploadDoesNotKeepTheUserFromDeletingTheEntries)
+{
+    const QString name = QFileInfo(HandOverOnly(u"ABC"_s)).fileName();
+    Place.Replace(u"ABC/uploads/"_s + name, "1.0000", "1");
+    Place.Choose(u"ABC"_s, u"2"_s);
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{name});
 }
 
 TEST_F(InterruptedRun, ADamagedUploadIsNamedAndNothingIsTakenOut)
