@@ -41,9 +41,12 @@ bool Collection::Prepare()
     }
     if (m_batch.isEmpty())
         m_batch = Uploads::NewBatchName(m_employeeNumber);
-    m_uploads.Write(m_batch, contents);
+    // The note comes first: it is all that the next run knows of a hidden file that this one
+    // leaves.
+    m_uploads.MakeFolder();
     m_local.Store().WriteNote(
         entries.Handle, BatchNote{m_batch, Uploads::DigestOf(contents)}.Text());
+    m_uploads.Write(m_batch, contents);
     return true;
 }
 

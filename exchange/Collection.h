@@ -11,12 +11,12 @@
 /// wherever a run is killed.
 ///
 /// The note of the Entries database makes that so. It holds the name of the batch that is being
-/// handed over and the digest of its file, and is on the disk before the file gets the name under
-/// which the accounting side sees it:
+/// handed over and the digest of its file, and is on the disk before there is a file, so that no
+/// hidden one is left without a note that names it:
 ///
 ///   note    file                  what a run that comes later does
 ///   ------  --------------------  -----------------------------------------------------------
-///   none    none, or hidden       collects under a new name
+///   none    none                  collects under a new name
 ///   batch   none, or hidden       collects again, under the same name
 ///   batch   handed over           takes the entries that stand in the file out of the table
 ///   batch   handed over, changed  ends with an error that names the file
@@ -34,8 +34,8 @@ public:
 
     const QString &Company() const { return m_company; }
 
-    /// Settles what an earlier run has left, then writes the file under its hidden name and the
-    /// note. False when there is nothing to hand over.
+    /// Settles what an earlier run has left, then writes the note and the file under its hidden
+    /// name. False when there is nothing to hand over.
     bool Prepare();
     /// Hands the prepared file over and takes its entries out of the table.
     void Deliver();

@@ -35,10 +35,10 @@ bool IsSafeInFileName(QChar c)
 QString FolderIn(const QString &parent, const QString &name)
 {
     const QString found = FindIgnoringCase(parent, name);
-    if (!found.isEmpty())
+    if (QFileInfo(found).isDir())
         return found;
     const QString made = JoinPath(parent, name);
-    if (!QDir().mkdir(made))
+    if (!found.isEmpty() || !QDir().mkdir(made))
         throw clsRunTimeError(
             RunTimeErrors::PathAccess, u"Exchange"_s, made + u": the folder cannot be made"_s);
     SyncFolder(parent);
@@ -120,9 +120,13 @@ QString Uploads::DigestOfFile(const QString &fileName)
     return QString::fromLatin1(hash.result().toHex());
 }
 
-void Uploads::Write(const QString &batch, const std::string &contents) const
+void Uploads::MakeFolder() const
 {
     FolderIn(FolderIn(m_worklog, m_company), UploadsName);
+}
+
+void Uploads::Write(const QString &batch, const std::string &contents) const
+{
     // Removed, never overwritten: a run that was killed while it handed the file over can have
     // left both names, and they are then one and the same file.
     Discard(batch);
@@ -147,6 +151,10 @@ void Uploads::HandOver(const QString &batch) const
 void Uploads::Discard(const QString &batch) const
 {
     QFile file(PartOf(batch));
-    if (file.exists() && !file.remove())
+    if (!file.exists())
+        return;
+    if (!file.remove())
         RaisePathError(file);
+    // The note that names the file may be gone soon, and must not go before it.
+    SyncFolder(QFileInfo(file).absolutePath());
 }

@@ -53,19 +53,13 @@ protected:
         return uploads.FileOf(batch);
     }
 
-    QStringList HiddenFiles(const QString &company) const
-    {
-        return QDir(Place.UploadPath(company, QString()))
-            .entryList({u".*.part"_s}, QDir::Files | QDir::Hidden);
-    }
-
     void Finish()
     {
         const Outcome outcome = Place.Synchronise();
         ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
         EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
         EXPECT_EQ(Place.Note(u"ABC"_s), QString());
-        EXPECT_TRUE(HiddenFiles(u"ABC"_s).isEmpty());
+        EXPECT_TRUE(Place.HiddenUploads(u"ABC"_s).isEmpty());
     }
 
     /// Descriptions of the entries in all files that were handed over, sorted.
@@ -88,13 +82,38 @@ protected:
     Installation Place;
 };
 
-TEST_F(InterruptedRun, OnlyTheHiddenFileIsThere)
+TEST_F(InterruptedRun, AHiddenFileOfAnotherComputerIsLeftAlone)
 {
     Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, "half of a li");
     const Outcome outcome = Place.Synchronise();
     ASSERT_EQ(outcome.ExitStatus, 0);
     EXPECT_EQ(Delivered(), AllThree);
     EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), 1);
+    EXPECT_EQ(Place.Read(u"ABC/uploads/."_s + Batch + u".part"_s), "half of a li");
+}
+
+TEST_F(InterruptedRun, BeforeTheNoteThereIsNoHiddenFile)
+{
+    {
+        const auto tables = Place.Open();
+        RecordStore::Batch writing(
+            tables->Store, tables->Main.OpenTable(u"ABCEntries-WkLg"_s)); // no note can be written
+        const Outcome outcome = Place.Synchronise();
+        EXPECT_EQ(outcome.ExitStatus, 1);
+        EXPECT_TRUE(outcome.Errors.contains(u"ABCEntries-WkLg"_s)) << qPrintable(outcome.Errors);
+    }
+    EXPECT_EQ(Place.HiddenUploads(u"ABC"_s), QStringList());
+    Finish();
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, NotedAndTheHiddenFileIsHalfWritten)
+{
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, "half of a li");
+    Place.PutNote(u"ABC"_s, Batch);
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{Batch + u".csv"_s});
+    EXPECT_EQ(Delivered(), AllThree);
 }
 
 TEST_F(InterruptedRun, NotedButNotHandedOver)
