@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -283,6 +285,114 @@ TEST_F(InterruptedRun, ADamagedUploadIsNamedAndNothingIsTakenOut)
     EXPECT_EQ(outcome.ExitStatus, 1);
     EXPECT_TRUE(outcome.Errors.contains(Batch + u".csv, line 1: "_s));
     EXPECT_EQ(Place.Entries(u"ABC"_s).size(), 3U);
+}
+
+TEST_F(InterruptedRun, AnotherOptionInBetweenLeavesItAsItIs)
+{
+    const QString file = HandOverOnly(u"ABC"_s);
+    const QString note = Place.Note(u"ABC"_s);
+    Place.Choose(u"ABC"_s, u"3"_s);
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(Place.Entries(u"ABC"_s).size(), 3U);
+    EXPECT_EQ(Place.Note(u"ABC"_s), note);
+    Place.Choose(u"ABC"_s, u"0"_s);
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{QFileInfo(file).fileName()});
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRun, AnotherOptionInBetweenLeavesTheHiddenFile)
+{
+    const QString batch = PrepareOnly(u"ABC"_s);
+    Place.Choose(u"ABC"_s, u"3"_s);
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(Place.HiddenUploads(u"ABC"_s).size(), 1);
+    Place.PutEntries(u"ABC"_s, {EntryNumber(9)});
+    Place.Choose(u"ABC"_s, u"0"_s);
+    Finish();
+    EXPECT_EQ(Place.Uploads(u"ABC"_s), QStringList{batch + u".csv"_s});
+    EXPECT_EQ(Delivered(), (QStringList{u"Entry 1"_s, u"Entry 2"_s, u"Entry 2"_s, u"Entry 9"_s}));
+}
+
+/// The same with a second company, TWO, that has an entry.
+class InterruptedRunOfTwo : public InterruptedRun
+{
+protected:
+    InterruptedRunOfTwo()
+    {
+        Place.AddCompany(u"TWO"_s);
+        Place.Choose(u"ABC"_s, u"3"_s);
+        EXPECT_EQ(Place.Synchronise().ExitStatus, 0);
+        Place.Choose(u"ABC"_s, u"0"_s);
+        Place.PutEntries(u"TWO"_s, {EntryNumber(7)});
+        Place.Replace(u"ABC/Customers.csv"_s, "Acme", "Renamed");
+    }
+
+    void FinishTwo()
+    {
+        Finish();
+        EXPECT_TRUE(Place.Entries(u"TWO"_s).empty());
+        EXPECT_EQ(Place.Note(u"TWO"_s), QString());
+        EXPECT_TRUE(Place.HiddenUploads(u"TWO"_s).isEmpty());
+        EXPECT_EQ(Place.Uploads(u"TWO"_s).size(), 1);
+    }
+};
+
+TEST_F(InterruptedRunOfTwo, ADroppedCompanyIsFinished)
+{
+    const QString file = HandOverOnly(u"TWO"_s);
+    Place.DropCompany(u"TWO"_s);
+    FinishTwo();
+    EXPECT_TRUE(QFile::exists(file));
+    EXPECT_TRUE(Place.Log().contains(u"TWO: finished an interrupted run: 1 entry"_s));
+}
+
+TEST_F(InterruptedRunOfTwo, ADroppedCompanyHandsOverUnderTheNotedName)
+{
+    const QString batch = PrepareOnly(u"TWO"_s);
+    Place.DropCompany(u"TWO"_s);
+    FinishTwo();
+    EXPECT_EQ(Place.Uploads(u"TWO"_s), QStringList{batch + u".csv"_s});
+}
+
+TEST_F(InterruptedRunOfTwo, TheSecondCannotPrepareAfterTheFirstDid)
+{
+    Place.Write(u"TWO/uploads"_s, "a file where the folder should be");
+
+    const Outcome outcome = Place.Synchronise();
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"uploads"_s)) << qPrintable(outcome.Errors);
+    EXPECT_EQ(Place.Entries(u"ABC"_s).size(), 3U);
+    EXPECT_EQ(Place.Entries(u"TWO"_s).size(), 1U);
+    EXPECT_TRUE(Place.Uploads(u"ABC"_s).isEmpty());
+    EXPECT_EQ(Place.CustomerNames(u"ABC"_s).first(), u"Acme"_s);
+    ASSERT_TRUE(QFile::remove(Place.Worklog + u"/TWO/uploads"_s));
+    FinishTwo();
+    EXPECT_EQ(Delivered(), AllThree);
+}
+
+TEST_F(InterruptedRunOfTwo, TheSecondCannotHandOverAfterTheFirstDid)
+{
+    // A name that is taken, though no file is found under it, is met first when handing over.
+    Place.PutNote(u"TWO"_s, Batch);
+    Place.Write(u"TWO/uploads/.keep"_s, {});
+    const QString taken = Place.UploadPath(u"TWO"_s, Batch + u".csv"_s);
+    std::filesystem::create_symlink("nowhere", taken.toStdString());
+
+    const Outcome outcome = Place.Synchronise();
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(taken)) << qPrintable(outcome.Errors);
+    EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
+    EXPECT_EQ(Place.Note(u"ABC"_s), QString());
+    EXPECT_EQ(Delivered(), AllThree);
+    EXPECT_EQ(Place.Entries(u"TWO"_s).size(), 1U);
+    EXPECT_EQ(Place.CustomerNames(u"ABC"_s).first(), u"Acme"_s);
+    ASSERT_TRUE(QFile::remove(taken));
+    FinishTwo();
+    EXPECT_EQ(Delivered(), AllThree);
+    EXPECT_EQ(Place.CustomerNames(u"ABC"_s).first(), u"Renamed"_s);
 }
 
 } // namespace
