@@ -25,14 +25,12 @@ bool Collection::Prepare()
     const LocalDatabases::Open entries(m_local, m_databaseName);
     if (!entries.Exists())
         return false;
-    m_batch = ReadBatchNote(entries.Handle);
-    const QString delivered = m_batch.isEmpty() ? QString() : m_uploads.Delivered(m_batch);
-    if (!delivered.isEmpty()) {
-        Uploads::Secure(delivered);
-        m_uploads.Discard(m_batch);
-        m_finishedCount = TakeOut(entries.Handle, ReadEntryLines(delivered));
-        m_batch.clear();
-    }
+    const BatchNote note = ReadBatchNote(entries.Handle);
+    const QString delivered = note.Batch.isEmpty() ? QString() : m_uploads.Delivered(note.Batch);
+    if (delivered.isEmpty())
+        m_batch = note.Batch;
+    else
+        Finish(entries.Handle, note, delivered);
     const std::string contents = ReadEntries(entries.Handle);
     if (m_count == 0) {
         if (!m_batch.isEmpty()) {
@@ -43,9 +41,27 @@ bool Collection::Prepare()
     }
     if (m_batch.isEmpty())
         m_batch = Uploads::NewBatchName(m_employeeNumber);
+    // The note comes first: it is all that the next run knows of a hidden file that this one
+    // leaves.
+    m_uploads.MakeFolder();
+    m_local.Store().WriteNote(
+        entries.Handle, BatchNote{m_batch, Uploads::DigestOf(contents)}.Text());
     m_uploads.Write(m_batch, contents);
-    m_local.Store().WriteNote(entries.Handle, m_batch);
     return true;
+}
+
+void Collection::Finish(
+    RecordStore::Handle entries, const BatchNote &note, const QString &delivered)
+{
+    // Entries are recognised by their lines; in a file that was changed they would not be found,
+    // and would be handed over again.
+    if (!note.Digest.isEmpty() && Uploads::DigestOfFile(delivered) != note.Digest)
+        RaiseExchangeError(ExchangeErrors::BadFile,
+            delivered + u": the file was changed after it was handed over; put the original back "_s
+                + u"and synchronise again"_s);
+    Uploads::Secure(delivered);
+    m_uploads.Discard(note.Batch);
+    m_finishedCount = TakeOut(entries, ReadEntryLines(delivered));
 }
 
 void Collection::Deliver()
@@ -60,7 +76,7 @@ qint64 Collection::Erase()
     const LocalDatabases::Open entries(m_local, m_databaseName);
     if (!entries.Exists())
         return 0;
-    const QString batch = ReadBatchNote(entries.Handle);
+    const QString batch = ReadBatchNote(entries.Handle).Batch;
     if (!batch.isEmpty())
         m_uploads.Discard(batch);
     ReadEntries(entries.Handle);
@@ -69,14 +85,15 @@ qint64 Collection::Erase()
     return m_count;
 }
 
-QString Collection::ReadBatchNote(RecordStore::Handle entries)
+BatchNote Collection::ReadBatchNote(RecordStore::Handle entries)
 {
-    const QString note = m_local.Store().ReadNote(entries);
-    if (!note.isEmpty() && !Uploads::IsBatchName(note))
+    const QString text = m_local.Store().ReadNote(entries);
+    const std::optional<BatchNote> note = BatchNote::FromText(text);
+    if (!note)
         RaiseExchangeError(ExchangeErrors::BadNote,
             u"The database "_s + m_databaseName + u" carries the mark of another program: "_s
-                + note);
-    return note;
+                + text);
+    return *note;
 }
 
 std::string Collection::ReadEntries(RecordStore::Handle entries)

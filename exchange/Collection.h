@@ -1,25 +1,25 @@
 #pragma once
 
+#include "exchange/BatchNote.h"
 #include "exchange/EntryRows.h"
 #include "exchange/LocalDatabases.h"
 #include "exchange/Uploads.h"
 
 #include <QString>
 
-#include <optional>
-
 /// Hands the entries of one company over to the accounting side, each of them exactly once,
 /// wherever a run is killed.
 ///
 /// The note of the Entries database makes that so. It holds the name of the batch that is being
-/// handed over, and is on the disk before the batch's file gets the name under which the
-/// accounting side sees it:
+/// handed over and the digest of its file, and is on the disk before there is a file, so that no
+/// hidden one is left without a note that names it:
 ///
 ///   note    file                  what a run that comes later does
 ///   ------  --------------------  -----------------------------------------------------------
-///   none    none, or hidden       collects under a new name
+///   none    none                  collects under a new name
 ///   batch   none, or hidden       collects again, under the same name
 ///   batch   handed over           takes the entries that stand in the file out of the table
+///   batch   handed over, changed  ends with an error that names the file
 ///
 /// Entries leave the table and the note is cleared in one transaction. An entry that was changed
 /// after it was handed over is another entry then: it stays, and comes with the next batch.
@@ -34,8 +34,8 @@ public:
 
     const QString &Company() const { return m_company; }
 
-    /// Settles what an earlier run has left, then writes the file under its hidden name and the
-    /// note. False when there is nothing to hand over.
+    /// Settles what an earlier run has left, then writes the note and the file under its hidden
+    /// name. False when there is nothing to hand over.
     bool Prepare();
     /// Hands the prepared file over and takes its entries out of the table.
     void Deliver();
@@ -48,7 +48,10 @@ public:
     qint64 FinishedCount() const { return m_finishedCount; }
 
 private:
-    QString ReadBatchNote(RecordStore::Handle entries);
+    BatchNote ReadBatchNote(RecordStore::Handle entries);
+    /// Takes out what an earlier run has handed over in the file `delivered`.
+    /// Errors: BadFile when the file is not the one of the note; nothing has changed then.
+    void Finish(RecordStore::Handle entries, const BatchNote &note, const QString &delivered);
     /// All entries: their lines into `m_lines`, and the text of their file.
     std::string ReadEntries(RecordStore::Handle entries);
     /// Takes one entry a line out of the table and clears the note, in one transaction; the number

@@ -112,7 +112,9 @@ LocalCompany LocalDatabases::Examine(const QString &company)
     if (options)
         found.Sync_Option = options->Sync_Option;
     else
-        found.IsChoiceLost = FileExists(m_main.CompanyName(company, DatabasePrefix::Options));
+        // Entries are made in a company that was written, and so has had a choice.
+        found.IsChoiceLost = FileExists(m_main.CompanyName(company, DatabasePrefix::Options))
+            || FileExists(m_main.CompanyName(company, DatabasePrefix::Entries));
     if (employee)
         found.Employee_Number = employee->Employee_Number;
     // No all_of: each of the databases is looked at, so that a foreign one is found now and not

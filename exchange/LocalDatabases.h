@@ -27,7 +27,8 @@ struct LocalCompany
 {
     bool Complete = false; ///< all seven reference databases are there and sound
     QString Sync_Option; ///< as its Options database has it; empty when that cannot be read
-    bool IsChoiceLost = false; ///< the Options database is there, but cannot be read
+    /// There is an Options or an Entries database, but no option can be read.
+    bool IsChoiceLost = false;
     QString Employee_Number; ///< empty when its Employee database is missing or cannot be read
 };
 

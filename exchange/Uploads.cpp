@@ -5,6 +5,7 @@
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
 
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -34,10 +35,10 @@ bool IsSafeInFileName(QChar c)
 QString FolderIn(const QString &parent, const QString &name)
 {
     const QString found = FindIgnoringCase(parent, name);
-    if (!found.isEmpty())
+    if (QFileInfo(found).isDir())
         return found;
     const QString made = JoinPath(parent, name);
-    if (!QDir().mkdir(made))
+    if (!found.isEmpty() || !QDir().mkdir(made))
         throw clsRunTimeError(
             RunTimeErrors::PathAccess, u"Exchange"_s, made + u": the folder cannot be made"_s);
     SyncFolder(parent);
@@ -103,9 +104,29 @@ void Uploads::Secure(const QString &delivered)
     SyncFolder(QFileInfo(delivered).absolutePath());
 }
 
-void Uploads::Write(const QString &batch, const std::string &contents) const
+QString Uploads::DigestOf(const std::string &contents)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(QByteArrayView(contents.data(), static_cast<qsizetype>(contents.size())));
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+QString Uploads::DigestOfFile(const QString &fileName)
+{
+    QFile file(fileName);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
+        RaisePathError(file);
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+void Uploads::MakeFolder() const
 {
     FolderIn(FolderIn(m_worklog, m_company), UploadsName);
+}
+
+void Uploads::Write(const QString &batch, const std::string &contents) const
+{
     // Removed, never overwritten: a run that was killed while it handed the file over can have
     // left both names, and they are then one and the same file.
     Discard(batch);
@@ -130,6 +151,10 @@ void Uploads::HandOver(const QString &batch) const
 void Uploads::Discard(const QString &batch) const
 {
     QFile file(PartOf(batch));
-    if (file.exists() && !file.remove())
+    if (!file.exists())
+        return;
+    if (!file.remove())
         RaisePathError(file);
+    // The note that names the file may be gone soon, and must not go before it.
+    SyncFolder(QFileInfo(file).absolutePath());
 }

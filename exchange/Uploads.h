@@ -28,15 +28,21 @@ public:
     /// killed may have gone before they were.
     static void Secure(const QString &delivered);
 
+    /// Makes the folder unless it is there.
+    void MakeFolder() const;
     /// Writes the batch's file under its hidden name, in place of one that was left there. It is
-    /// on the disk when this returns.
+    /// on the disk when this returns. The folder is there.
     void Write(const QString &batch, const std::string &contents) const;
     /// Gives the hidden file its final name, in one durable step.
     void HandOver(const QString &batch) const;
-    /// Removes the batch's hidden file if there is one.
+    /// Removes the batch's hidden file if there is one, durably.
     void Discard(const QString &batch) const;
 
     QString FileOf(const QString &batch) const;
+
+    /// SHA-256 of a file's bytes, as 64 lower-case hexadecimal digits.
+    static QString DigestOf(const std::string &contents);
+    static QString DigestOfFile(const QString &fileName);
 
 private:
     QString PartOf(const QString &batch) const;

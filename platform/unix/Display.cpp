@@ -6,8 +6,11 @@ void ChooseDisplay()
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return;
-    const bool isNamed
-        = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-    // A display that is named but cannot be reached leaves the second choice.
-    qputenv("QT_QPA_PLATFORM", QByteArray(isNamed ? "xcb;offscreen" : "offscreen"));
+    // Each is tried in turn: a display that is named but cannot be reached leaves the next choice.
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "wayland;xcb;offscreen");
+    else if (qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb;offscreen");
+    else
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 }

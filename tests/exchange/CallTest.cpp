@@ -104,10 +104,12 @@ TEST(Call, ItWorksWhereThereIsNoDisplay)
 TEST(Call, ItWorksWhereTheDisplayCannotBeReached)
 {
     const Installation place;
-    QProcessEnvironment environment = WithoutDisplay();
-    environment.insert(u"DISPLAY"_s, u":7654"_s);
-    const Outcome outcome = place.Call({u"-hd"_s, place.Program}, environment);
-    EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+    for (const QString &variable : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s}) {
+        QProcessEnvironment environment = WithoutDisplay();
+        environment.insert(variable, u":7654"_s);
+        const Outcome outcome = place.Call({u"-hd"_s, place.Program}, environment);
+        EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(variable) << qPrintable(outcome.Errors);
+    }
 }
 
 TEST(Call, AMissingProgramFolderIsLogged)

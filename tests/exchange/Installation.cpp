@@ -279,6 +279,12 @@ QStringList Installation::Uploads(const QString &company) const
         .entryList({u"*.csv"_s}, QDir::Files, QDir::Name);
 }
 
+QStringList Installation::HiddenUploads(const QString &company) const
+{
+    return QDir(JoinPath(Worklog, company + u"/uploads"_s))
+        .entryList({u".*.part"_s}, QDir::Files | QDir::Hidden, QDir::Name);
+}
+
 QString Installation::UploadPath(const QString &company, const QString &name) const
 {
     return JoinPath(Worklog, company + u"/uploads/"_s + name);

@@ -65,6 +65,7 @@ public:
     QMap<QString, QByteArray> LocalFiles() const;
     /// Names of the upload files that the accounting side sees, sorted.
     QStringList Uploads(const QString &company) const;
+    QStringList HiddenUploads(const QString &company) const; ///< names of those it does not see
     QString UploadPath(const QString &company, const QString &name) const;
     QString Log() const;
 

@@ -107,6 +107,7 @@ TEST(KilledRun, AtAnyMomentLosesNoEntryAndDeliversNoneTwice)
         ASSERT_TRUE(place.Entries(u"ABC"_s).empty());
         ASSERT_EQ(place.Note(u"ABC"_s), QString());
         ASSERT_TRUE(DeliveredLines(place) == expected) << "after " << kills << " kills";
+        ASSERT_EQ(place.HiddenUploads(u"ABC"_s), QStringList());
         ASSERT_EQ(place.CustomerNames(u"ABC"_s).size(), 2);
         ASSERT_EQ(Names(place.LocalFiles()), Names(before));
     }

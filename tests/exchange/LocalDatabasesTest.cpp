@@ -114,6 +114,35 @@ TEST(LocalDatabases, ADamagedOptionsDatabaseLosesNoEntry)
     EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"2"_s);
 }
 
+TEST(LocalDatabases, AMissingOptionsDatabaseLosesNoEntry)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    place.Replace(u"ABC/Options.csv"_s, "Ledger,0", "Ledger,2");
+    ASSERT_TRUE(QFile::remove(DatabaseFileOf(place, u"ABCOptions-WkLg"_s)));
+    const Outcome outcome = place.Synchronise();
+    ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
+    EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+    EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"2"_s);
+}
+
+TEST(LocalDatabases, ADroppedCompanyWhoseChoiceIsLostHandsOver)
+{
+    Installation place;
+    place.AddCompany(u"OLD"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"OLD"_s, {EntryNumber(1)});
+    ASSERT_TRUE(QFile::remove(DatabaseFileOf(place, u"OLDOptions-WkLg"_s)));
+    place.DropCompany(u"OLD"_s);
+    const Outcome outcome = place.Synchronise();
+    ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.Uploads(u"OLD"_s).size(), 1);
+    EXPECT_TRUE(place.Entries(u"OLD"_s).empty());
+    EXPECT_FALSE(QFile::exists(DatabaseFileOf(place, u"OLDOptions-WkLg"_s)));
+}
+
 TEST(LocalDatabases, AFileOfSomebodyElseIsNeverReplaced)
 {
     const Installation place;

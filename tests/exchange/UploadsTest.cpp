@@ -49,6 +49,7 @@ TEST(Uploads, AFileIsSeenOnlyWhenItIsHandedOver)
 {
     const QTemporaryDir worklog;
     const Uploads uploads(worklog.path(), u"ABC"_s);
+    uploads.MakeFolder();
     uploads.Write(u"b1"_s, "one");
     EXPECT_TRUE(uploads.Delivered(u"b1"_s).isEmpty());
     EXPECT_FALSE(QFile::exists(uploads.FileOf(u"b1"_s)));
@@ -61,6 +62,7 @@ TEST(Uploads, AnImportedFileCountsAsHandedOver)
 {
     const QTemporaryDir worklog;
     const Uploads uploads(worklog.path(), u"ABC"_s);
+    uploads.MakeFolder();
     uploads.Write(u"b1"_s, "one");
     uploads.HandOver(u"b1"_s);
     const QString imported = worklog.filePath(u"ABC/uploads/Imported"_s);
@@ -73,6 +75,7 @@ TEST(Uploads, AFileThatIsThereIsNeverReplaced)
 {
     const QTemporaryDir worklog;
     const Uploads uploads(worklog.path(), u"ABC"_s);
+    uploads.MakeFolder();
     uploads.Write(u"b1"_s, "one");
     uploads.HandOver(u"b1"_s);
     uploads.Write(u"b1"_s, "two");
@@ -84,6 +87,7 @@ TEST(Uploads, WritingAnewLeavesAFileAloneThatStillHasBothNames)
 {
     const QTemporaryDir worklog;
     const Uploads uploads(worklog.path(), u"ABC"_s);
+    uploads.MakeFolder();
     uploads.Write(u"b1"_s, "one");
     uploads.HandOver(u"b1"_s);
     // What a kill in the middle of handing over can leave.
