@@ -3,6 +3,8 @@
 
 #include "app/clsProgram.h"
 
+#include "platform/clsGrid.h"
+
 #include "platform/clsRunTimeError.h"
 #include "store/StoreErrors.h"
 #include "tests/support/Raised.h"
@@ -351,6 +353,70 @@ TEST_F(Program, ACompanyWhoseDatabasesAreIncompleteLeavesTheFormerOneUsable)
     EXPECT_EQ(Control<QLabel>(window, "lblCompanyName").text(), u"Abacus"_s);
     QTest::keyClick(&Control<QLineEdit>(window, "txtCustomer"), Qt::Key_Home);
     EXPECT_TRUE(Control<QWidget>(window, "txtCustomer").isEnabled());
+}
+
+TEST_F(Program, ACompanyWhoseDataCannotBeShownLeavesTheFormerOneUsable)
+{
+    SampleCompany former(u"ABC"_s, u"Abacus"_s);
+    former.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(3))};
+    SampleCompany damaged(u"XYZ"_s);
+    damaged.Entries.reset();
+    BuildSampleCompanies(Folder(), {former, damaged}, Global(u"ABC"_s));
+    QFile entries(File(u"XYZEntries-WkLg"_s));
+    ASSERT_TRUE(entries.open(QIODevice::WriteOnly));
+    entries.write("no database");
+    entries.close();
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    QComboBox &company = Control<QComboBox>(window, "cboCompany");
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_Down);
+    LetEventsRun();
+    QTest::keyClick(company.view(), Qt::Key_Down);
+    QTest::keyClick(company.view(), Qt::Key_Return);
+    LetEventsRun();
+    EXPECT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_EQ(company.currentText(), u"ABC"_s);
+    EXPECT_EQ(Control<QLabel>(window, "lblCompanyName").text(), u"Abacus"_s);
+    const auto &grid = Control<clsGrid>(window, "msgEntryList");
+    EXPECT_EQ(grid.TextMatrix(1, 7), u"3.00"_s);
+    // And its entries are the ones that a refresh reads.
+    QTest::mouseClick(&Control<QPushButton>(window, "cmdUndo"), Qt::LeftButton);
+    EXPECT_EQ(grid.TextMatrix(1, 7), u"3.00"_s);
+    EXPECT_EQ(m_messages.Shown.size(), 1);
+}
+
+TEST_F(Program, APressThatWaitedIsNotCarriedOutInsideAnotherOnesMessage)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    /// Lets the events run, as the event loop of a box on the screen does.
+    class clsBoxWithEvents : public clsRecordedMessages
+    {
+    public:
+        MessageAnswer Ask(const QString &text, MessageIcon icon, MessageButtons buttons,
+            MessageAnswer preset) override
+        {
+            LetEventsRun();
+            return clsRecordedMessages::Ask(text, icon, buttons, preset);
+        }
+    };
+    clsBoxWithEvents messages;
+    clsProgram program(Folder(), {messages, m_keys, m_process, m_clock, m_settings, m_browser});
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    QTest::keyClicks(&Control<QLineEdit>(window, "txtDescription"), u"half typed"_s);
+    messages.Answers = {MessageAnswer::Cancel};
+    auto &sync = Control<QPushButton>(window, "cmdSync");
+    sync.click();
+    sync.click();
+    LetEventsRun();
+    EXPECT_EQ(program.MainWindow(), &window);
+    EXPECT_THAT(m_process.Programs, IsEmpty());
 }
 
 TEST_F(Program, TwoProgramsInOneProcessKnowNothingOfEachOther)

@@ -2,6 +2,7 @@
 
 #include "tests/support/PrintQt.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -90,6 +91,18 @@ TEST_F(Process, LetsWindowEventsRunMeanwhileAndTakesNoProcessorTime)
     EXPECT_TRUE(m_process.RunAndWait(script, QString(), m_folder.path()));
     const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
     EXPECT_LT(seconds, 0.1) << "a wait that spins takes all of the half second";
+}
+
+TEST_F(Process, IsWaitedForAlsoWhenTheApplicationIsToldToQuit)
+{
+    const QString script = Script("while [ ! -e go ]; do sleep 0.05; done; echo done > out");
+    QTimer::singleShot(0, [&] {
+        QFile go(m_folder.filePath(u"go"_s));
+        QCoreApplication::quit();
+        EXPECT_TRUE(go.open(QIODevice::WriteOnly));
+    });
+    EXPECT_TRUE(m_process.RunAndWait(script, QString(), m_folder.path()));
+    EXPECT_EQ(Content(u"out"_s), "done\n");
 }
 
 TEST_F(Process, DoesNotWaitForAHelperThatItsProgramLeftBehind)

@@ -239,6 +239,19 @@ TEST_F(ModSync, TheClientRunsInItsFolderWithEveryDatabaseClosed)
     EXPECT_TRUE(m_session.SynchronisationInProgress);
 }
 
+TEST_F(ModSync, TheJournalOfADatabaseThatNobodyOpenedIsSettledBeforeTheClientStarts)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    Touch(Folder() + u"/ABCOptions-WkLg.db-journal"_s, "what a killed write left");
+    Touch(Folder() + u"/GONEOptions-WkLg.db-journal"_s, "its database is gone");
+    QStringList journals{u"not looked"_s};
+    m_process.Work = [&] { journals = QDir(Folder()).entryList({u"*-journal"_s}); };
+    m_sync.RunSynchronisation();
+    EXPECT_EQ(m_process.Programs.size(), 1);
+    EXPECT_THAT(journals, IsEmpty());
+}
+
 TEST_F(ModSync, AClientThatDoesNotStartIsNamedAndTheFolderGivenBack)
 {
     MakeInstallation();

@@ -1,0 +1,63 @@
+#include "app/clsApplication.h"
+
+#include "platform/clsRunTimeError.h"
+#include "tests/support/PrintQt.h"
+#include "tests/support/Recorded.h"
+
+#include <QTest>
+#include <QWidget>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A window whose event handler fails as it is told to.
+class clsFailing : public QWidget
+{
+public:
+    std::function<void()> Fail;
+
+protected:
+    void mousePressEvent(QMouseEvent *) override { Fail(); }
+};
+
+} // namespace
+
+// The application under test is the one that this program runs on.
+namespace {
+
+clsRecordedMessages *Told = nullptr;
+
+} // namespace
+
+TEST(Application, TellsWhatNoHandlerTookAndGoesOn)
+{
+    clsFailing window;
+    window.Fail = [] { throw clsRunTimeError(7777, u"Test"_s, u"it broke"_s); };
+    QTest::mouseClick(&window, Qt::LeftButton);
+    window.Fail = [] { throw std::bad_alloc(); };
+    QTest::mouseClick(&window, Qt::LeftButton);
+    window.Fail = [] { throw std::out_of_range("row 9"); };
+    QTest::mouseClick(&window, Qt::LeftButton);
+    EXPECT_THAT(Told->Texts(),
+        testing::ElementsAre(
+            u"Error #7777 (it broke)."_s, u"Error #7 (Out of memory)."_s, u"Error #51 (row 9)."_s));
+}
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    clsRecordedMessages messages;
+    const clsApplication application(argc, argv, messages);
+    Told = &messages;
+    return RUN_ALL_TESTS();
+}
