@@ -49,8 +49,10 @@ void Dialogs::InDialog(
             dialog->close();
     });
     action();
-    LetEventsRun();
     EXPECT_TRUE(ran);
+    Window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
+    LetEventsRun();
 }
 
 } // namespace
@@ -215,7 +217,7 @@ TEST_F(Dialogs, TheSynchronisationOptionIsStoredWhereAccountingReadsIt)
     InDialog([this] { Control<QAction>(Window(), "mnuSync").trigger(); },
         [](QWidget &dialog) {
             EXPECT_EQ(dialog.objectName(), u"frmSyncOptions"_s);
-            QTest::mouseClick(&Control<QRadioButton>(dialog, "optSyncOption1"), Qt::LeftButton);
+            QTest::keyClick(&Control<QRadioButton>(dialog, "optSyncOption0"), Qt::Key_Down);
             QTest::mouseClick(&Control<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
         });
     RecordStore store;

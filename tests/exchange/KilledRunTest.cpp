@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int EntryCount = 3000;
-constexpr int KillsInAll = 180;
+constexpr int KillsInAll = 200;
 constexpr int MostKillsInARow = 6; // then a run comes to its end; a killed repair is met as well
 
 std::vector<EntryRecord> ManyEntries()

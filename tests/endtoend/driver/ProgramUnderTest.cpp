@@ -7,6 +7,7 @@
 #include <QUuid>
 
 #include <stdexcept>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -126,8 +127,13 @@ QStringList ProgramUnderTest::Headers(const QString &grid)
 
 void ProgramUnderTest::Click(const QString &control)
 {
-    WaitUntil(control + u" to be there and enabled"_s, [&] { return IsEnabled(control); });
-    const QPoint middle = MiddleOf(Ask(u"control"_s, control));
+    // A window that has just opened may still be moved to its place by the window manager.
+    QPoint middle;
+    WaitUntil(control + u" to be there, enabled and at rest"_s, [&] {
+        const QJsonObject found = Ask(u"control"_s, control);
+        const QPoint before = std::exchange(middle, MiddleOf(found));
+        return found[u"enabled"_s].toBool() && found[u"active"_s].toBool() && middle == before;
+    });
     m_display.Click(middle.x(), middle.y());
 }
 
