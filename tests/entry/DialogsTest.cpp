@@ -217,8 +217,8 @@ TEST_F(Dialogs, TheSynchronisationOptionIsStoredWhereAccountingReadsIt)
     InDialog([this] { Control<QAction>(Window(), "mnuSync").trigger(); },
         [](QWidget &dialog) {
             EXPECT_EQ(dialog.objectName(), u"frmSyncOptions"_s);
-            QTest::keyClick(&Control<QRadioButton>(dialog, "optSyncOption0"), Qt::Key_Down);
-            QTest::mouseClick(&Control<QPushButton>(dialog, "cmdAccept"), Qt::LeftButton);
+            QTest::keyClick(&Control<QRadioButton>(dialog, "optSyncOption1"), Qt::Key_Space);
+            QTest::keyClick(&Control<QPushButton>(dialog, "cmdAccept"), Qt::Key_Space);
         });
     RecordStore store;
     store.SetCreator(CodeNumber(SampleCodes().Creator));
