@@ -275,7 +275,7 @@ bool frmLookup::HandleGridKey(const QKeyEvent &event)
         Handle([&] { m_mod.PageKey(*paging); });
         return true;
     }
-    return TypesALetter(event); // the list is searched in its own box only
+    return false;
 }
 
 bool frmLookup::HandleGridMouse(QEvent &event)

@@ -481,6 +481,30 @@ TEST_F(TransFilter, ACancelledF2OnAnUnknownTextPutsThePreviousCodeBack)
     });
 }
 
+TEST_F(TransFilter, ABoxThatTheFocusComesBackToRemembersItsTextAnew)
+{
+    Apply(u"0100"_s, {}, {});
+    Open([this] {
+        InLookup(
+            [this] {
+                Type("txtCustomer", u"0200"_s);
+                Press(Qt::Key_F2);
+            },
+            [this] { Press(Qt::Key_Escape); });
+        EXPECT_EQ(Box("txtCustomer").selectedText(), u"0200"_s);
+        Enter("txtCustomer", u"NONE"_s);
+        EXPECT_EQ(Boxes().at(0), u"0200"_s);
+        Window().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&Window()));
+        Press("txtCustomer", Qt::Key_L, Qt::AltModifier);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return Filter.FilterCleared; }));
+        EXPECT_EQ(Focused(), u"txtCustomer"_s);
+        Enter("txtCustomer", u"NONE"_s);
+        EXPECT_EQ(Boxes().at(0), QString());
+        Leave();
+    });
+}
+
 TEST_F(TransFilter, TheCodeFromBeforeTakenInALookupHasItsOwnNameAgain)
 {
     Apply(u"0100"_s, {}, {});

@@ -111,6 +111,23 @@ TEST_F(Kinds, ProjectsOfACustomerInTheMiddleOfTheTableAreFoundInBothOrders)
     });
 }
 
+TEST_F(Kinds, TheFirstProjectOfACustomerIsFoundAnewInEachOrder)
+{
+    // Keys of codes that differ in case only are mixed by code and apart by name.
+    Company.Projects = {SampleProject(u"ab"_s, u"P1"_s, u"Small"_s),
+        SampleProject(u"AB"_s, u"P2"_s, u"Capital"_s),
+        SampleProject(u"AB"_s, u"P3"_s, u"Capital"_s)};
+    Start();
+    Entry.CustomerCode = u"ab"_s;
+    LookUp(u"Job"_s, [this] {
+        EXPECT_THAT(Column(0), ElementsAre(u"0"_s));
+        ChooseBy(u"Name"_s);
+        EXPECT_THAT(Column(0), ElementsAre(u"2"_s));
+        EXPECT_THAT(Column(1), ElementsAre(u"P1"_s));
+        Press(Qt::Key_Escape);
+    });
+}
+
 TEST_F(Kinds, ActivitiesByCodeDescriptionAndBillingStatus)
 {
     Start();

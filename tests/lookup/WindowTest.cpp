@@ -89,7 +89,7 @@ TEST_F(LookupWindow, ComingBackToItIsNoOpening)
 {
     InWindowOf(100, [this] {
         Type("txtLookup", u"C070"_s);
-        QWidget other;
+        QWidget other(&Window(), Qt::Window); // as the help would stand over it
         ASSERT_TRUE(ShowActive(other));
         other.close();
         Window().activateWindow();
@@ -135,14 +135,20 @@ TEST_F(LookupWindow, TheTextIsSelectedWhenItIsEnteredAndWhenItIsClicked)
     });
 }
 
-TEST_F(LookupWindow, LettersInTheGridSearchNothing)
+TEST_F(LookupWindow, KeysThatAreLeftToTheGridMoveNoRow)
 {
     InWindowOf(20, [this] {
         Press("msgLookup", Qt::Key_Down);
-        Press("msgLookup", Qt::Key_C);
+        QTest::keyClicks(&Grid(), u"C005"_s);
+        for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End, Qt::Key_Space, Qt::Key_A})
+            for (const auto modifiers : {Qt::NoModifier, Qt::ControlModifier})
+                Press("msgLookup", key, modifiers);
         EXPECT_EQ(SelectedCode(), u"C002"_s);
+        EXPECT_EQ(Grid().currentIndex().row() + 1, Grid().Row());
         ExpectOneRowAndItsRecord();
         EXPECT_EQ(Box("txtLookup").text(), QString());
+        Press("msgLookup", Qt::Key_Down);
+        EXPECT_EQ(SelectedCode(), u"C003"_s);
     });
 }
 
