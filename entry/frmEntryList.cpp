@@ -616,9 +616,14 @@ bool frmEntryList::HandleListKey(QComboBox &list, const QKeyEvent &event)
         return true;
     }
     switch (event.key()) {
-    case Qt::Key_Left:
     case Qt::Key_Up:
         return false;
+    case Qt::Key_Left: {
+        // The list itself knows only Up.
+        QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+        QCoreApplication::sendEvent(&list, &up);
+        return true;
+    }
     case Qt::Key_Right:
     case Qt::Key_Down:
         list.showPopup();

@@ -223,6 +223,13 @@ TEST_F(Keyboard, TabAndShiftTabLeaveAListAndUpMovesItsChoice)
     GoTo("cboBStatus");
     Press(Qt::Key_Up);
     EXPECT_EQ(List("cboBStatus").currentText(), u"Billable"_s);
+    Press(Qt::Key_Down);
+    QTest::keyClick(List("cboBStatus").view(), Qt::Key_Down);
+    QTest::keyClick(List("cboBStatus").view(), Qt::Key_Return);
+    LetEventsRun();
+    ASSERT_EQ(List("cboBStatus").currentText(), u"No Charge"_s);
+    Press(Qt::Key_Left);
+    EXPECT_EQ(List("cboBStatus").currentText(), u"Billable"_s) << "Left moves like Up";
     Press(Qt::Key_Tab);
     EXPECT_NE(Focused(), u"cboBStatus"_s);
     GoTo("cboBStatus");
