@@ -344,3 +344,48 @@ TEST_F(MaskedBoxes, WhatTheProgramWritesIntoTheBoxIsGood)
     Type(u"5"_s);
     ExpectBox("txtHours", u".00"_s, 3);
 }
+
+TEST_F(MaskedBoxes, PassingThroughTheBoxesIsNoEdit)
+{
+    EntryRecord record = SampleEntry(u"0100"_s, u"AUDIT"_s, u"CONS"_s, QDate(2026, 3, 2),
+        Currency::FromScaled(12345), Currency::FromScaled(333333));
+    record.Billing_Option = u"6"_s;
+    Company.Entries = {record};
+    Start();
+    ClickRow(1);
+    for (const char *box : {"txtCustomer", "txtProject", "txtActivity", "txtMultiplierCode",
+             "txtHours", "txtRate", "txtAmount", "txtDescription"}) {
+        GoTo(box);
+        ASSERT_EQ(Focused(), QString::fromLatin1(box));
+    }
+    Press(Qt::Key_Escape);
+    EXPECT_THAT(Messages.Texts(), IsEmpty());
+    EXPECT_EQ(Stored()[0].Hours, record.Hours);
+}
+
+TEST_F(MaskedBoxes, PassingThroughTheRateKeepsTheRateAndTheMultiplier)
+{
+    Company.Multipliers = {SampleMultiplier(u"05"_s, u"Evening"_s, Currency::FromScaled(12500))};
+    StartWith(u"CONS"_s);
+    EnterCode("txtMultiplierCode", u"05"_s);
+    ASSERT_EQ(Text("txtRate"), u"112.500"_s);
+    GoTo("txtRate");
+    Press(Qt::Key_Return);
+    GoTo("txtDescription");
+    EXPECT_EQ(Text("txtMultiplierCode"), u"05"_s);
+    EXPECT_EQ(Text("txtRate"), u"112.500"_s);
+}
+
+TEST_F(MaskedBoxes, PassingThroughTheLockedAmountKeepsItsDecimals)
+{
+    StartWith(u"CONS"_s);
+    Type(u".25"_s);
+    GoTo("txtRate");
+    Type(u"33.333"_s);
+    GoTo("txtAmount");
+    EXPECT_EQ(Text("txtAmount"), u"8.33"_s);
+    GoTo("txtDescription");
+    ClickButton("cmdOK");
+    ASSERT_EQ(Stored().size(), 1U);
+    EXPECT_EQ(Stored()[0].Amount, Currency::FromScaled(83332));
+}
