@@ -471,6 +471,10 @@ bool frmEntryList::TakeBox(const QWidget &control)
     m_fieldEdited = false;
     if (IsCodeBox(control))
         return !edited || CheckCode(control);
+    if (&control == ui->dtpDate) {
+        ui->dtpDate->interpretText(); // a half-typed part becomes a date
+        return true;
+    }
     Handle([&] {
         if (&control == ui->txtHours)
             m_entryModule.ApplyHoursText();
@@ -677,6 +681,9 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
         // A box whose code is refused keeps the focus, and the button is not pressed.
         return MousePressed(*control);
+    case QEvent::Shortcut:
+        // A mnemonic presses its button without moving the focus; the box is left all the same.
+        return !TakeFocusedBox();
     case QEvent::Wheel:
         // A wheel that passes over a closed list or the date must not change the entry.
         return qobject_cast<QComboBox *>(control) != nullptr || control == ui->dtpDate;

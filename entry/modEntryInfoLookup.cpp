@@ -2,6 +2,8 @@
 
 #include "entry/modEntryInfo.h"
 
+#include <QScopeGuard>
+
 #include <array>
 #include <utility>
 
@@ -40,10 +42,14 @@ void modEntryInfo::LookUp(size_t kind, LookupStart start)
     m_lookup.LookupCustomerCode = Entry.CustomerCode;
     m_lookup.LookupActivityCode = Entry.ActivityCode;
     m_list.SuppressRowSelect = true;
-    ShowLookup();
-    m_list.SuppressRowSelect = false;
-    m_lookup.LookupStartPending = false;
-    m_lookup.LookupPending = false;
+    {
+        const auto closed = qScopeGuard([this] {
+            m_list.SuppressRowSelect = false;
+            m_lookup.LookupStartPending = false;
+            m_lookup.LookupPending = false;
+        });
+        ShowLookup();
+    }
 
     const bool selected = std::exchange(m_lookup.LookupSelected, false);
     const bool cancelled = std::exchange(m_lookup.LookupCancelled, false);

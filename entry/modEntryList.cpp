@@ -276,7 +276,8 @@ void modEntryList::SelectEntryRow()
     if (m_entry.Changed) {
         switch (m_messages.AskSaveChanges()) {
         case MessageAnswer::Yes:
-            if (!m_entry.SaveBeforeLeaving()) {
+            // The save may have taken the last entry out of the filtered list.
+            if (!m_entry.SaveBeforeLeaving() || m_list.EntryCount == 0) {
                 m_grid->SetCol(0);
                 return;
             }

@@ -228,7 +228,11 @@ clsGrid::clsGrid(QWidget *parent)
     setWordWrap(false);
     setCornerButtonEnabled(false);
     setMouseTracking(true);
-    connect(this, &QTableView::clicked, this, [this] { emit Click(); });
+    // Only a press that arrived here makes a click: the window may have refused it.
+    connect(this, &QTableView::clicked, this, [this] {
+        if (m_pressed)
+            emit Click();
+    });
     connect(m_header, &QHeaderView::sectionClicked, this, [this] { emit Click(); });
 }
 
@@ -348,7 +352,12 @@ bool clsGrid::viewportEvent(QEvent *event)
     } else if (event->type() == QEvent::Leave) {
         MouseIsAt(-1, -1);
     }
-    return QTableView::viewportEvent(event);
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
+        m_pressed = true;
+    const bool handled = QTableView::viewportEvent(event);
+    if (event->type() == QEvent::MouseButtonRelease)
+        m_pressed = false;
+    return handled;
 }
 
 void clsGrid::keyPressEvent(QKeyEvent *event)
@@ -359,8 +368,10 @@ void clsGrid::keyPressEvent(QKeyEvent *event)
         QTableView::keyPressEvent(event);
         return;
     }
-    if (!isEnter && Rows() > 1)
+    if (!isEnter && Rows() > 1) {
         SetRow(std::clamp(m_row + (key == Qt::Key_Down ? 1 : -1), 1, Rows() - 1));
+        SelectWholeRow();
+    }
     emit Click();
 }
 

@@ -58,6 +58,7 @@ private:
     QPixmap m_down;
     int m_row = 0;
     int m_column = 0;
+    bool m_pressed = false; // the mouse went down in a row and has not come up again
     int m_mouseRow = -1;
     int m_mouseColumn = -1;
 };

@@ -228,6 +228,8 @@ TEST_F(EntryList, DownAndUpInTheListLoadTheNextEntry)
     GoTo("msgEntryList");
     Press(Qt::Key_Down);
     EXPECT_EQ(Text("txtHours"), u"2.00"_s);
+    EXPECT_TRUE(IsMarked(2));
+    EXPECT_FALSE(IsMarked(1));
     GoTo("msgEntryList");
     Press(Qt::Key_Up);
     EXPECT_EQ(Text("txtHours"), u"1.00"_s);
@@ -334,6 +336,43 @@ TEST_F(EntryList, DeletingShowsTheEntryThatTakesTheRow)
     Messages.Shown.clear();
     ClickButton("cmdDel");
     EXPECT_THAT(Messages.Texts(), IsEmpty()) << "a new entry is cleared without a question";
+}
+
+TEST_F(EntryList, DeletingByItsLetterLeavesTheNextEntryAlone)
+{
+    Company.Options.Billing_Option_Switch = u"Y"_s;
+    Company.Employee.Rate_Permission = u"4"_s;
+    Add(u"CONS"_s, Monday, "1");
+    Add(u"TRAIN"_s, Monday, "2");
+    (*Company.Entries)[1].Reimburse = u"Y"_s;
+    Start();
+    ClickRow(1);
+    GoTo("txtActivity");
+    QTest::keyClicks(&Box("txtActivity"), u"cons"_s);
+    Messages.Answers = {MessageAnswer::Yes};
+    QTest::keyClick(&Window(), Qt::Key_E, Qt::AltModifier);
+    // A button that is pressed by its letter shows that for a moment before it clicks.
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Stored().size() == 1; }));
+    LetEventsRun();
+    EXPECT_EQ(Text("txtHours"), u"2.00"_s);
+    EXPECT_EQ(Text("txtActivity"), u"TRAIN"_s);
+    GoTo("txtDescription");
+    QTest::keyClicks(&Box("txtDescription"), u"!"_s);
+    ClickButton("cmdOK");
+    EXPECT_EQ(Stored()[0].Reimburse, u"Y"_s);
+}
+
+TEST_F(EntryList, APressThatLeavesAnUnknownCodeLoadsNoRow)
+{
+    Add(u"CONS"_s, Monday, "1");
+    Add(u"CONS"_s, Monday, "2");
+    Start();
+    ClickRow(2);
+    GoTo("txtCustomer");
+    Type(u"none"_s);
+    ClickRow(2);
+    EXPECT_THAT(Messages.Texts(), IsEmpty());
+    EXPECT_EQ(Text("txtCustomer"), u"0100"_s);
 }
 
 TEST_F(EntryList, TermsAndNamesWithMarkupAreShownAsTheyStand)
