@@ -284,22 +284,29 @@ void modEntryList::SelectEntryRow()
             MarkRow(std::max(m_grid->Row(), 1));
             break;
         case MessageAnswer::Cancel:
-            if (!m_list.RowLoaded) {
+            // RowLoaded also stays set when a new entry has followed; that one has no row.
+            if (!m_list.RowLoaded || m_list.SelectedRow == 0) {
                 m_grid->SetCol(0);
                 return;
             }
-            MarkRow(std::max(m_list.SelectedRow, 1));
+            MarkRow(m_list.SelectedRow);
             return;
         default:
             break;
         }
     }
+    const EntryListState before = m_list;
     m_list.RowLoaded = true;
     const int row = m_grid->Row();
     m_list.SelectedEntryId = m_grid->TextMatrix(row, EntryColumn::UniqueId).toInt();
     m_list.SelectedIndex = row - 1;
     m_list.SelectedRow = row;
-    m_entry.LoadEntry(m_list.SelectedEntryId);
+    try {
+        m_entry.LoadEntry(m_list.SelectedEntryId);
+    } catch (const clsRunTimeError &) {
+        m_list = before; // the editor still holds what it held
+        throw;
+    }
 }
 
 void modEntryList::SortEntryList()

@@ -360,6 +360,12 @@ bool clsGrid::viewportEvent(QEvent *event)
     return handled;
 }
 
+void clsGrid::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons() == Qt::NoButton)
+        QTableView::mouseMoveEvent(event);
+}
+
 void clsGrid::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();

@@ -46,6 +46,7 @@ signals:
 protected:
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override; ///< dragging marks no other row
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 
 private:
