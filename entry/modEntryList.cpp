@@ -2,7 +2,7 @@
 
 #include "entry/EntryColumn.h"
 #include "platform/clsRunTimeError.h"
-#include "store/PadKey.h"
+#include "session/EntryFilter.h"
 #include "store/StoreErrors.h"
 
 #include <QLocale>
@@ -24,18 +24,10 @@ constexpr int LastRowOfFirstPage = 10;
 constexpr std::array<int, EntryColumn::Count> ColumnTwips
     = {0, 0, 1000, 1652, 1652, 1652, 400, 980, 872, 1040};
 
-const QString InvalidText = QStringLiteral("*** invalid ***");
-
 QStringList FieldNames(const QString &customer, const QString &project, const QString &activity)
 {
     return {u"UniqueID Hidden"_s, u"Date Hidden"_s, u"Date"_s, customer, project, activity,
         u"T/E"_s, u"Hours/Units"_s, u"Rate"_s, u"Amount"_s};
-}
-
-QString Formatted(Currency value, int decimals)
-{
-    const QString sign = QLocale().decimalPoint();
-    return FormatCurrency(value, decimals, LeadingZero::No, sign.at(0));
 }
 
 SortOrder OrderOf(qint16 direction)
@@ -58,6 +50,7 @@ modEntryList::modEntryList(Tables &tables, modSync &sync, SessionState &session,
     , m_screen(screen)
     , m_messages(messages)
     , m_clock(clock)
+    , m_references(tables)
 {
     m_entry.ReloadList = [this] { LoadEntryList(); };
 }
@@ -144,8 +137,8 @@ void modEntryList::StartNewEntry()
 
 bool modEntryList::CreateEmptyEntryRecordset()
 {
-    m_recordset
-        = std::make_shared<clsRecordSet>(FieldNames(u"Customer"_s, u"Project"_s, u"Activity"_s));
+    m_recordset = std::make_shared<clsTextRecordSet>(
+        FieldNames(u"Customer"_s, u"Project"_s, u"Activity"_s));
     m_list.EntryCount = 0;
     return true;
 }
@@ -154,18 +147,16 @@ bool modEntryList::FillEntryRecordset()
 {
     const OptionsRecord &options = m_tables.Options.Working;
     try {
-        m_recordset = std::make_shared<clsRecordSet>(
-            FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term));
-        m_list.EntryCount = 0;
-        modDBEntr &entries = m_tables.Entries;
-        for (entries.MoveFirst(); !entries.IsEndOfTable(); entries.MoveNext()) {
-            entries.ReadEntry(entries.Record);
-            const EntryRecord &entry = entries.Record;
-            if (m_filter.Passes(entry.Customer_Number, entry.Project_Number, entry.Activity_Number))
-                AddEntryRow(entry);
-        }
+        m_tables.Entries.MoveFirst();
+        m_references.BeginList();
+        const auto records = std::make_shared<EntryRecordset>(
+            FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term),
+            m_references.Texts(), QLocale().decimalPoint().at(0));
+        FillEntries(*records);
+        m_references.EndList();
         if (m_list.EntryCount == 0)
-            m_recordset->AddRecord(std::array<QStringView, EntryColumn::Count>());
+            records->AddEmptyRecord();
+        m_recordset = records;
     } catch (const std::bad_alloc &) {
         return false;
     }
@@ -173,59 +164,38 @@ bool modEntryList::FillEntryRecordset()
     return true;
 }
 
-QString modEntryList::CustomerText(const EntryRecord &entry)
+void modEntryList::FillEntries(EntryRecordset &records)
 {
-    // Whether the customer is found is not asked: the name of the record that the search ends on
-    // is shown. Unlike for projects and activities; this is kept.
-    modDBCust &customers = m_tables.Customers;
-    customers.Find(0, PadKey(entry.Customer_Number, KeyWidth::Customer));
-    customers.ReadCustomer(customers.Record);
-    return customers.Record.Customer_Name;
+    m_list.EntryCount = 0;
+    m_showsRates = m_tables.Options.Working.Billing_Option_Switch == "Y"_L1
+        && m_tables.Employee.Working.Rate_Permission != "1"_L1;
+    modDBEntr &entries = m_tables.Entries;
+    const EntryFilter filter(m_filter, entries);
+    for (; !entries.IsEndOfTable(); entries.MoveNext()) {
+        const EntryNumbers entry = entries.ReadNumbers();
+        if (!filter.Passes(entry))
+            continue;
+        if (m_list.EntryCount == std::numeric_limits<qint32>::max())
+            throw clsRunTimeError(RunTimeErrors::Overflow, u"EntryList"_s, u"Overflow"_s);
+        ++m_list.EntryCount;
+        records.AddRecord(RowOf(entry));
+    }
 }
 
-QString modEntryList::ProjectText(const EntryRecord &entry)
+EntryRecordset::Row modEntryList::RowOf(const EntryNumbers &entry)
 {
-    if (entry.Project_Number.isEmpty())
-        return {};
-    modDBProj &projects = m_tables.Projects;
-    if (!projects.Find(0, ProjectKey(entry.Customer_Number, entry.Project_Number)))
-        return InvalidText;
-    projects.ReadProject(projects.Record);
-    return projects.Record.Project_Name;
-}
-
-QString modEntryList::ActivityText(const EntryRecord &entry)
-{
-    modDBActi &activities = m_tables.Activities;
-    // An unknown activity leaves the expense flag as it was for the entry before; this is kept.
-    if (!activities.Find(0, PadKey(entry.Activity_Number, KeyWidth::Activity)))
-        return InvalidText;
-    activities.ReadActivity(activities.Record);
-    m_expenseFlag = activities.Record.Expense;
-    return activities.Record.Description;
-}
-
-void modEntryList::AddEntryRow(const EntryRecord &entry)
-{
-    const QString customer = CustomerText(entry);
-    const QString project = ProjectText(entry);
-    const QString activity = ActivityText(entry);
-    if (m_list.EntryCount == std::numeric_limits<qint32>::max())
-        throw clsRunTimeError(RunTimeErrors::Overflow, u"EntryList"_s, u"Overflow"_s);
-    ++m_list.EntryCount;
-
-    const QString id = QString::number(m_tables.Entries.GetRecordPosition());
-    const QString dateHidden = entry.Date.toString(u"yyyyMMdd"_s);
-    const QString date = entry.Date.toString(u"MM/dd/yyyy"_s);
-    const bool isExpense = m_expenseFlag == "Y"_L1;
-    const bool showsRate = isExpense
-        || (m_tables.Options.Working.Billing_Option_Switch == "Y"_L1
-            && m_tables.Employee.Working.Rate_Permission != "1"_L1);
-    const QString hours = Formatted(entry.Hours, 2);
-    const QString rate = showsRate ? Formatted(entry.Rate, 3) : QString();
-    const QString amount = showsRate ? Formatted(entry.Amount, 2) : QString();
-    m_recordset->AddRecord(std::array<QStringView, EntryColumn::Count>{id, dateHidden, date,
-        customer, project, activity, isExpense ? u"E" : u"T", hours, rate, amount});
+    EntryRecordset::Row row;
+    row.Position = static_cast<quint32>(m_tables.Entries.GetRecordPosition());
+    row.Date = entry.Date;
+    row.Customer = m_references.CustomerOf(entry);
+    row.Project = m_references.ProjectOf(entry);
+    row.Activity = m_references.ActivityOf(entry);
+    row.IsExpense = m_references.IsExpense();
+    row.Hours = entry.Hours;
+    row.Rate = entry.Rate;
+    row.Amount = entry.Amount;
+    row.ShowsRate = row.IsExpense || m_showsRates;
+    return row;
 }
 
 void modEntryList::BindRecordset()
@@ -234,16 +204,13 @@ void modEntryList::BindRecordset()
     SizeEntryColumns();
     for (const int column : {EntryColumn::Hours, EntryColumn::Rate, EntryColumn::Amount})
         m_grid->SetColAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
-    m_grid->SetColWidth(EntryColumn::UniqueId, 0);
-    m_grid->SetColWidth(EntryColumn::DateHidden, 0);
 }
 
 void modEntryList::SizeEntryColumns()
 {
     for (int column = 0; column < m_grid->Cols(); ++column) {
-        const int fixed = ColumnTwips.at(static_cast<size_t>(column));
-        m_grid->SetColWidth(
-            column, (fixed > 0 ? fixed : m_grid->LongestText(column)) + ColumnExtraTwips);
+        const int twips = ColumnTwips.at(static_cast<size_t>(column));
+        m_grid->SetColWidth(column, twips > 0 ? twips + ColumnExtraTwips : 0);
     }
 }
 

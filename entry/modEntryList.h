@@ -1,6 +1,8 @@
 #pragma once
 
 #include "entry/EntryListState.h"
+#include "entry/EntryRecordset.h"
+#include "entry/EntryReferences.h"
 #include "entry/EntryScreen.h"
 #include "entry/modEntryInfo.h"
 #include "platform/clsClock.h"
@@ -46,10 +48,8 @@ public:
 private:
     bool FillEntryRecordset();
     bool CreateEmptyEntryRecordset();
-    void AddEntryRow(const EntryRecord &entry);
-    QString CustomerText(const EntryRecord &entry);
-    QString ProjectText(const EntryRecord &entry);
-    QString ActivityText(const EntryRecord &entry);
+    void FillEntries(EntryRecordset &records);
+    EntryRecordset::Row RowOf(const EntryNumbers &entry);
     void BindRecordset();
     void SizeEntryColumns();
     void ShowRecordCount();
@@ -71,6 +71,7 @@ private:
     const clsClock &m_clock;
     clsGridView *m_grid = nullptr;
 
-    std::shared_ptr<clsRecordSet> m_recordset;
-    QString m_expenseFlag; // of the activity found last; kept from row to row and over refreshes
+    EntryReferences m_references;
+    std::shared_ptr<const clsRecordSet> m_recordset;
+    bool m_showsRates = false; // time entries show rate and amount
 };

@@ -213,7 +213,7 @@ QStringList LookupLists::ReadRow()
 
 std::shared_ptr<const clsRecordSet> LookupLists::BuildPage(qint32 position, qint32 pageRows)
 {
-    auto page = std::make_shared<clsRecordSet>(Columns());
+    auto page = std::make_shared<clsTextRecordSet>(Columns());
     if (!m_kind)
         return page;
     GoTo(position);

@@ -103,27 +103,35 @@ Currency operator*(Currency a, Currency b)
     return Narrowed(DividedHalfToEven(Int128(a.m_scaled) * b.m_scaled, Currency::Scale));
 }
 
+qint64 RoundedTo(Currency value, int decimals)
+{
+    constexpr std::array<qint64, 5> droppedUnit = {10000, 1000, 100, 10, 1};
+    const qint64 unit = droppedUnit.at(static_cast<size_t>(decimals));
+    const qint64 dropped = value.Scaled() % unit;
+    const qint64 kept = value.Scaled() / unit;
+    if (unit > 1 && dropped * 2 >= unit)
+        return kept + 1;
+    return unit > 1 && dropped * 2 <= -unit ? kept - 1 : kept;
+}
+
 QString FormatCurrency(Currency value, int decimals, LeadingZero leadingZero, QChar decimalSign)
 {
-    constexpr std::array<quint64, 5> droppedUnit = {10000, 1000, 100, 10, 1};
-    const quint64 unit = droppedUnit.at(static_cast<size_t>(decimals));
-    const bool negative = value.Scaled() < 0;
+    constexpr std::array<quint64, 5> unitsPerWhole = {1, 10, 100, 1000, 10000};
+    const quint64 perWhole = unitsPerWhole.at(static_cast<size_t>(decimals));
+    const qint64 rounded = RoundedTo(value, decimals);
     // Negating in unsigned arithmetic also holds for the most negative value.
-    quint64 magnitude = static_cast<quint64>(value.Scaled());
-    if (negative)
-        magnitude = 0 - magnitude;
-    const quint64 rounded = magnitude / unit + (magnitude % unit * 2 >= unit && unit > 1 ? 1 : 0);
-    const quint64 perWhole = Currency::Scale / unit;
-    const quint64 whole = rounded / perWhole;
+    const quint64 magnitude
+        = rounded < 0 ? 0 - static_cast<quint64>(rounded) : static_cast<quint64>(rounded);
+    const quint64 whole = magnitude / perWhole;
 
     QString text;
-    if (negative && rounded != 0)
+    if (rounded < 0)
         text += u'-';
     if (whole != 0 || leadingZero == LeadingZero::Yes || decimals == 0)
         text += QString::number(whole);
     if (decimals > 0) {
         text += decimalSign;
-        text += QString::number(rounded % perWhole).rightJustified(decimals, u'0');
+        text += QString::number(magnitude % perWhole).rightJustified(decimals, u'0');
     }
     return text;
 }

@@ -40,6 +40,10 @@ private:
     qint64 m_scaled = 0;
 };
 
+/// The value in units of its last decimal (0 to 4 of them), rounded half away from zero: what
+/// FormatCurrency shows.
+qint64 RoundedTo(Currency value, int decimals);
+
 /// Whether a value below 1 shows a digit before the decimal sign: "0.50" or ".50".
 enum class LeadingZero
 {

@@ -11,8 +11,6 @@
 #include <QtMath>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -20,32 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int PictureMarginPixels = 4;
-
-/// A cell's place in the generic order.
-struct SortKey
-{
-    bool IsText = true;
-    double Number = 0;
-    QString Folded;
-};
-
-SortKey KeyOf(QStringView text)
-{
-    bool isNumber = false;
-    double number = QLocale().toDouble(text, &isNumber);
-    if (!isNumber)
-        number = QLocale::c().toDouble(text, &isNumber);
-    if (isNumber && std::isfinite(number))
-        return {false, number, {}};
-    return {true, 0, text.toString().toCaseFolded()};
-}
-
-bool Before(const SortKey &a, const SortKey &b)
-{
-    if (a.IsText != b.IsText)
-        return b.IsText;
-    return a.IsText ? a.Folded < b.Folded : a.Number < b.Number;
-}
 
 /// The widget's font, or a smaller one in which a date fits its column: the columns' widths are
 /// fixed, for letters of eight points.
@@ -80,24 +52,21 @@ public:
         endResetModel();
     }
 
-    const clsRecordSet *Records() const { return m_records.get(); }
     void SetAlignment(int column, Qt::Alignment alignment) { m_alignments[column] = alignment; }
 
     void Sort(int column, SortOrder order)
     {
-        std::vector<SortKey> keys;
-        keys.reserve(m_order.size());
-        for (size_t i = 0; i < m_order.size(); ++i)
-            keys.push_back(KeyOf(m_records->Value(static_cast<int>(i), column)));
-        std::sort(m_order.begin(), m_order.end(), [&](int a, int b) {
-            const SortKey &keyA = keys[static_cast<size_t>(a)];
-            const SortKey &keyB = keys[static_cast<size_t>(b)];
-            if (Before(keyA, keyB))
-                return order == SortOrder::Ascending;
-            if (Before(keyB, keyA))
-                return order == SortOrder::Descending;
-            return a < b;
-        });
+        // Rank and record in one number: equal values keep the order of the record set.
+        const std::vector<quint32> ranks = m_records->Ranks(column);
+        std::vector<quint64> keys;
+        keys.reserve(ranks.size());
+        for (const quint32 rank : ranks) {
+            const quint32 place = order == SortOrder::Ascending ? rank : ~rank;
+            keys.push_back(quint64(place) << 32 | keys.size());
+        }
+        std::sort(keys.begin(), keys.end());
+        std::transform(keys.begin(), keys.end(), m_order.begin(),
+            [](quint64 key) { return static_cast<int>(key & 0xffffffff); });
         emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     }
 
@@ -114,8 +83,7 @@ public:
         if (!index.isValid())
             return {};
         if (role == Qt::DisplayRole)
-            return m_records->Value(m_order[static_cast<size_t>(index.row())], index.column())
-                .toString();
+            return m_records->Value(m_order[static_cast<size_t>(index.row())], index.column());
         if (role == Qt::TextAlignmentRole)
             return QVariant::fromValue(AlignmentOf(index.column()));
         return {};
@@ -259,11 +227,6 @@ QString clsGrid::TextMatrix(int row, int column) const
     if (row == 0)
         return m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
     return m_model->index(row - 1, column).data().toString();
-}
-
-int clsGrid::LongestText(int column) const
-{
-    return m_model->Records()->LongestText(column);
 }
 
 void clsGrid::SetRow(int row)

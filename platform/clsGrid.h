@@ -24,7 +24,6 @@ public:
     int Rows() const override;
     int Cols() const override;
     QString TextMatrix(int row, int column) const override;
-    int LongestText(int column) const override;
     int Row() const override { return m_row; }
     void SetRow(int row) override;
     int Col() const override { return m_column; }

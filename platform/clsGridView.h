@@ -31,7 +31,6 @@ public:
     virtual int Rows() const = 0; ///< the header included
     virtual int Cols() const = 0;
     virtual QString TextMatrix(int row, int column) const = 0; ///< row 0: the header's text
-    virtual int LongestText(int column) const = 0; ///< characters, over all rows and the header
 
     virtual int Row() const = 0;
     virtual void SetRow(int row) = 0;
@@ -47,8 +46,8 @@ public:
     /// Off: a marked row looks like any other.
     virtual void SetSelectionVisible(bool visible) = 0;
 
-    /// Orders the rows by a column's text: numbers by value and before other text, other text
-    /// without regard to case, equal ones as they stood in the record set.
+    /// Orders the rows by a column's texts in their generic order (see GenericRanks), equal ones as
+    /// they stood in the record set.
     virtual void Sort(int column, SortOrder order) = 0;
 
     /// What lies under the mouse: row 0 for the header, -1 outside of all rows.

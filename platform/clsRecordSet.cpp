@@ -1,45 +1,42 @@
 #include "platform/clsRecordSet.h"
 
 #include "platform/clsRunTimeError.h"
+#include "platform/GenericOrder.h"
 
-#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
 
-clsRecordSet::clsRecordSet(const QStringList &fieldNames)
-    : m_names(fieldNames)
+std::vector<quint32> clsRecordSet::Ranks(int field) const
 {
-    for (const QString &name : fieldNames)
-        m_longest.push_back(static_cast<int>(name.size()));
+    std::vector<QString> values;
+    values.reserve(static_cast<size_t>(RecordCount()));
+    for (int record = 0; record < RecordCount(); ++record)
+        values.push_back(Value(record, field));
+    return GenericRanks(values);
 }
 
-int clsRecordSet::RecordCount() const
+int clsTextRecordSet::RecordCount() const
 {
-    return static_cast<int>(m_ends.size() / m_longest.size());
+    return static_cast<int>(m_ends.size() / static_cast<size_t>(FieldCount()));
 }
 
-void clsRecordSet::AddRecord(std::span<const QStringView> values)
+void clsTextRecordSet::AddRecord(std::span<const QStringView> values)
 {
-    for (size_t field = 0; field < m_longest.size(); ++field) {
-        const QStringView value = values[field];
+    for (const QStringView value : values) {
         const size_t end = m_text.size() + static_cast<size_t>(value.size());
         if (end > std::numeric_limits<quint32>::max())
             throw clsRunTimeError(RunTimeErrors::Overflow, u"RecordSet"_s, u"Overflow"_s);
         m_text.append(value.utf16(), static_cast<size_t>(value.size()));
         m_ends.push_back(static_cast<quint32>(end));
-        m_longest[field] = std::max(m_longest[field], static_cast<int>(value.size()));
     }
 }
 
-QStringView clsRecordSet::Value(int record, int field) const
+QString clsTextRecordSet::Value(int record, int field) const
 {
-    const size_t cell = static_cast<size_t>(record) * m_longest.size() + static_cast<size_t>(field);
+    const auto cell = static_cast<size_t>(record) * static_cast<size_t>(FieldCount())
+        + static_cast<size_t>(field);
     const size_t begin = cell == 0 ? 0 : m_ends[cell - 1];
-    return QStringView(m_text.data() + begin, static_cast<qsizetype>(m_ends[cell] - begin));
-}
-
-int clsRecordSet::LongestText(int field) const
-{
-    return m_longest[static_cast<size_t>(field)];
+    return QStringView(m_text.data() + begin, static_cast<qsizetype>(m_ends[cell] - begin))
+        .toString();
 }

@@ -9,29 +9,45 @@
 
 /// An in-memory set of records whose fields are all text; what a grid shows.
 ///
-/// Shape: all texts lie in one buffer, record after record, so that a hundred thousand records
-///        cost a handful of allocations.
+/// Shape: fields and records count from 0.
 class clsRecordSet
 {
 public:
-    explicit clsRecordSet(const QStringList &fieldNames);
+    explicit clsRecordSet(const QStringList &fieldNames)
+        : m_names(fieldNames)
+    {
+    }
+    virtual ~clsRecordSet() = default;
 
     int FieldCount() const { return static_cast<int>(m_names.size()); }
     const QString &FieldName(int field) const { return m_names.at(field); }
-    int RecordCount() const;
+
+    virtual int RecordCount() const = 0;
+    virtual QString Value(int record, int field) const = 0;
+
+    /// The place of each record's value among all values of the field, see GenericRanks.
+    virtual std::vector<quint32> Ranks(int field) const;
+
+private:
+    QStringList m_names;
+};
+
+/// Records that are handed over as texts.
+///
+/// Shape: all texts lie in one buffer, record after record, so that many records cost a handful of
+///        allocations.
+class clsTextRecordSet : public clsRecordSet
+{
+public:
+    using clsRecordSet::clsRecordSet;
 
     /// Appends a record; `values` has one text a field.
     void AddRecord(std::span<const QStringView> values);
 
-    /// Valid until the next AddRecord.
-    QStringView Value(int record, int field) const;
-
-    /// Characters of the field's longest text, its name included.
-    int LongestText(int field) const;
+    int RecordCount() const override;
+    QString Value(int record, int field) const override;
 
 private:
-    QStringList m_names;
     std::u16string m_text;
     std::vector<quint32> m_ends; // where each text ends in m_text
-    std::vector<int> m_longest; // by field
 };

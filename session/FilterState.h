@@ -19,12 +19,4 @@ struct FilterState
     bool FilterCodeReverted = false; ///< the last check put a code back
     bool FilterCancelled = false; ///< the dialog was left by Cancel
     bool FilterCleared = false; ///< Clear was used in it
-
-    /// Whether an entry of these codes passes. Comparisons are exact: case and blanks count.
-    bool Passes(const QString &customer, const QString &project, const QString &activity) const
-    {
-        return (AppliedFilterCustomer.isEmpty() || AppliedFilterCustomer == customer)
-            && (AppliedFilterProject.isEmpty() || AppliedFilterProject == project)
-            && (AppliedFilterActivity.isEmpty() || AppliedFilterActivity == activity);
-    }
 };

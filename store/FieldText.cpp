@@ -85,6 +85,12 @@ QDateTime DateFromSeconds(qint64 seconds)
     return seconds == NoDate ? QDateTime() : QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
 }
 
+qint64 DayOf(qint64 seconds)
+{
+    using namespace std::chrono;
+    return floor<days>(std::chrono::seconds(seconds)).count();
+}
+
 std::string DateText(qint64 seconds)
 {
     if (seconds == NoDate)

@@ -21,6 +21,9 @@ QDateTime WallClock(QDate date, QTime time = QTime(0, 0));
 qint64 SecondsFromDate(const QDateTime &date);
 QDateTime DateFromSeconds(qint64 seconds);
 
+/// The calendar day of a date-time that is one, in days since 1970.
+qint64 DayOf(qint64 seconds);
+
 /// "yyyy-MM-dd HH:mm:ss", or empty for NoDate.
 std::string DateText(qint64 seconds);
 /// Nothing when the text is no such date; the years are 1 to 9999.

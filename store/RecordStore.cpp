@@ -39,6 +39,7 @@ struct RecordStore::OpenTable
 
     std::unique_ptr<DatabaseFile> File;
     std::optional<RecordTable> Table; // empty until the first record is asked for
+    TableVersion Version;
     qint64 DataVersion = 0;
     std::vector<size_t> Order; // fields of the last sort
     size_t Cursor = 0;
@@ -71,11 +72,11 @@ RecordStore::~RecordStore() = default;
 
 RecordStore::OpenTable &RecordStore::Find(Handle handle) const
 {
-    const auto at = m_open.find(handle);
-    if (at == m_open.end())
+    const auto index = static_cast<size_t>(handle) - 1;
+    if (index >= m_open.size() || !m_open[index])
         RaiseStoreError(StoreErrors::BadHandle,
             u"No database is open under the handle "_s + QString::number(handle));
-    return *at->second;
+    return *m_open[index];
 }
 
 RecordStore::OpenTable &RecordStore::WithTable(Handle handle) const
@@ -116,7 +117,7 @@ void RecordStore::CheckField(const OpenTable &table, qint32 field)
                 + table.File->FileName());
 }
 
-void RecordStore::Load(OpenTable &table)
+void RecordStore::Load(OpenTable &table) const
 {
     WriteUnwritten(table);
     RecordTable records(table.File->Fields());
@@ -126,6 +127,7 @@ void RecordStore::Load(OpenTable &table)
     if (!table.Order.empty())
         records.Sort(table.Order);
     table.Table = std::move(records);
+    table.Version = {++m_loads, 0};
     if (table.WrittenRow)
         table.Cursor = table.Table->PositionOf(*table.WrittenRow).value_or(table.Cursor);
     table.WrittenRow.reset();
@@ -141,7 +143,7 @@ void RecordStore::WriteUnwritten(OpenTable &table)
         table.File->Update(rowId, row);
 }
 
-void RecordStore::Refresh(OpenTable &table)
+void RecordStore::Refresh(OpenTable &table) const
 {
     if (table.Table && table.File->DataVersion() != table.DataVersion)
         table.Table.reset();
@@ -151,8 +153,8 @@ void RecordStore::Refresh(OpenTable &table)
 
 RecordStore::Handle RecordStore::Keep(std::unique_ptr<OpenTable> table)
 {
-    m_open.emplace(++m_lastHandle, std::move(table));
-    return m_lastHandle;
+    m_open.push_back(std::move(table));
+    return static_cast<Handle>(m_open.size());
 }
 
 RecordStore::Handle RecordStore::OpenDatabase(
@@ -168,7 +170,7 @@ RecordStore::Handle RecordStore::OpenDatabase(
 void RecordStore::CloseDatabase(Handle handle)
 {
     Find(handle);
-    m_open.erase(handle);
+    m_open[static_cast<size_t>(handle) - 1].reset();
 }
 
 qint32 RecordStore::GetRecordCount(Handle handle)
@@ -215,6 +217,13 @@ void RecordStore::MoveNext(Handle handle)
 bool RecordStore::AtEnd(const OpenTable &table) const
 {
     return table.Cursor >= table.Table->Count();
+}
+
+void RecordStore::RequireRecord(const OpenTable &table) const
+{
+    if (AtEnd(table))
+        RaiseStoreError(StoreErrors::BadPosition,
+            u"There is no record past the end of the database "_s + table.File->FileName());
 }
 
 bool RecordStore::IsEndOfTable(Handle handle)
@@ -291,9 +300,7 @@ QString RecordStore::ReadField(Handle handle, qint32 field)
     OpenTable &table = WithTable(handle);
     CheckField(table, field);
     Loaded(handle);
-    if (AtEnd(table))
-        RaiseStoreError(StoreErrors::BadPosition,
-            u"There is no record past the end of the database "_s + table.File->FileName());
+    RequireRecord(table);
     const size_t index = static_cast<size_t>(field);
     switch (table.File->Fields()[index].Type) {
     case FieldType::String:
@@ -305,6 +312,36 @@ QString RecordStore::ReadField(Handle handle, qint32 field)
     }
     return FormatCurrency(
         Currency::FromScaled(table.Table->Number(table.Cursor, index)), 4, LeadingZero::Yes);
+}
+
+void RecordStore::ReadNumbers(
+    Handle handle, std::span<const qint32> fields, std::span<qint64> values)
+{
+    OpenTable &table = Loaded(handle);
+    RequireRecord(table);
+    for (const qint32 field : fields)
+        CheckField(table, field);
+    table.Table->ReadNumbers(table.Cursor, fields, values);
+}
+
+QString RecordStore::TextOfNumber(Handle handle, qint32 field, qint64 number)
+{
+    OpenTable &table = Loaded(handle);
+    CheckField(table, field);
+    return Utf16(
+        table.Table->TextOfNumber(static_cast<size_t>(field), static_cast<quint32>(number)));
+}
+
+std::optional<qint64> RecordStore::NumberOfText(Handle handle, qint32 field, const QString &text)
+{
+    OpenTable &table = Loaded(handle);
+    CheckField(table, field);
+    return table.Table->NumberOfText(static_cast<size_t>(field), text.toStdString());
+}
+
+RecordStore::TableVersion RecordStore::Version(Handle handle)
+{
+    return Loaded(handle).Version;
 }
 
 void RecordStore::AddRecord(Handle handle)
@@ -425,6 +462,7 @@ void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew)
     } catch (...) {
         table.Table.reset();
     }
+    ++table.Version.Changes;
     if (!table.Table)
         table.WrittenRow = rowId;
 }
@@ -450,6 +488,7 @@ qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
         throw;
     }
     table.Table->Remove(table.Cursor);
+    ++table.Version.Changes;
     return 0;
 }
 
@@ -493,7 +532,8 @@ qint32 RecordStore::SortTable(Handle handle, const QString &fieldList)
     table.Drop();
     const bool atEnd = AtEnd(table);
     const qint64 rowId = atEnd ? 0 : table.Table->RowId(table.Cursor);
-    table.Table->Sort(fields);
+    if (table.Table->Sort(fields))
+        ++table.Version.Changes;
     table.Order = fields;
     if (!atEnd)
         table.Cursor = table.Table->PositionOf(rowId).value_or(0);
@@ -525,8 +565,10 @@ void RecordStore::MakeScratch(Handle handle)
 
 qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)
 {
-    std::erase_if(m_open,
-        [&](const auto &entry) { return entry.second->File->FileName() == FileName(path); });
+    for (std::unique_ptr<OpenTable> &table : m_open) {
+        if (table && table->File->FileName() == FileName(path))
+            table.reset();
+    }
     return DeleteDatabaseFile(FileName(path)) ? 0 : 1;
 }
 
@@ -562,10 +604,10 @@ RecordStore::Batch::Batch(RecordStore &store, Handle handle)
 
 RecordStore::Batch::~Batch()
 {
-    const auto at = m_store.m_open.find(m_handle);
-    if (at == m_store.m_open.end() || !at->second->InBatch)
+    const std::unique_ptr<OpenTable> &open = m_store.m_open[static_cast<size_t>(m_handle) - 1];
+    if (!open || !open->InBatch)
         return;
-    OpenTable &table = *at->second;
+    OpenTable &table = *open;
     table.File->Rollback();
     table.InBatch = false;
     table.Table.reset(); // it holds what has not happened

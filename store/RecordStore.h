@@ -10,9 +10,10 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <span>
 #include <tuple>
-#include <unordered_map>
 #include <variant>
+#include <vector>
 
 /// The value of a database's four-character code: the characters' Latin-1 codes, the first in the
 /// most significant byte. 0 for a text of any other length.
@@ -74,6 +75,24 @@ public:
     /// False past the end; the structure is then as it was.
     template <class Record>
     bool ReadRecord(Handle handle, Record &record);
+    /// Fields of the current record, which is not past the end, as numbers: a String as the number
+    /// of its text, a Date as SecondsFromDate counts it, Currency scaled. Equal texts of a field
+    /// have equal numbers, from 0, for as long as Version().Loaded stays what it is.
+    void ReadNumbers(Handle handle, std::span<const qint32> fields, std::span<qint64> values);
+    QString TextOfNumber(Handle handle, qint32 field, qint64 number);
+    /// Nothing when no record has ever had that text.
+    std::optional<qint64> NumberOfText(Handle handle, qint32 field, const QString &text);
+
+    /// Tells whether what was once read or found still stands.
+    struct TableVersion
+    {
+        quint64 Loaded = 0; ///< another whenever the table was brought into memory anew
+        quint64 Changes = 0; ///< ... written, or so ordered that a search may end elsewhere
+
+        friend bool operator==(const TableVersion &, const TableVersion &) = default;
+    };
+    TableVersion Version(Handle handle);
+
     /// Into the record begun by AddRecord or EditRecord; always true.
     template <class Record>
     bool WriteRecord(Handle handle, const Record &record);
@@ -147,6 +166,7 @@ private:
     static void Place(OpenTable &table, qint32 position, qint32 most);
     static StoredValue Stored(const OpenTable &table, qint32 field, const Key &key);
     bool AtEnd(const OpenTable &table) const;
+    void RequireRecord(const OpenTable &table) const;
     void Get(const OpenTable &table, size_t field, QString &value) const;
     void Get(const OpenTable &table, size_t field, QDateTime &value) const;
     void Get(const OpenTable &table, size_t field, Currency &value) const;
@@ -154,9 +174,9 @@ private:
     static StoredValue Stored(const QDateTime &value);
     static StoredValue Stored(Currency value);
     void Write(OpenTable &table, StoredRow row);
-    static void Load(OpenTable &table);
+    void Load(OpenTable &table) const;
     static void WriteUnwritten(OpenTable &table);
-    static void Refresh(OpenTable &table);
+    void Refresh(OpenTable &table) const;
     static void BeginWrite(OpenTable &table);
     static void RequireBatch(const OpenTable &table);
     static void EndWrite(OpenTable &table);
@@ -166,8 +186,8 @@ private:
     Handle Keep(std::unique_ptr<OpenTable> table);
 
     quint32 m_creator = 0;
-    Handle m_lastHandle = 0;
-    std::unordered_map<Handle, std::unique_ptr<OpenTable>> m_open;
+    std::vector<std::unique_ptr<OpenTable>> m_open; // by handle, from 1; empty when closed
+    mutable quint64 m_loads = 0;
 };
 
 template <class Member>

@@ -22,6 +22,7 @@ quint64 NumberKey(qint64 number)
 RecordTable::RecordTable(const Schema &schema)
     : m_columns(schema.size())
     , m_indexes(schema.size())
+    , m_numberings(schema.size())
 {
     for (size_t i = 0; i < schema.size(); ++i)
         m_columns[i].Type = schema[i].Type;
@@ -63,6 +64,51 @@ StoredRow RecordTable::Row(size_t position) const
             row.emplace_back(Number(position, field));
     }
     return row;
+}
+
+quint32 RecordTable::NumberFor(Numbering &numbering, std::string_view text)
+{
+    const auto known = numbering.Numbers.find(text);
+    if (known != numbering.Numbers.end())
+        return known->second;
+    const auto number = static_cast<quint32>(numbering.Texts.size());
+    const auto added = numbering.Numbers.emplace(text, number).first;
+    numbering.Texts.push_back(&added->first);
+    return number;
+}
+
+void RecordTable::Build(Numbering &numbering, size_t field) const
+{
+    numbering.Slots.reserve(m_rowIds.size());
+    for (Slot slot = 0; slot < m_rowIds.size(); ++slot)
+        numbering.Slots.push_back(NumberFor(numbering, TextAt(slot, field)));
+    numbering.Built = true;
+}
+
+void RecordTable::ReadNumbers(
+    size_t position, std::span<const qint32> fields, std::span<qint64> values)
+{
+    const Slot slot = m_order[position];
+    for (size_t i = 0; i < fields.size(); ++i) {
+        const auto field = static_cast<size_t>(fields[i]);
+        const Column &column = m_columns[field];
+        values[i] = column.Type == FieldType::String ? qint64(Numbered(field).Slots[slot])
+                                                     : column.Numbers[slot];
+    }
+}
+
+const std::string &RecordTable::TextOfNumber(size_t field, quint32 number) const
+{
+    return *m_numberings[field].Texts[number];
+}
+
+std::optional<quint32> RecordTable::NumberOfText(size_t field, std::string_view text)
+{
+    const Numbering &numbering = Numbered(field);
+    const auto known = numbering.Numbers.find(text);
+    if (known == numbering.Numbers.end())
+        return {};
+    return known->second;
 }
 
 void RecordTable::PutText(Column &column, size_t slot, std::string_view text)
@@ -113,6 +159,9 @@ void RecordTable::Append(qint64 rowId, const StoredRow &row)
             m_columns[field].Numbers[slot] = std::get<qint64>(row[field]);
         if (m_indexes[field].Built)
             InsertInto(m_indexes[field], field, slot);
+        if (m_numberings[field].Built)
+            m_numberings[field].Slots.push_back(
+                NumberFor(m_numberings[field], TextAt(slot, field)));
     }
 }
 
@@ -135,6 +184,8 @@ void RecordTable::Replace(size_t position, const StoredRow &row)
             column.Numbers[slot] = std::get<qint64>(row[field]);
         if (index.Built)
             InsertInto(index, field, slot);
+        if (m_numberings[field].Built)
+            m_numberings[field].Slots[slot] = NumberFor(m_numberings[field], TextAt(slot, field));
     }
 }
 
@@ -165,7 +216,7 @@ int RecordTable::CompareSlots(Slot a, Slot b, size_t field) const
     return column.Numbers[a] < column.Numbers[b] ? -1 : column.Numbers[a] > column.Numbers[b];
 }
 
-void RecordTable::Sort(const std::vector<size_t> &fields)
+bool RecordTable::Sort(const std::vector<size_t> &fields)
 {
     struct Keyed
     {
@@ -187,16 +238,22 @@ void RecordTable::Sort(const std::vector<size_t> &fields)
         return a.At < b.At; // slots are numbered in stored order
     };
     // Most often the order is asked for that stands already.
-    if (std::is_sorted(records.begin(), records.end(), before))
-        return TakeOrderAsIndex(fields.front());
+    if (std::is_sorted(records.begin(), records.end(), before)) {
+        TakeOrderAsIndex(fields.front());
+        return false;
+    }
     std::sort(records.begin(), records.end(), before);
     for (size_t i = 0; i < records.size(); ++i) {
         m_order[i] = records[i].At;
         m_places[records[i].At] = static_cast<Slot>(i);
     }
-    for (Index &index : m_indexes)
+    bool othersAreFound = false;
+    for (Index &index : m_indexes) {
+        othersAreFound = othersAreFound || (index.Built && !index.Unique);
         index.Built = index.Built && index.Unique;
+    }
     TakeOrderAsIndex(fields.front());
+    return othersAreFound;
 }
 
 void RecordTable::TakeOrderAsIndex(size_t field)

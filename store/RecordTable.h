@@ -3,9 +3,12 @@
 #include "store/DatabaseFile.h"
 #include "store/Schema.h"
 
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 /// The records of one table in memory, in their current order, with an index for each field that
@@ -13,6 +16,8 @@
 ///
 /// Shape: a position is a record's zero-based place in the current order. Values lie by column,
 ///        texts in one buffer a column.
+/// Texts: a text of a field has a number: equal texts equal numbers, counted from 0 in the order in
+///        which they came in. They are counted at the first question, and then kept up to date.
 /// Costs: reading a value is O(1), FindFirstNotBelow O(log n) once the field's index stands; the
 ///        index is built at the field's first search, or by a sort that the field leads, and then
 ///        kept up to date. Sorting into the order that stands looks at every record once.
@@ -28,13 +33,19 @@ public:
     qint64 Number(size_t position, size_t field) const;
     StoredRow Row(size_t position) const;
 
+    /// The values of some fields of a record; of a text its number.
+    void ReadNumbers(size_t position, std::span<const qint32> fields, std::span<qint64> values);
+    const std::string &TextOfNumber(size_t field, quint32 number) const; ///< one that was given out
+    std::optional<quint32> NumberOfText(size_t field, std::string_view text);
+
     void Append(const DatabaseFile::RowSource &source);
     void Append(qint64 rowId, const StoredRow &row); ///< last in the current and the stored order
     void Replace(size_t position, const StoredRow &row);
     void Remove(size_t position);
 
     /// Orders by the fields, the first most significant; equal records keep their stored order.
-    void Sort(const std::vector<size_t> &fields);
+    /// False when every search still ends on the record that it ended on before.
+    bool Sort(const std::vector<size_t> &fields);
 
     struct Found
     {
@@ -53,6 +64,21 @@ private:
         quint32 Offset = 0;
         quint32 Length = 0;
     };
+    struct TextHash
+    {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const
+        {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+    struct Numbering
+    {
+        bool Built = false;
+        std::unordered_map<std::string, quint32, TextHash, std::equal_to<>> Numbers;
+        std::vector<const std::string *> Texts; // by number; they stand in Numbers
+        std::vector<quint32> Slots; // by slot: the number of its text
+    };
     struct Column
     {
         FieldType Type = FieldType::String;
@@ -68,6 +94,15 @@ private:
         std::vector<Slot> Slots; // beside Keys, ordered by value, then by position
     };
 
+    Numbering &Numbered(size_t field)
+    {
+        Numbering &numbering = m_numberings[field];
+        if (!numbering.Built)
+            Build(numbering, field);
+        return numbering;
+    }
+    void Build(Numbering &numbering, size_t field) const;
+    static quint32 NumberFor(Numbering &numbering, std::string_view text);
     std::string_view TextAt(Slot slot, size_t field) const;
     quint64 SortKey(Slot slot, size_t field) const;
     int CompareSlots(Slot a, Slot b, size_t field) const;
@@ -81,6 +116,7 @@ private:
 
     std::vector<Column> m_columns;
     std::vector<Index> m_indexes; // one a field
+    std::vector<Numbering> m_numberings; // one a field
     std::vector<qint64> m_rowIds; // by slot
     std::vector<Slot> m_order; // by position
     std::vector<Slot> m_places; // by slot: its position

@@ -26,6 +26,8 @@ public:
     void MoveToPosition(qint32 position) { m_store.MoveToPosition(Handle, position); }
     void DeleteRecord() { m_store.DeleteRecord(Handle, 2); }
 
+    RecordStore::TableVersion Version() const { return m_store.Version(Handle); }
+
     /// Moves the cursor by a key; true for an exact match.
     bool Find(qint32 field, const RecordStore::Key &key)
     {

@@ -1,6 +1,6 @@
 #include "summary/modHrsSumm.h"
 
-#include "store/PadKey.h"
+#include "summary/HoursByDay.h"
 #include "summary/HoursColumn.h"
 
 #include <QLocale>
@@ -16,22 +16,6 @@ namespace {
 SortOrder OrderOf(qint16 direction)
 {
     return direction == 1 ? SortOrder::Ascending : SortOrder::Descending;
-}
-
-/// Puts the entry's hours where its billing status says. Any other status leaves the split of the
-/// entry counted before as it is; this is kept.
-void SplitHours(const EntryRecord &entry, HoursSummaryRecord &split)
-{
-    const auto take = [&](Currency HoursSummaryRecord::*member) {
-        split.Billable = split.NoCharge = split.DoNotBill = Currency();
-        split.*member = entry.Hours;
-    };
-    if (entry.Billing_Status == "1"_L1)
-        take(&HoursSummaryRecord::Billable);
-    else if (entry.Billing_Status == "2"_L1)
-        take(&HoursSummaryRecord::NoCharge);
-    else if (entry.Billing_Status == "3"_L1)
-        take(&HoursSummaryRecord::DoNotBill);
 }
 
 } // namespace
@@ -92,47 +76,17 @@ void modHrsSumm::CreateHoursSummaryTable(const QString &name)
 
 void modHrsSumm::AccumulateHours()
 {
-    modDBEntr &entries = m_tables.Entries;
-    modDBActi &activities = m_tables.Activities;
     modDBHrsS &days = m_tables.HoursSummary;
     m_totals = HoursTotals();
-    HoursSummaryRecord split;
-    // One transaction: a hundred thousand of them would take minutes.
+    // Summed up in memory and written once a day: a write for every entry would take far longer
+    // than the sums.
+    HoursByDay hours(m_tables, m_filter);
+    hours.Accumulate();
     RecordStore::Batch batch(m_tables.Store, days.Handle);
-    for (entries.MoveFirst(); !entries.IsEndOfTable(); entries.MoveNext()) {
-        entries.ReadEntry(entries.Record);
-        const EntryRecord &entry = entries.Record;
-        if (!m_filter.Passes(entry.Customer_Number, entry.Project_Number, entry.Activity_Number))
-            continue;
-        // Whether the activity is found is not asked: the record that the search ends on counts,
-        // and past the last one the record read before. This is kept.
-        activities.Find(0, PadKey(entry.Activity_Number, KeyWidth::Activity));
-        activities.ReadActivity(activities.Record);
-        if (activities.Record.Expense == "Y"_L1)
-            continue;
-        SplitHours(entry, split);
-        split.Date = entry.Date;
-        split.Amount = entry.Amount;
-        AddToDay(split);
-    }
+    for (const HoursSummaryRecord &day : hours.Days())
+        days.AddHoursSummary(day);
     batch.Commit();
     m_tables.Store.SetKeyField(days.Handle, 0);
-}
-
-void modHrsSumm::AddToDay(const HoursSummaryRecord &hours)
-{
-    modDBHrsS &days = m_tables.HoursSummary;
-    if (!days.Find(0, hours.Date)) {
-        days.AddHoursSummary(hours);
-        return;
-    }
-    HoursSummaryRecord &day = days.Record;
-    days.ReadHoursSummary(day);
-    day.Billable += hours.Billable;
-    day.NoCharge += hours.NoCharge;
-    day.DoNotBill += hours.DoNotBill;
-    day.Amount += hours.Amount;
-    days.UpdateHoursSummary(day);
 }
 
 bool modHrsSumm::FillHoursSummaryGrid()
@@ -140,7 +94,7 @@ bool modHrsSumm::FillHoursSummaryGrid()
     modDBHrsS &days = m_tables.HoursSummary;
     m_dayCount = 0;
     try {
-        m_recordset = std::make_shared<clsRecordSet>(
+        m_recordset = std::make_shared<clsTextRecordSet>(
             QStringList{u"Date Hidden"_s, u"Date"_s, u"Billable"_s, u"No Charge"_s,
                 u"Do Not Bill"_s, u"Total Hours"_s, u"Amount"_s, u"UniqueID Hidden"_s});
         for (days.MoveFirst(); !days.IsEndOfTable(); days.MoveNext()) {
@@ -188,11 +142,8 @@ void modHrsSumm::BindRecordset()
 void modHrsSumm::SizeHoursSummaryColumns()
 {
     for (int column = 0; column < m_grid->Cols(); ++column) {
-        int width = m_grid->LongestText(column);
-        if (column == HoursColumn::Date)
-            width = HoursColumn::DateTwips;
-        else if (column >= HoursColumn::Billable && column <= HoursColumn::Amount)
-            width = HoursColumn::NumberTwips;
+        const int width
+            = column == HoursColumn::Date ? HoursColumn::DateTwips : HoursColumn::NumberTwips;
         m_grid->SetColWidth(column, width + HoursColumn::ExtraTwips);
     }
 }

@@ -53,7 +53,6 @@ private:
     void OpenEmptyTable();
     void CreateHoursSummaryTable(const QString &name);
     void AccumulateHours();
-    void AddToDay(const HoursSummaryRecord &hours);
     bool FillHoursSummaryGrid();
     void AddDayRow(const HoursSummaryRecord &day);
     void BindRecordset();
@@ -68,7 +67,7 @@ private:
     SortState &m_sort;
     clsGridView *m_grid = nullptr;
 
-    std::shared_ptr<clsRecordSet> m_recordset;
+    std::shared_ptr<clsTextRecordSet> m_recordset;
     HoursTotals m_totals;
     qint32 m_dayCount = 0; // grid rows
     bool m_rowSelected = false;

@@ -2,6 +2,7 @@
 
 #include "lookup/frmTransFilter.h"
 #include "lookup/modTransFilter.h"
+#include "session/EntryFilter.h"
 #include "tests/lookup/LookupFixture.h"
 
 using namespace Qt::StringLiterals;
@@ -519,6 +520,10 @@ TEST_F(TransFilter, TheCodeFromBeforeTakenInALookupHasItsOwnNameAgain)
 
 TEST_F(TransFilter, TheAppliedCodesDecideTogetherWhatPasses)
 {
+    Company.Entries
+        = std::vector{SampleEntry(u"0100"_s, u"AUDIT"_s, u"CONS"_s, QDate(2026, 3, 9), {}),
+            SampleEntry(u"0200"_s, u"MOVE"_s, u"MILES"_s, QDate(2026, 3, 9), {})};
+    Start();
     struct Case
     {
         const char *Name;
@@ -534,6 +539,7 @@ TEST_F(TransFilter, TheAppliedCodesDecideTogetherWhatPasses)
             Case{"a customer that differs in case", {{}, u"audit"_s, {}}, false},
             Case{"all three", {u"0100"_s, u"AUDIT"_s, u"CONS"_s}, true}}) {
         Apply(c.Applied.at(0), c.Applied.at(1), c.Applied.at(2));
-        EXPECT_EQ(Filter.Passes(u"0100"_s, u"AUDIT"_s, u"CONS"_s), c.Passes) << c.Name;
+        const modDBEntr &entries = Folder->Tables.Entries;
+        EXPECT_EQ(EntryFilter(Filter, entries).Passes(entries.ReadNumbers()), c.Passes) << c.Name;
     }
 }

@@ -47,7 +47,7 @@ protected:
     void RefuseRecordset()
     {
         const QStringList none;
-        const auto rehearsal = std::make_shared<clsRecordSet>(none);
+        const auto rehearsal = std::make_shared<clsTextRecordSet>(none);
         refusedSize = lastSize;
         EXPECT_GT(lastSize, sizeof(clsRecordSet));
     }

@@ -12,9 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::shared_ptr<clsRecordSet> Records(const QString &fieldName, const QStringList &texts)
+std::shared_ptr<clsTextRecordSet> Records(const QString &fieldName, const QStringList &texts)
 {
-    auto records = std::make_shared<clsRecordSet>(QStringList{fieldName});
+    auto records = std::make_shared<clsTextRecordSet>(QStringList{fieldName});
     for (const QString &text : texts)
         records->AddRecord(std::array<QStringView, 1>{text});
     return records;
