@@ -1,0 +1,92 @@
+#include "bench/ProgramBench.h"
+
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QTimer>
+
+#include <stdexcept>
+
+namespace {
+
+/// Counts how often a widget is painted.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int Count() const { return m_count; }
+
+private:
+    int m_count = 0;
+};
+
+void RequireActive(QWidget &window)
+{
+    window.activateWindow();
+    if (!QTest::qWaitForWindowActive(&window))
+        throw std::runtime_error("a window does not take the keys");
+}
+
+} // namespace
+
+ProgramBench::ProgramBench(const QString &folder)
+    : m_program(std::make_unique<clsProgram>(
+        folder, ProgramServices{m_messages, m_keys, m_process, m_clock, m_settings, m_browser}))
+{
+    m_program->StartUp();
+    if (m_program->MainWindow() == nullptr || !ShowActive(Window()))
+        throw std::runtime_error("the main window does not come up");
+    LetEventsRun();
+}
+
+void ProgramBench::DoAndPaint(QWidget &painted, const std::function<void()> &action) const
+{
+    const PaintCounter counter(painted);
+    action();
+    while (counter.Count() == 0)
+        QCoreApplication::processEvents();
+    LetEventsRun();
+}
+
+double ProgramBench::OpenDialog(
+    const std::function<void()> &action, const std::function<void(QWidget &)> &steps) const
+{
+    double opened = 0;
+    QElapsedTimer clock;
+    QTimer::singleShot(0, &Window(), [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr)
+            throw std::runtime_error("no dialog has opened");
+        const PaintCounter counter(*dialog);
+        while (counter.Count() == 0)
+            QCoreApplication::processEvents();
+        opened = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        RequireActive(*dialog);
+        steps(*dialog);
+        if (QApplication::activeModalWidget() == dialog)
+            dialog->close();
+    });
+    clock.start();
+    action();
+    RequireActive(Window());
+    LetEventsRun();
+    return opened;
+}
+
+void ProgramBench::Click(const char *button) const
+{
+    QTest::mouseClick(&Control<QWidget>(Window(), button), Qt::LeftButton);
+}
+
+void ProgramBench::Type(const char *name, const QString &text) const
+{
+    auto &box = Control<QLineEdit>(Window(), name);
+    box.setFocus(Qt::TabFocusReason);
+    box.selectAll();
+    QTest::keyClicks(&box, text);
+    LetEventsRun();
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/clsProgram.h"
+#include "platform/clsGrid.h"
+#include "platform/clsSendKeys.h"
+#include "tests/support/Recorded.h"
+#include "tests/support/Windows.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <memory>
+
+/// The whole program over a program folder, in this process, with a stopwatch beside it.
+class ProgramBench
+{
+public:
+    explicit ProgramBench(const QString &folder);
+
+    frmEntryList &Window() const { return *m_program->MainWindow(); }
+    clsGrid &Grid() const { return Control<clsGrid>(Window(), "msgEntryList"); }
+
+    /// Does it, and returns when the widget has been painted after it and nothing is left to do.
+    void DoAndPaint(QWidget &painted, const std::function<void()> &action) const;
+    /// Opens a modal dialog by the action, returns the milliseconds until it is painted, runs the
+    /// steps in it and closes it.
+    double OpenDialog(
+        const std::function<void()> &action,
+        const std::function<void(QWidget &)> &steps = [](QWidget &) {}) const;
+
+    void Click(const char *button) const;
+    void Type(const char *box, const QString &text) const; ///< instead of what the box holds
+
+private:
+    clsRecordedMessages m_messages;
+    clsProgramKeys m_keys;
+    clsRecordedProcess m_process;
+    clsSystemClock m_clock;
+    clsRecordedSettings m_settings;
+    clsRecordedBrowser m_browser;
+    std::unique_ptr<clsProgram> m_program;
+};

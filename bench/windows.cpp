@@ -1,0 +1,190 @@
+// Times the program's windows against the limits.
+//
+// Called as windowbench <folder>, where <folder> holds the companies that bench.sh has made.
+
+#include "bench/Limits.h"
+#include "bench/Measure.h"
+#include "bench/ProgramBench.h"
+
+#include "app/clsApplication.h"
+#include "bench/CompanyMaker.h"
+
+#include <QHeaderView>
+#include <QLineEdit>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// One company and everything that is measured on it.
+class CompanyBench
+{
+public:
+    CompanyBench(const QString &folder, const std::string &size, Report &report)
+        : m_folder(folder + u"/program"_s)
+        , m_size(size)
+        , m_report(report)
+        , m_limit(Limits::ReadCompany(m_folder.toStdString(), MadeCompanyCode.toStdString()))
+        , m_program(m_folder)
+    {
+        m_paint = Median([&] {
+            std::vector<double> times;
+            for (int i = 0; i < PairRounds; ++i)
+                times.push_back(Milliseconds([&] {
+                    m_program.DoAndPaint(*m_program.Grid().viewport(), [&] {
+                        m_program.Window().update();
+                        m_program.Grid().viewport()->update();
+                    });
+                }));
+            return times;
+        }());
+    }
+
+    void MeasureRefresh();
+    void MeasureSave();
+    void MeasureSummary();
+    void MeasureFilter();
+    void MeasureSort();
+
+    std::map<std::string, double> Times; ///< the work alone, for the growth from size to size
+
+private:
+    void Add(const std::string &work, double measured, double allowed, const std::string &goal);
+    std::function<void()> RefreshLimit() const
+    {
+        return [this] { Limits::Refresh(m_limit, {}); };
+    }
+
+    QString m_folder;
+    std::string m_size;
+    Report &m_report;
+    Limits::Company m_limit;
+    ProgramBench m_program;
+    double m_paint = 0;
+};
+
+void CompanyBench::Add(
+    const std::string &work, double measured, double allowed, const std::string &goal)
+{
+    Times[work] = measured;
+    m_report.Add({work, m_size, measured, allowed, "ms", goal});
+}
+
+void CompanyBench::MeasureRefresh()
+{
+    const Pair times = TimePairs(RefreshLimit(), [&] {
+        m_program.DoAndPaint(
+            *m_program.Grid().viewport(), [&] { m_program.Window().LoadEntryList(); });
+    });
+    Add("list refreshed", times.Work, 1.25 * times.Limit + m_paint,
+        "1.25 x " + Decimal(times.Limit) + " + " + Decimal(m_paint));
+}
+
+void CompanyBench::MeasureSave()
+{
+    Limits::Inserts inserts((m_folder + u"/limit.db"_s).toStdString());
+    std::vector<double> commits;
+    const Pair times = TimePairs(
+        RefreshLimit(),
+        [&] {
+            m_program.DoAndPaint(*m_program.Grid().viewport(), [&] { m_program.Click("cmdOK"); });
+        },
+        [&] {
+            commits.push_back(Milliseconds([&] { inserts.One(); }));
+            m_program.Type("txtCustomer", u"C0000007"_s);
+            m_program.Type("txtProject", u"P0000007"_s);
+            m_program.Type("txtActivity", u"A0001"_s);
+            m_program.Type("txtHours", u"1.5"_s);
+        });
+    const double limit = times.Limit + Median(commits);
+    Add("entry saved", times.Work, 1.25 * limit + m_paint,
+        "1.25 x (" + Decimal(times.Limit) + " + " + Decimal(Median(commits)) + ") + "
+            + Decimal(m_paint));
+}
+
+void CompanyBench::MeasureSummary()
+{
+    std::vector<double> opened;
+    const Pair times = TimePairs(
+        [&] { Limits::Summarise(m_folder.toStdString(), MadeCompanyCode.toStdString()); },
+        [&] { opened.push_back(m_program.OpenDialog([&] { m_program.Click("cmdHrsSumm"); })); });
+    Add("summary opened", Median(opened), 1.5 * times.Limit, "1.5 x " + Decimal(times.Limit));
+}
+
+void CompanyBench::MeasureFilter()
+{
+    std::vector<double> applied;
+    const Pair times = TimePairs(RefreshLimit(), [&] {
+        double begin = 0;
+        QElapsedTimer clock;
+        m_program.OpenDialog([&] { m_program.Click("cmdTransFilter"); },
+            [&](QWidget &dialog) {
+                auto &box = Control<QLineEdit>(dialog, "txtActivity");
+                box.setFocus(Qt::TabFocusReason);
+                box.selectAll();
+                QTest::keyClicks(&box, u"A0001"_s);
+                clock.start();
+                QTest::mouseClick(&Control<QWidget>(dialog, "cmdOK"), Qt::LeftButton);
+            });
+        applied.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6 - begin);
+        m_program.OpenDialog([&] { m_program.Click("cmdTransFilter"); },
+            [&](QWidget &dialog) {
+                QTest::mouseClick(&Control<QWidget>(dialog, "cmdClear"), Qt::LeftButton);
+                QTest::mouseClick(&Control<QWidget>(dialog, "cmdOK"), Qt::LeftButton);
+            });
+    });
+    Add("filter applied", Median(applied), 1.5 * times.Limit, "1.5 x " + Decimal(times.Limit));
+}
+
+void CompanyBench::MeasureSort()
+{
+    clsGrid &grid = m_program.Grid();
+    for (int column = 2; column < grid.Cols(); ++column) {
+        std::vector<std::string> keys;
+        for (int row = 1; row < grid.Rows(); ++row)
+            keys.push_back(grid.TextMatrix(row, column == 2 ? 1 : column).toLower().toStdString());
+        std::vector<int> order(keys.size());
+        const Pair times = TimePairs(
+            [&] {
+                for (size_t i = 0; i < order.size(); ++i)
+                    order[i] = static_cast<int>(i);
+                std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+                    return keys[static_cast<size_t>(a)] < keys[static_cast<size_t>(b)];
+                });
+            },
+            [&] {
+                const QHeaderView &header = *grid.horizontalHeader();
+                const QPoint at(header.sectionViewportPosition(column) + 5, header.height() / 2);
+                m_program.DoAndPaint(*grid.viewport(), [&] {
+                    QTest::mouseMove(header.viewport(), at);
+                    QTest::mouseClick(header.viewport(), Qt::LeftButton, Qt::NoModifier, at);
+                });
+            });
+        Add("sorted by " + grid.TextMatrix(0, column).toStdString(), times.Work, 2 * times.Limit,
+            "2 x " + Decimal(times.Limit));
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    clsRecordedMessages messages;
+    const clsApplication application(argc, argv, messages);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const QString folder = QCoreApplication::arguments().value(1);
+    Report report;
+    for (const auto &[name, size] : {std::pair(u"/10k"_s, "10,000"), {u"/100k"_s, "100,000"}}) {
+        CompanyBench bench(folder + name, size, report);
+        bench.MeasureRefresh();
+        bench.MeasureSave();
+        bench.MeasureSummary();
+        bench.MeasureFilter();
+        bench.MeasureSort();
+    }
+    return report.Print() ? 0 : 1;
+}
