@@ -243,6 +243,30 @@ TEST_F(Program, ASynchronisationUnloadsTheWindowAndStartsAgainOnTheNewData)
     EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"New Company"_s);
 }
 
+TEST_F(Program, ASynchronisationComesBackToTheCompanyWorkedIn)
+{
+    MakeInstallation();
+    BuildSampleCompanies(
+        Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s, u"Xylo"_s)}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    QComboBox &company = Control<QComboBox>(*program.MainWindow(), "cboCompany");
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_Down); // opens the list
+    LetEventsRun();
+    QTest::keyClick(company.view(), Qt::Key_Down);
+    QTest::keyClick(company.view(), Qt::Key_Return);
+    LetEventsRun();
+    QString lastCompany;
+    m_process.Work = [&] {
+        lastCompany = FirstRecordOf<GlobalOptionsRecord>(u"GlobalOptions-WkLg"_s).Last_Company;
+    };
+    PressSync(*program.MainWindow());
+    EXPECT_EQ(lastCompany, u"XYZ"_s);
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+}
+
 TEST_F(Program, TheLockIsHeldWhileTheClientWorks)
 {
     MakeInstallation();
