@@ -107,6 +107,8 @@ QString ClientArguments(const LaunchFile &launch, const QString &programFolder)
 
 bool TellsFolder(const QString &clientArguments, const QString &programFolder)
 {
+    if (programFolder.contains(u' ') && programFolder.contains(u'*'))
+        return false;
     const QStringList arguments = SplitCommandLine(clientArguments);
     return !arguments.isEmpty() && arguments.last() == Starred(programFolder);
 }

@@ -38,5 +38,5 @@ QString ClientCommandLine(const LaunchFile &launch, const QString &programFolder
 QString ClientArguments(const LaunchFile &launch, const QString &programFolder);
 
 /// Whether the client would be told that folder: a double quote too many in the launch file takes
-/// in what follows it.
+/// in what follows it, and of a name with both blanks and stars nobody can tell which was which.
 bool TellsFolder(const QString &clientArguments, const QString &programFolder);

@@ -173,6 +173,15 @@ TEST(ClientCommandLine, DoesNotTellTheFolderBehindAQuoteTooMany)
     EXPECT_TRUE(TellsFolder(ClientArguments({u"/srv"_s, {}}, u"/home/jo"_s), u"/home/jo"_s));
 }
 
+TEST(ClientCommandLine, CannotTellAFolderWithBlanksAndStars)
+{
+    for (const auto &[folder, told] : {std::pair{u"/home/jo/my log"_s, true},
+             std::pair{u"/home/jo/my*log"_s, true}, std::pair{u"/home/jo/my *log*"_s, false}}) {
+        const QString arguments = ClientArguments({u"/srv"_s, u"-ARG X"_s}, folder);
+        EXPECT_EQ(TellsFolder(arguments, folder), told) << folder.toStdString();
+    }
+}
+
 TEST(ClientCommandLine, PutsTheFolderLastInQuotesWithAStarForEachBlank)
 {
     const LaunchFile launch{u"/srv/mas90"_s,
