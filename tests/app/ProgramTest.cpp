@@ -507,6 +507,25 @@ TEST_F(Program, DeletingTheDatabasesStartsAfresh)
     EXPECT_EQ(ended.count(), 1); // the window ends the program as ever
 }
 
+TEST_F(Program, DeletingFromALockedWindowClearsWhatIsLeft)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    ASSERT_TRUE(QFile::remove(File(u"ABCProjects-WkLg"_s)));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    for (int time = 0; time < 2; ++time) { // the second time there is nothing at all
+        m_messages.Shown.clear();
+        m_messages.Answers = {MessageAnswer::Yes};
+        ChooseDeleteDatabases(*program.MainWindow());
+        EXPECT_THAT(Databases(), IsEmpty());
+        ASSERT_EQ(m_messages.Shown.size(), 2);
+        EXPECT_EQ(m_messages.Shown[1].Text, SynchroniseFirst);
+        ASSERT_TRUE(ShowActive(*program.MainWindow()));
+        EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "cmdSync").isEnabled());
+    }
+}
+
 TEST_F(Program, CancellingTheSaveQuestionAbandonsTheDeletion)
 {
     BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
