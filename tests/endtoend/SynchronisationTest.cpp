@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -147,6 +149,8 @@ struct Choice
     bool Uploads;
     bool Empties;
     bool Rewrites;
+
+    friend void PrintTo(const Choice &choice, std::ostream *stream) { *stream << choice.Name; }
 };
 
 class ChosenOption : public Synchronisation, public testing::WithParamInterface<Choice>

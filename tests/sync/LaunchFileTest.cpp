@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 
@@ -46,6 +48,8 @@ struct Form
     QByteArray Content;
     QString Root;
     QString Arguments;
+
+    friend void PrintTo(const Form &form, std::ostream *stream) { *stream << form.Name; }
 };
 
 class LaunchFileForms : public LaunchFileTest, public testing::WithParamInterface<Form>
