@@ -29,6 +29,7 @@ protected:
     void Synchronise(ProgramUnderTest &program)
     {
         const int before = m_place.FinishedRuns();
+        program.WaitUntilActive();
         program.Key(u"alt+s"_s);
         ProgramUnderTest::WaitUntil(u"the company's data"_s, [&] {
             return m_place.FinishedRuns() == before + 1 && program.IsOpen(u"frmEntryList"_s)
@@ -106,7 +107,7 @@ TEST_F(Synchronisation, AClientOfAServerIsBrowsedForAndItsServerRemembered)
         EXPECT_EQ(program.Text(u"txtMas90Path"_s), root);
         EXPECT_EQ(program.Text(u"tbxPort"_s), u"10000"_s);
         program.Key(u"alt+b"_s);
-        program.WaitForWindow(u"frmFolderBrowser"_s);
+        program.WaitUntilActive(u"frmFolderBrowser"_s);
         EXPECT_EQ(program.Text(u"lblPrompt"_s),
             u"Please select the MAS 90 or MAS 200 client installation to synchronize with. "
             u"Worklog Remote will append MAS90."_s);
@@ -114,6 +115,7 @@ TEST_F(Synchronisation, AClientOfAServerIsBrowsedForAndItsServerRemembered)
         program.Key(u"Return"_s);
         program.WaitUntilClosed(u"frmFolderBrowser"_s);
         program.WaitForText(u"tbxHost"_s, u"server"_s);
+        program.WaitUntilActive(u"frmConfigure"_s);
         EXPECT_EQ(program.Text(u"txtMas90Path"_s), root);
         EXPECT_TRUE(program.IsChecked(u"optMas90_1"_s));
 
@@ -129,6 +131,7 @@ TEST_F(Synchronisation, AClientOfAServerIsBrowsedForAndItsServerRemembered)
         EXPECT_EQ(m_place.Setting(u"MAS200/Host"_s), u"winter"_s);
         EXPECT_EQ(m_place.Setting(u"MAS200/Port"_s), u"10000"_s);
         Synchronise(program);
+        program.WaitUntilActive();
         program.Key(u"Escape"_s);
         EXPECT_EQ(program.WaitForEnd(), 0);
     }

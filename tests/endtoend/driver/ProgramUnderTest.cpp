@@ -219,6 +219,7 @@ void ProgramUnderTest::MoveTo(const QString &text, const QString &control, const
 
 void ProgramUnderTest::ChooseByKeys(const QString &menu, const QString &entry)
 {
+    WaitUntilActive();
     Key(u"alt"_s);
     WaitUntil(u"the menu bar"_s, [&] { return !Text(u"mnuBar"_s).isEmpty(); });
     MoveTo(menu, u"mnuBar"_s, u"Right"_s);
@@ -232,6 +233,14 @@ void ProgramUnderTest::ChooseByKeys(const QString &menu, const QString &entry)
 void ProgramUnderTest::WaitForWindow(const QString &window)
 {
     WaitUntil(window + u" to open"_s, [&] { return IsOpen(window); });
+}
+
+void ProgramUnderTest::WaitUntilActive(const QString &window)
+{
+    WaitUntil(window + u" to take the keys"_s, [&] {
+        const QJsonObject found = Ask(u"control"_s, window);
+        return found[u"name"_s] == window && found[u"active"_s].toBool();
+    });
 }
 
 void ProgramUnderTest::WaitUntilClosed(const QString &window)

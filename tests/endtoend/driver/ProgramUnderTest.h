@@ -46,6 +46,8 @@ public:
 
     // What the user waits for.
     void WaitForWindow(const QString &window = QStringLiteral("frmEntryList"));
+    /// The window takes the keys, which it does not before the window manager has said so.
+    void WaitUntilActive(const QString &window = QStringLiteral("frmEntryList"));
     void WaitUntilClosed(const QString &window);
     void WaitForMessage(const QString &text);
     void WaitForText(const QString &control, const QString &text);
