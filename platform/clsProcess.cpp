@@ -9,8 +9,12 @@ QStringList SplitCommandLine(const QString &text)
     QString current;
     bool quoted = false;
     bool begun = false;
-    for (const QChar c : text) {
-        if (c == u'"') {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c == u'"' && quoted && i + 1 < text.size() && text[i + 1] == u'"') {
+            current += c;
+            ++i;
+        } else if (c == u'"') {
             quoted = !quoted;
             begun = true;
         } else if (c == u' ' && !quoted) {

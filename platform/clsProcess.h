@@ -4,7 +4,8 @@
 #include <QStringList>
 
 /// The arguments of a command line text: separated by blanks, with double quotes around what
-/// contains blanks. The quotes are taken off; nothing else has a meaning.
+/// contains blanks. The quotes are taken off; two of them in a row inside a quoted text stand for
+/// one. Nothing else has a meaning.
 QStringList SplitCommandLine(const QString &text);
 
 /// Starts programs and waits for them. Tests hand in one that only writes down what was started.

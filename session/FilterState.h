@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// The transaction filter. An empty code does not restrict. Owned once, by the program; it lives
-/// on over the restart after a synchronisation.
+/// The transaction filter. An empty code does not restrict. Owned once, by the program; starting
+/// again begins without one.
 struct FilterState
 {
     // In force; honoured by the entry list and the hours summary.

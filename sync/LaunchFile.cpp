@@ -1,5 +1,6 @@
 #include "sync/LaunchFile.h"
 
+#include "platform/clsProcess.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
@@ -46,6 +47,17 @@ void WriteText(const QString &path, const QString &text)
             RunTimeErrors::PathAccess, u"LaunchFile"_s, path + u": "_s + file.errorString());
 }
 
+QString Quoted(QString text)
+{
+    return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
+}
+
+/// The accounting side turns them back.
+QString Starred(QString folder)
+{
+    return folder.replace(u' ', u'*');
+}
+
 } // namespace
 
 LaunchFile ReadLaunchFile(const QString &path)
@@ -77,20 +89,28 @@ void WriteLaunchFile(const QString &path, const LaunchFile &launch)
 
 QString MAS90Arguments(const QString &root)
 {
-    return u"\"%1\" \"%2\" -ARG RUN_DIRECT UION * WLWXBA"_s.arg(
-        JoinPath(root, u"launcher/sota.ini"_s), JoinPath(root, u"kv/kv_startup.m4p"_s));
+    return u"%1 %2 -ARG RUN_DIRECT UION * WLWXBA"_s.arg(
+        Quoted(JoinPath(root, u"launcher/sota.ini"_s)),
+        Quoted(JoinPath(root, u"kv/kv_startup.m4p"_s)));
 }
 
 QString MAS200Arguments(const QString &root, const QString &host, const QString &port)
 {
-    return u"\"%1\" KV_Client -ARG \"%2\" \"%3\" \"KV_DIRECT\" -ARG=RUN_DIRECT UION * WLWXBA"_s.arg(
-        JoinPath(root, u"launcher/sota.ini"_s), host, port);
+    return u"%1 KV_Client -ARG %2 %3 \"KV_DIRECT\" -ARG=RUN_DIRECT UION * WLWXBA"_s.arg(
+        Quoted(JoinPath(root, u"launcher/sota.ini"_s)), Quoted(host), Quoted(port));
 }
 
 QString ClientArguments(const LaunchFile &launch, const QString &programFolder)
 {
-    return u"-hd "_s + launch.Arguments + u" \""_s + QString(programFolder).replace(u' ', u'*')
-        + u'"';
+    return u"-hd "_s + launch.Arguments + u' ' + Quoted(Starred(programFolder));
+}
+
+bool TellsFolder(const QString &clientArguments, const QString &programFolder)
+{
+    if (programFolder.contains(u' ') && programFolder.contains(u'*'))
+        return false;
+    const QStringList arguments = SplitCommandLine(clientArguments);
+    return !arguments.isEmpty() && arguments.last() == Starred(programFolder);
 }
 
 QString ClientCommandLine(const LaunchFile &launch, const QString &programFolder)

@@ -23,6 +23,8 @@ QString ReadLaunchRoot(const QString &path);
 /// Errors: clsRunTimeError 75, naming the file; what was there before is then still there.
 void WriteLaunchFile(const QString &path, const LaunchFile &launch);
 
+// In these texts a double quote inside a path or a name is doubled, as SplitCommandLine reads it.
+
 /// The argument text for a MAS 90 installation.
 QString MAS90Arguments(const QString &root);
 /// The argument text for a MAS 200 client.
@@ -34,3 +36,7 @@ QString ClientCommandLine(const LaunchFile &launch, const QString &programFolder
 
 /// What follows the program in that text.
 QString ClientArguments(const LaunchFile &launch, const QString &programFolder);
+
+/// Whether the client would be told that folder: a double quote too many in the launch file takes
+/// in what follows it, and of a name with both blanks and stars nobody can tell which was which.
+bool TellsFolder(const QString &clientArguments, const QString &programFolder);

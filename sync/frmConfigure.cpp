@@ -1,6 +1,6 @@
 #include "sync/frmConfigure.h"
 
-#include "platform/clsRunTimeError.h"
+#include "platform/FormEvents.h"
 #include "sync/ui_frmConfigure.h"
 
 #include <QKeyEvent>
@@ -20,20 +20,16 @@ void DrawServerBox(QLineEdit &box, const QString &text, bool enabled)
 {
     DrawText(box, text);
     box.setEnabled(enabled);
-    QPalette colours;
-    if (!enabled)
-        colours.setColor(QPalette::Base, box.palette().color(QPalette::Button));
-    box.setPalette(colours);
+    DrawBackground(box, !enabled);
 }
 
 } // namespace
 
 frmConfigure::frmConfigure(
     modConfigure &module, clsMessageBox &messages, clsSendKeys &keys, QWidget *parent)
-    : QDialog(parent)
+    : clsSyncDialog(messages, parent)
     , ui(std::make_unique<Ui::frmConfigure>())
     , m_module(module)
-    , m_messages(messages)
     , m_keys(keys)
 {
     ui->setupUi(this);
@@ -79,17 +75,6 @@ void frmConfigure::Load()
     (ui->optMas90_1->isChecked() ? ui->optMas90_1 : ui->optMas90_0)->setFocus();
 }
 
-void frmConfigure::Handle(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const clsRunTimeError &error) {
-        Render();
-        m_messages.Tell(error.Message());
-    }
-    Render();
-}
-
 void frmConfigure::Render()
 {
     const ConfigureScreen &screen = m_module.Screen;
@@ -103,17 +88,14 @@ void frmConfigure::Render()
     ui->lblMAS200Port->setEnabled(screen.ServerEnabled);
     DrawServerBox(*ui->tbxHost, screen.Host, screen.ServerEnabled);
     DrawServerBox(*ui->tbxPort, screen.Port, screen.ServerEnabled);
-    int panel = 1;
-    for (const QString &text : m_module.Panels())
-        ui->StatusBar1->SetPanelText(panel++, text);
+    DrawPanels(*ui->StatusBar1, m_module.Panels());
 }
 
 bool frmConfigure::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::KeyPress)
         return QDialog::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent *>(event)->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+    if (!IsEnter(*static_cast<QKeyEvent *>(event)))
         return QDialog::eventFilter(watched, event);
     m_keys.SendKeys(u"{TAB}"_s);
     return true;

@@ -1,12 +1,9 @@
 #pragma once
 
-#include "platform/clsMessageBox.h"
 #include "platform/clsSendKeys.h"
+#include "sync/clsSyncDialog.h"
 #include "sync/modConfigure.h"
 
-#include <QDialog>
-
-#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -14,7 +11,7 @@ class frmConfigure;
 }
 
 /// The synchronisation settings. modConfigure decides, this draws.
-class frmConfigure : public QDialog
+class frmConfigure : public clsSyncDialog
 {
     Q_OBJECT
 
@@ -33,14 +30,11 @@ protected:
 private:
     void ConnectFields();
     void ConnectButtons();
-    /// Runs what an event asks for, reports its run-time error and draws the dialog.
-    void Handle(const std::function<void()> &action);
-    void Render(); ///< the one place that writes controls
+    void Render() override;
 
     void cmdAccept_Click();
 
     std::unique_ptr<Ui::frmConfigure> ui;
     modConfigure &m_module;
-    clsMessageBox &m_messages;
     clsSendKeys &m_keys;
 };

@@ -1,6 +1,5 @@
 #include "sync/frmSyncOptions.h"
 
-#include "platform/clsRunTimeError.h"
 #include "sync/ui_frmSyncOptions.h"
 
 #include <QSignalBlocker>
@@ -15,10 +14,9 @@ constexpr int DescriptionLines = 3;
 
 frmSyncOptions::frmSyncOptions(
     modSyncOptions &module, clsMessageBox &messages, clsSendKeys &keys, QWidget *parent)
-    : QDialog(parent)
+    : clsSyncDialog(messages, parent)
     , ui(std::make_unique<Ui::frmSyncOptions>())
     , m_module(module)
-    , m_messages(messages)
     , m_keys(keys)
 {
     ui->setupUi(this);
@@ -57,17 +55,6 @@ void frmSyncOptions::Load()
     m_options.at(static_cast<size_t>(m_module.Selected().value_or(0)))->setFocus();
 }
 
-void frmSyncOptions::Handle(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const clsRunTimeError &error) {
-        Render();
-        m_messages.Tell(error.Message());
-    }
-    Render();
-}
-
 void frmSyncOptions::Render()
 {
     for (int option = 0; option < modSyncOptions::Options; ++option) {
@@ -78,9 +65,7 @@ void frmSyncOptions::Render()
         button.setChecked(m_module.Selected() == option);
     }
     ui->lblSyncOptionDesc->setText(m_module.Description());
-    int panel = 1;
-    for (const QString &text : m_module.Panels())
-        ui->StatusBar1->SetPanelText(panel++, text);
+    DrawPanels(*ui->StatusBar1, m_module.Panels());
 }
 
 void frmSyncOptions::cmdAccept_Click()

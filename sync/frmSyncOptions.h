@@ -1,13 +1,10 @@
 #pragma once
 
-#include "platform/clsMessageBox.h"
 #include "platform/clsSendKeys.h"
+#include "sync/clsSyncDialog.h"
 #include "sync/modSyncOptions.h"
 
-#include <QDialog>
-
 #include <array>
-#include <functional>
 #include <memory>
 
 class QRadioButton;
@@ -17,7 +14,7 @@ class frmSyncOptions;
 }
 
 /// The synchronisation options. modSyncOptions decides, this draws.
-class frmSyncOptions : public QDialog
+class frmSyncOptions : public clsSyncDialog
 {
     Q_OBJECT
 
@@ -33,15 +30,12 @@ public:
 private:
     void ConnectControls();
     void FitDescription();
-    /// Runs what an event asks for, reports its run-time error and draws the dialog.
-    void Handle(const std::function<void()> &action);
-    void Render(); ///< the one place that writes controls
+    void Render() override;
 
     void cmdAccept_Click();
 
     std::unique_ptr<Ui::frmSyncOptions> ui;
     modSyncOptions &m_module;
-    clsMessageBox &m_messages;
     clsSendKeys &m_keys;
     std::array<QRadioButton *, modSyncOptions::Options> m_options;
 };

@@ -14,7 +14,9 @@ using namespace Qt::StringLiterals;
 
 std::optional<Installation> CheckInstallation(const QString &root)
 {
-    if (root.isEmpty()) // else the working folder, or the disk's root, would be looked into
+    // What an empty or a relative path names depends on the working folder, and the client has
+    // another one.
+    if (root.isEmpty() || QDir::isRelativePath(root))
         return {};
     const auto isFile = [&](const QString &relative) {
         return QFileInfo(FindIgnoringCase(root, relative)).isFile();
@@ -167,8 +169,10 @@ void modSync::StartClientAndWait()
     SettleJournals();
     const QString home = FindIgnoringCase(launch.Root, u"Home"_s);
     const QString program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
+    const QString arguments = ClientArguments(launch, folder);
     const clsWorkingFolder inHome(home.isEmpty() ? JoinPath(launch.Root, u"Home"_s) : home);
-    if (program.isEmpty() || !m_process.RunAndWait(program, ClientArguments(launch, folder), home))
+    if (program.isEmpty() || !TellsFolder(arguments, folder)
+        || !m_process.RunAndWait(program, arguments, home))
         throw clsRunTimeError(RunTimeErrors::ProcessNotStarted, u"MAS 90 and MAS 200 Sync"_s,
             u"Unable to start program "_s + ClientCommandLine(launch, folder));
 }

@@ -17,7 +17,7 @@ enum class Installation
 };
 
 /// Recognises an installation by its marker files, whatever the case of their letters; nothing
-/// when neither is there.
+/// when neither is there, nor for a relative path.
 std::optional<Installation> CheckInstallation(const QString &root);
 
 /// Opens and closes the databases of a company, and runs a synchronisation: starts the accounting

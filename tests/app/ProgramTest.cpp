@@ -243,6 +243,30 @@ TEST_F(Program, ASynchronisationUnloadsTheWindowAndStartsAgainOnTheNewData)
     EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"New Company"_s);
 }
 
+TEST_F(Program, ASynchronisationComesBackToTheCompanyWorkedIn)
+{
+    MakeInstallation();
+    BuildSampleCompanies(
+        Folder(), {SampleCompany(u"ABC"_s), SampleCompany(u"XYZ"_s, u"Xylo"_s)}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    QComboBox &company = Control<QComboBox>(*program.MainWindow(), "cboCompany");
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_Down); // opens the list
+    LetEventsRun();
+    QTest::keyClick(company.view(), Qt::Key_Down);
+    QTest::keyClick(company.view(), Qt::Key_Return);
+    LetEventsRun();
+    QString lastCompany;
+    m_process.Work = [&] {
+        lastCompany = FirstRecordOf<GlobalOptionsRecord>(u"GlobalOptions-WkLg"_s).Last_Company;
+    };
+    PressSync(*program.MainWindow());
+    EXPECT_EQ(lastCompany, u"XYZ"_s);
+    EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
+}
+
 TEST_F(Program, TheLockIsHeldWhileTheClientWorks)
 {
     MakeInstallation();
@@ -481,6 +505,25 @@ TEST_F(Program, DeletingTheDatabasesStartsAfresh)
     EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"New"_s);
     QTest::keyClick(program.MainWindow(), Qt::Key_Escape);
     EXPECT_EQ(ended.count(), 1); // the window ends the program as ever
+}
+
+TEST_F(Program, DeletingFromALockedWindowClearsWhatIsLeft)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    ASSERT_TRUE(QFile::remove(File(u"ABCProjects-WkLg"_s)));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    for (int time = 0; time < 2; ++time) { // the second time there is nothing at all
+        m_messages.Shown.clear();
+        m_messages.Answers = {MessageAnswer::Yes};
+        ChooseDeleteDatabases(*program.MainWindow());
+        EXPECT_THAT(Databases(), IsEmpty());
+        ASSERT_EQ(m_messages.Shown.size(), 2);
+        EXPECT_EQ(m_messages.Shown[1].Text, SynchroniseFirst);
+        ASSERT_TRUE(ShowActive(*program.MainWindow()));
+        EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "cmdSync").isEnabled());
+    }
 }
 
 TEST_F(Program, CancellingTheSaveQuestionAbandonsTheDeletion)

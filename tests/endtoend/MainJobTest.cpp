@@ -23,25 +23,6 @@ class MainJob : public testing::Test
 protected:
     VirtualDisplay m_display;
 
-    /// The codes and hours of one entry, with nothing but keys, up to OK.
-    void EnterTime(ProgramUnderTest &program, const QString &hours, const QString &description)
-    {
-        program.WaitForFocus(u"dtpDate"_s);
-        program.Key(u"Return"_s);
-        program.Enter(u"txtCustomer"_s, u"0100"_s);
-        program.Key(u"Return"_s);
-        program.Enter(u"txtProject"_s, u"1000"_s);
-        program.Key(u"Return"_s);
-        program.WaitForFocus(u"txtActivity"_s);
-        program.Type(u"consult"_s);
-        program.WaitForText(u"txtActivity"_s, u"CONSULT"_s);
-        program.Key(u"Return"_s);
-        program.Enter(u"txtHours"_s, hours);
-        program.Key(u"Return"_s);
-        program.Enter(u"txtDescription"_s, description);
-        program.Click(u"cmdOK"_s);
-    }
-
     const QString Entries = u"ABCEntries-WkLg"_s;
 };
 
@@ -61,7 +42,8 @@ TEST_F(MainJob, AnEntryTypedAfterAFirstSynchronisationIsHandedOverByTheNext)
         });
         EXPECT_THAT(place.Journals(), IsEmpty());
 
-        EnterTime(program, u"7.5"_s, u"Said what had to be said"_s);
+        program.EnterTime(u"7.5"_s, u"Said what had to be said"_s);
+        program.Click(u"cmdOK"_s);
         ProgramUnderTest::WaitUntil(u"the entry in the list"_s, [&] {
             const QList<QStringList> rows = program.Rows(u"msgEntryList"_s);
             return rows.size() == 1 && rows[0][7] == u"7.50"_s;
@@ -134,9 +116,9 @@ TEST_F(MainJob, TheLockOfAKilledProgramBlocksNobody)
     program.WaitForMessage(SynchroniseFirst);
 }
 
-TEST_F(MainJob, AFolderWithBlanksAndForeignLettersWorksLikeAnyOther)
+TEST_F(MainJob, AFolderWithBlanksQuotesAndForeignLettersWorksLikeAnyOther)
 {
-    const WorkPlace place(u"Größe und Maß Büro"_s);
+    const WorkPlace place(u"Größe und \"Maß\" Büro"_s);
     ProgramUnderTest program(place.ProgramFolder(), m_display);
     program.WaitForMessage(SynchroniseFirst);
     program.Answer(u"OK"_s);

@@ -2,10 +2,10 @@
 
 #include "entry/EntryColumn.h"
 #include "tests/entry/EntryWindow.h"
+#include "tests/support/Modal.h"
 
 #include <QAction>
 #include <QRadioButton>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -35,21 +35,7 @@ protected:
 void Dialogs::InDialog(
     const std::function<void()> &action, const std::function<void(QWidget &)> &steps)
 {
-    bool ran = false;
-    QTimer::singleShot(0, &Window(), [&] {
-        QWidget *dialog = QApplication::activeModalWidget();
-        ASSERT_NE(dialog, nullptr);
-        try {
-            steps(*dialog);
-        } catch (const std::exception &error) {
-            ADD_FAILURE() << error.what();
-        }
-        ran = true;
-        if (dialog == QApplication::activeModalWidget())
-            dialog->close();
-    });
-    action();
-    EXPECT_TRUE(ran);
+    WithModal(action, steps);
     Window().activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
     LetEventsRun();
@@ -191,11 +177,57 @@ TEST_F(Dialogs, TheSummaryHonoursTheFilterAndTakesTheListsArrowAway)
         [](QWidget &dialog) {
             EXPECT_EQ(dialog.objectName(), u"frmHrsSumm"_s);
             EXPECT_EQ(Control<QLineEdit>(dialog, "txtTotHours").text(), u"7.00"_s);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
         });
     ClickHeader(EntryColumn::Date);
     EXPECT_THAT(
         Column(EntryColumn::Date), ElementsAre(u"03/09/2026"_s, u"03/09/2026"_s, u"03/10/2026"_s))
         << "ascending, whatever was sorted before";
+}
+
+TEST_F(Dialogs, ASortInTheSummaryDecidesWhatAClickInTheListToggles)
+{
+    Start();
+    InDialog([this] { ClickButton("cmdHrsSumm"); },
+        [](QWidget &dialog) {
+            auto &grid = Control<clsGrid>(dialog, "msgHrsSumm");
+            QHeaderView &header = *grid.horizontalHeader();
+            // Its third column is the list's "Date".
+            QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                {header.sectionViewportPosition(EntryColumn::Date) + 20, header.height() / 2});
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+    ClickHeader(EntryColumn::Date);
+    EXPECT_THAT(
+        Column(EntryColumn::Date), ElementsAre(u"03/10/2026"_s, u"03/09/2026"_s, u"03/09/2026"_s));
+}
+
+TEST_F(Dialogs, ASummaryThatCannotBeBuiltIsToldAndTheListGoesOn)
+{
+    Start();
+    const QString scratch = Folder.path() + u"/ABCHoursSummary-WkLg.db"_s;
+    ASSERT_TRUE(QDir().mkpath(scratch + u"/in the way"_s));
+    ClickButton("cmdHrsSumm");
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    ASSERT_EQ(Messages.Shown.size(), 1);
+    EXPECT_TRUE(Messages.Shown[0].Text.startsWith(u"Error #"_s));
+    EXPECT_TRUE(Messages.Shown[0].Text.contains(scratch));
+    EXPECT_EQ(Messages.Shown[0].Icon, MessageIcon::Exclamation);
+    ClickRow(2);
+    EXPECT_EQ(Text("txtHours"), u"2.00"_s);
+}
+
+TEST_F(Dialogs, TheListTakesTheFirstClickAfterADialogOfTheMenu)
+{
+    Start();
+    for (const char *entry : {"mnuConfigure", "mnuSync"}) {
+        InDialog([&] { Control<QAction>(Window(), entry).trigger(); },
+            [](QWidget &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+        ClickButton("cmdUndo");
+        EXPECT_EQ(Text("txtHours"), u".00"_s);
+        ClickRow(3);
+        EXPECT_EQ(Text("txtHours"), u"4.00"_s) << entry;
+    }
 }
 
 TEST_F(Dialogs, CancellingTheSaveQuestionOpensNeitherSummaryNorFilter)
@@ -232,6 +264,9 @@ TEST_F(Dialogs, ConfiguringOpensTheSettings)
 {
     Start();
     InDialog([this] { Control<QAction>(Window(), "mnuConfigure").trigger(); },
-        [](QWidget &dialog) { EXPECT_EQ(dialog.objectName(), u"frmConfigure"_s); });
+        [](QWidget &dialog) {
+            EXPECT_EQ(dialog.objectName(), u"frmConfigure"_s);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
     EXPECT_EQ(Messages.Shown.size(), 1) << "there is no launch file yet";
 }

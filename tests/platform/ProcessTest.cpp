@@ -26,6 +26,13 @@ TEST(SplitCommandLine, KeepsWhatStandsInQuotesTogether)
     EXPECT_THAT(SplitCommandLine(QString()), IsEmpty());
 }
 
+TEST(SplitCommandLine, ADoubledQuoteInsideQuotesIsAQuote)
+{
+    EXPECT_THAT(SplitCommandLine(u"\"a \"\"b\"\" c\" d"_s), ElementsAre(u"a \"b\" c"_s, u"d"_s));
+    EXPECT_THAT(SplitCommandLine(u"\"\"\"\" \"\""_s), ElementsAre(u"\""_s, QString(u""_s)));
+    EXPECT_THAT(SplitCommandLine(u"a\"\"b"_s), ElementsAre(u"ab"_s));
+}
+
 TEST(SplitCommandLine, GivesNoOtherSignAMeaning)
 {
     EXPECT_THAT(SplitCommandLine(u"C:\\mas90\\ $(rm) ; & %PATH% 'x"_s),

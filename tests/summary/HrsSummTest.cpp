@@ -6,10 +6,11 @@
 #include "store/FieldText.h"
 #include "store/StoreErrors.h"
 #include "summary/frmHrsSumm.h"
-#include "tests/support/ModalDialog.h"
+#include "tests/support/Modal.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
+#include "tests/support/Windows.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -302,7 +303,7 @@ TEST_F(HrsSumm, TheScratchTableStartsEmptyEachTimeAndIsClosedWithTheDialog)
     EXPECT_THAT(Rows(), ElementsAre(u"03/09/2026 1.00 0.00 0.00 1.00 100.00"_s));
     EXPECT_TRUE(m_folder->Tables.HoursSummary.IsOpen());
     EXPECT_EQ(m_folder->Tables.HoursSummary.GetRecordCount(), 1);
-    EXPECT_TRUE(PlayModal(*m_form, [&] { QTest::keyClick(m_form.get(), Qt::Key_Escape); }));
+    PlayModal(*m_form, [&] { QTest::keyClick(m_form.get(), Qt::Key_Escape); });
     EXPECT_FALSE(m_folder->Tables.HoursSummary.IsOpen());
     EXPECT_TRUE(QFile::exists(ScratchFile()));
     EXPECT_THAT(QDir(m_folder->Path()).entryList({u"*-journal"_s, u"*.new"_s}), IsEmpty());
@@ -505,19 +506,19 @@ TEST_F(HrsSumm, EnterOnOKCloses)
 {
     Enter(TenDays());
     m_form->Load();
-    EXPECT_TRUE(
-        PlayModal(*m_form, [&] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); }));
+    PlayModal(*m_form, [&] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); });
 }
 
 TEST_F(HrsSumm, EscapeClosesFromEveryControl)
 {
     Enter(TenDays());
     for (const char *name : {"cmdOK", "cmdHelp", "msgHrsSumm", "txtBillable", "txtAmount"}) {
+        SCOPED_TRACE(name);
         m_form->Load();
-        EXPECT_TRUE(PlayModal(*m_form, [&] {
+        PlayModal(*m_form, [&] {
             Control<QWidget>(*m_form, name).setFocus();
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-        })) << name;
+        });
     }
 }
 
@@ -566,6 +567,7 @@ TEST_F(HrsSumm, TotalsStandUnderTheirColumnsAndCannotBeTyped)
         ++column;
     }
     EXPECT_EQ(m_form->windowTitle(), u"Hours Summary"_s);
+    EXPECT_EQ(Control<QPushButton>(*m_form, "cmdHelp").text(), u"Help"_s);
     EXPECT_FALSE(Control<QLabel>(*m_form, "picUp").isVisible());
     EXPECT_FALSE(Control<QLabel>(*m_form, "picDown").isVisible());
 }

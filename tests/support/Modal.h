@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QDialog>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -31,7 +32,10 @@ void WithModal(Open &&open, Steps &&steps)
         } catch (const std::exception &error) {
             ADD_FAILURE() << error.what();
         }
-        if (QApplication::activeModalWidget() == dialog) {
+        // A button that is pressed by its letter lets go of it a moment later.
+        const bool closed = ran && !testing::Test::HasFatalFailure()
+            && QTest::qWaitFor([&] { return QApplication::activeModalWidget() != dialog; });
+        if (!closed && QApplication::activeModalWidget() == dialog) {
             ADD_FAILURE() << "the steps have left the dialog open";
             dialog->close();
         }
@@ -39,4 +43,11 @@ void WithModal(Open &&open, Steps &&steps)
     timer.start();
     open();
     EXPECT_TRUE(ran) << "the dialog did not open";
+}
+
+/// Likewise with a dialog that is there already: shows it.
+template <class Steps>
+void PlayModal(QDialog &dialog, Steps &&steps)
+{
+    WithModal([&] { dialog.exec(); }, [&](QWidget &) { steps(); });
 }

@@ -1,12 +1,14 @@
 // The synchronisation settings: rules and dialog, on real files.
 
 #include "platform/clsRunTimeError.h"
+#include "platform/clsWorkingFolder.h"
 #include "sync/ActiveServer.h"
 #include "sync/frmConfigure.h"
 #include "sync/TextLines.h"
-#include "tests/support/ModalDialog.h"
+#include "tests/support/Modal.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
+#include "tests/support/Windows.h"
 
 #include <QDir>
 #include <QFile>
@@ -192,11 +194,11 @@ TEST_F(Configure, AMissingLaunchFileIsTheErrorAndTheDialogStandsOpen)
     EXPECT_THAT(m_browser.Prompts, IsEmpty());
     const QString root = MAS90();
     m_browser.Folder = Place(u"acc"_s);
-    EXPECT_TRUE(PlayModal(m_form, [&] {
+    PlayModal(m_form, [&] {
         Click("cmdBrowse");
         EXPECT_EQ(Box("txtMas90Path"), root);
         Click("cmdAccept");
-    }));
+    });
     EXPECT_TRUE(Read(LaunchFile()).startsWith(root.toUtf8() + '\n'));
 }
 
@@ -404,7 +406,7 @@ TEST_F(Configure, AcceptWritesTheMAS90FormAndCloses)
     const QString root = MAS90(u"Büro/mas90"_s);
     Launch(root);
     m_form.Load();
-    EXPECT_TRUE(PlayModal(m_form, [&] { QTest::keyClick(&m_form, Qt::Key_A, Qt::AltModifier); }));
+    PlayModal(m_form, [&] { QTest::keyClick(&m_form, Qt::Key_A, Qt::AltModifier); });
     EXPECT_EQ(Read(LaunchFile()),
         u"%1\n\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA\n"_s
             .arg(root)
@@ -418,11 +420,11 @@ TEST_F(Configure, AcceptWritesTheClientFormAndSavesTheServer)
     const QString root = MAS200();
     Launch(root);
     m_form.Load();
-    EXPECT_TRUE(PlayModal(m_form, [&] {
+    PlayModal(m_form, [&] {
         Fill("tbxHost", u"100%1 winter"_s);
         Fill("tbxPort", u"4000"_s);
         Click("cmdAccept");
-    }));
+    });
     EXPECT_EQ(Read(LaunchFile()),
         root.toUtf8() + "\n\"" + root.toUtf8()
             + "/launcher/sota.ini\" KV_Client -ARG \"100%1 winter\" \"4000\" \"KV_DIRECT\" "
@@ -438,19 +440,19 @@ TEST_F(Configure, WhatThePathHoldsDecidesAndNotTheOptionButton)
     const QString root = MAS90();
     Launch(client);
     m_form.Load();
-    EXPECT_TRUE(PlayModal(m_form, [&] {
+    PlayModal(m_form, [&] {
         Click("optMas90_0"); // claims MAS 90
         Click("cmdAccept");
-    }));
+    });
     EXPECT_TRUE(Read(LaunchFile()).contains(" KV_Client "));
     EXPECT_EQ(m_settings.Values.size(), 2);
 
     m_settings.Values.clear();
     m_form.Load();
-    EXPECT_TRUE(PlayModal(m_form, [&] {
+    PlayModal(m_form, [&] {
         Fill("txtMas90Path", root); // while MAS 200 is selected
         Click("cmdAccept");
-    }));
+    });
     EXPECT_TRUE(Read(LaunchFile()).contains("kv_startup.m4p"));
     EXPECT_THAT(m_settings.Values, IsEmpty());
 }
@@ -471,6 +473,41 @@ TEST_F(Configure, APathWithoutAnInstallationIsToldAndTheDialogStandsOpen)
     Fill("txtMas90Path", QString());
     Click("cmdAccept");
     ExpectMessage(u"MAS 90 or MAS 200 client not found in path: \r\n"_s, MessageIcon::Critical);
+}
+
+TEST_F(Configure, ARelativePathIsNotFoundWhereverTheProgramWasStarted)
+{
+    Launch(MAS90());
+    const QByteArray before = Read(LaunchFile());
+    const clsWorkingFolder above(m_place.path());
+    Show();
+    Fill("txtMas90Path", u"acc/mas90"_s);
+    Click("cmdAccept");
+    ExpectMessage(
+        u"MAS 90 or MAS 200 client not found in path: \r\nacc/mas90"_s, MessageIcon::Critical);
+    EXPECT_TRUE(m_form.isVisible());
+    EXPECT_EQ(Read(LaunchFile()), before);
+}
+
+TEST_F(Configure, SettingsThatCannotBeSavedAreToldAndTheDialogStandsOpen)
+{
+    class clsFullSettings : public clsRecordedSettings
+    {
+    public:
+        void SaveSetting(const QString &, const QString &, const QString &) override
+        {
+            throw clsRunTimeError(RunTimeErrors::PathAccess, u"Settings"_s, u"The disk is full"_s);
+        }
+    };
+    Launch(MAS200());
+    clsFullSettings full;
+    modConfigure module(m_tables, m_session, full, m_browser, m_messages, m_clock);
+    frmConfigure form(module, m_messages, m_keys);
+    form.Load();
+    ASSERT_TRUE(ShowActive(form));
+    QTest::mouseClick(&Control<QPushButton>(form, "cmdAccept"), Qt::LeftButton);
+    ExpectMessage(u"Error #75 (The disk is full)."_s, MessageIcon::Exclamation);
+    EXPECT_TRUE(form.isVisible());
 }
 
 TEST_F(Configure, ALaunchFileThatCannotBeWrittenIsToldAndNothingIsSaved)
@@ -495,13 +532,13 @@ TEST_F(Configure, CancelAndEscapeWriteNothing)
     const QByteArray before = Read(LaunchFile());
     for (const bool byEscape : {false, true}) {
         m_form.Load();
-        EXPECT_TRUE(PlayModal(m_form, [&] {
+        PlayModal(m_form, [&] {
             Fill("tbxHost", u"winter"_s);
             if (byEscape)
                 QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
             else
                 QTest::keyClick(&m_form, Qt::Key_C, Qt::AltModifier);
-        }));
+        });
         EXPECT_EQ(Read(LaunchFile()), before);
         EXPECT_THAT(m_settings.Values, IsEmpty());
     }

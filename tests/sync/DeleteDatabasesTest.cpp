@@ -132,6 +132,26 @@ TEST_F(DeleteDatabases, WhatCannotBeDeletedStopsItAndTheListOfCompaniesStays)
     EXPECT_THAT(Databases(), IsEmpty());
 }
 
+TEST_F(DeleteDatabases, ACompanysDatabasesGoInTheirOrder)
+{
+    const QStringList order = {u"Options-"_s, u"Employee-"_s, u"Multiplier-"_s, u"Divisions-"_s,
+        u"Customers-"_s, u"Projects-"_s, u"Activities-"_s, u"Entries-"_s, u"HoursSummary-"_s};
+    for (const QString &blocked : order) {
+        SampleFolder folder;
+        folder.Tables.Main.CreateHoursSummary(u"ABCHoursSummary-WkLg"_s);
+        const auto file = [&](const QString &prefix) {
+            return folder.Path() + u"/ABC"_s + prefix + u"WkLg.db"_s;
+        };
+        ASSERT_TRUE(QFile::remove(file(blocked)));
+        ASSERT_TRUE(QDir().mkpath(file(blocked) + u"/in the way"_s));
+        modSync sync(folder.Tables, m_session, m_messages, m_process);
+        EXPECT_FALSE(modDeleteDatabases(folder.Tables, sync, m_messages).DeleteAllDatabases());
+        for (const QString &prefix : order)
+            EXPECT_EQ(QFile::exists(file(prefix)), order.indexOf(prefix) >= order.indexOf(blocked))
+                << prefix.toStdString() << " when " << blocked.toStdString() << " cannot go";
+    }
+}
+
 TEST_F(DeleteDatabases, AListThatCannotBeReadDeletesNothing)
 {
     const QStringList before = Databases();

@@ -1,6 +1,8 @@
 #include "sync/LaunchFile.h"
 
+#include "platform/clsProcess.h"
 #include "platform/clsRunTimeError.h"
+#include "tests/support/PrintQt.h"
 #include "tests/support/Raised.h"
 #include "tests/support/SmallDisk.h"
 
@@ -8,9 +10,13 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 using namespace Qt::StringLiterals;
+using testing::ElementsAre;
 
 namespace {
 
@@ -42,6 +48,8 @@ struct Form
     QByteArray Content;
     QString Root;
     QString Arguments;
+
+    friend void PrintTo(const Form &form, std::ostream *stream) { *stream << form.Name; }
 };
 
 class LaunchFileForms : public LaunchFileTest, public testing::WithParamInterface<Form>
@@ -141,6 +149,41 @@ TEST(LaunchArguments, HaveTheFormsOfBothInstallations)
     EXPECT_EQ(MAS200Arguments(u"/srv/%2/mas90"_s, u"%3"_s, u"10000"_s),
         u"\"/srv/%2/mas90/launcher/sota.ini\" KV_Client -ARG \"%3\" \"10000\" \"KV_DIRECT\" "
         u"-ARG=RUN_DIRECT UION * WLWXBA"_s);
+}
+
+TEST(LaunchArguments, KeepAQuoteInANameInItsPlace)
+{
+    EXPECT_THAT(SplitCommandLine(MAS90Arguments(u"/srv/a\" b"_s)),
+        ElementsAre(u"/srv/a\" b/launcher/sota.ini"_s, u"/srv/a\" b/kv/kv_startup.m4p"_s, u"-ARG"_s,
+            u"RUN_DIRECT"_s, u"UION"_s, u"*"_s, u"WLWXBA"_s));
+    EXPECT_THAT(SplitCommandLine(MAS200Arguments(u"/srv"_s, u"ho\"st"_s, u"\"1"_s)),
+        ElementsAre(u"/srv/launcher/sota.ini"_s, u"KV_Client"_s, u"-ARG"_s, u"ho\"st"_s, u"\"1"_s,
+            u"KV_DIRECT"_s, u"-ARG=RUN_DIRECT"_s, u"UION"_s, u"*"_s, u"WLWXBA"_s));
+}
+
+TEST(ClientCommandLine, KeepsAQuoteInTheFoldersName)
+{
+    const QString folder = u"/home/jo/the \"new\" log"_s;
+    const QString arguments = ClientArguments({u"/srv"_s, u"-ARG X"_s}, folder);
+    EXPECT_THAT(SplitCommandLine(arguments),
+        ElementsAre(u"-hd"_s, u"-ARG"_s, u"X"_s, u"/home/jo/the*\"new\"*log"_s));
+    EXPECT_TRUE(TellsFolder(arguments, folder));
+}
+
+TEST(ClientCommandLine, DoesNotTellTheFolderBehindAQuoteTooMany)
+{
+    EXPECT_FALSE(
+        TellsFolder(ClientArguments({u"/srv"_s, u"-ARG \"X"_s}, u"/home/jo"_s), u"/home/jo"_s));
+    EXPECT_TRUE(TellsFolder(ClientArguments({u"/srv"_s, {}}, u"/home/jo"_s), u"/home/jo"_s));
+}
+
+TEST(ClientCommandLine, CannotTellAFolderWithBlanksAndStars)
+{
+    for (const auto &[folder, told] : {std::pair{u"/home/jo/my log"_s, true},
+             std::pair{u"/home/jo/my*log"_s, true}, std::pair{u"/home/jo/my *log*"_s, false}}) {
+        const QString arguments = ClientArguments({u"/srv"_s, u"-ARG X"_s}, folder);
+        EXPECT_EQ(TellsFolder(arguments, folder), told) << folder.toStdString();
+    }
 }
 
 TEST(ClientCommandLine, PutsTheFolderLastInQuotesWithAStarForEachBlank)

@@ -211,6 +211,18 @@ TEST_F(ModSync, MissingGlobalOptionsStopTheSynchronisationBeforeTheClient)
     EXPECT_THAT(m_process.Programs, IsEmpty());
 }
 
+TEST_F(ModSync, EmptyGlobalOptionsStopTheSynchronisationBeforeTheClient)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()});
+    BuildDatabase<GlobalOptionsRecord>(Folder(), u"GlobalOptions-WkLg"_s, {});
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(EntriesUnknown));
+    EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_FALSE(AnythingOpen());
+}
+
 TEST_F(ModSync, TheClientRunsInItsFolderWithEveryDatabaseClosed)
 {
     MakeInstallation();
@@ -263,6 +275,45 @@ TEST_F(ModSync, AClientThatDoesNotStartIsNamedAndTheFolderGivenBack)
             + u"/Home/pvxwin32.exe -hd -ARG X \""_s + Folder() + u"\")."_s));
     EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
     EXPECT_EQ(QDir::currentPath(), before);
+}
+
+TEST_F(ModSync, AMissingHomeFolderIsNamedAndNothingStarts)
+{
+    MakeInstallation();
+    ASSERT_TRUE(QDir(Root() + u"/Home"_s).removeRecursively());
+    const QString before = QDir::currentPath();
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(
+        m_messages.Texts(), ElementsAre(u"Error #76 (Path not found: %1/Home)."_s.arg(Root())));
+    EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_EQ(QDir::currentPath(), before);
+}
+
+TEST_F(ModSync, ALaunchFileWithAQuoteTooManyIsToldAndNothingStarts)
+{
+    MakeInstallation();
+    Touch(Folder() + u"/mas90.ini"_s, (Root() + u"\n-ARG \"X\n"_s).toUtf8());
+    const QString before = QDir::currentPath();
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(),
+        ElementsAre(u"Error #2001 (Unable to start program "_s + Root()
+            + u"/Home/pvxwin32.exe -hd -ARG \"X \""_s + Folder() + u"\")."_s));
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_EQ(QDir::currentPath(), before);
+}
+
+TEST_F(ModSync, ARelativeRootIsNoInstallation)
+{
+    MakeInstallation();
+    Touch(Folder() + u"/mas90.ini"_s, "mas90\n-ARG X\n");
+    const clsWorkingFolder above(m_place.path()); // from where it would be found
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(u"Unable to launch MAS 90 or MAS 200."_s));
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_EQ(CheckInstallation(u"mas90"_s), std::nullopt);
+    EXPECT_EQ(
+        CheckInstallation(u"../"_s + QDir(m_place.path()).dirName() + u"/mas90"_s), std::nullopt);
 }
 
 TEST_F(ModSync, AnInstallationWithoutMarkersLaunchesNothing)

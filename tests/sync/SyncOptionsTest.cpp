@@ -2,9 +2,10 @@
 
 #include "store/StoreErrors.h"
 #include "sync/frmSyncOptions.h"
-#include "tests/support/ModalDialog.h"
+#include "tests/support/Modal.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
+#include "tests/support/Windows.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -140,7 +141,7 @@ TEST_F(SyncOptions, AnyOtherValueSelectsNothingAndIsWrittenBack)
         EXPECT_EQ(Selected(), -1) << value.toStdString();
         EXPECT_EQ(Description(), QString());
         m_folder->Tables.Options.Working.Expenses = u"N"_s; // shows that the write happens
-        EXPECT_TRUE(PlayModal(*m_form, [&] { Click("cmdAccept"); }));
+        PlayModal(*m_form, [&] { Click("cmdAccept"); });
         EXPECT_EQ(InTheFile().Sync_Option, value);
         EXPECT_EQ(InTheFile().Expenses, u"N"_s);
     }
@@ -149,14 +150,14 @@ TEST_F(SyncOptions, AnyOtherValueSelectsNothingAndIsWrittenBack)
 TEST_F(SyncOptions, AClickShowsAndKeepsTheOptionAndAcceptWritesIt)
 {
     Open(u"0"_s);
-    EXPECT_TRUE(PlayModal(*m_form, [&] {
+    PlayModal(*m_form, [&] {
         QTest::mouseClick(&Option(2), Qt::LeftButton, {}, QPoint(8, Option(2).height() / 2));
         EXPECT_EQ(Selected(), 2);
         EXPECT_EQ(Description(), Erases);
         EXPECT_EQ(m_folder->Tables.Options.Working.Sync_Option, u"2"_s);
         EXPECT_EQ(InTheFile().Sync_Option, u"0"_s); // not before Accept
         QTest::keyClick(m_form.get(), Qt::Key_A, Qt::AltModifier);
-    }));
+    });
     EXPECT_EQ(InTheFile().Sync_Option, u"2"_s);
     EXPECT_EQ(m_folder->Tables.Options.Record.Sync_Option, u"2"_s);
     NewDialog();
@@ -166,7 +167,7 @@ TEST_F(SyncOptions, AClickShowsAndKeepsTheOptionAndAcceptWritesIt)
 TEST_F(SyncOptions, OptionsAreChosenByArrowKeysAndAcceptedByEnter)
 {
     Open(u"0"_s);
-    EXPECT_TRUE(PlayModal(*m_form, [&] {
+    PlayModal(*m_form, [&] {
         EXPECT_TRUE(Option(0).hasFocus());
         for (int option = 1; option < 4; ++option) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
@@ -174,14 +175,14 @@ TEST_F(SyncOptions, OptionsAreChosenByArrowKeysAndAcceptedByEnter)
             EXPECT_EQ(Description(), m_module->Description());
         }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    }));
+    });
     EXPECT_EQ(InTheFile().Sync_Option, u"3"_s);
 }
 
 TEST_F(SyncOptions, AcceptKeepsEveryOtherFieldAndTrimsTheAccountingName)
 {
     Open(u"3"_s, u"  MAS 90  "_s);
-    EXPECT_TRUE(PlayModal(*m_form, [&] { Click("cmdAccept"); }));
+    PlayModal(*m_form, [&] { Click("cmdAccept"); });
     OptionsRecord expected = m_stored;
     expected.Accounting_Name = u"MAS 90"_s;
     EXPECT_TRUE(InTheFile().Fields() == expected.Fields());
@@ -191,32 +192,32 @@ TEST_F(SyncOptions, CancelWritesNothingAndTheNextDialogShowsWhatIsStored)
 {
     Open(u"1"_s);
     for (const bool byEscape : {false, true}) {
-        EXPECT_TRUE(PlayModal(*m_form, [&] {
+        PlayModal(*m_form, [&] {
             QTest::mouseClick(&Option(3), Qt::LeftButton, {}, QPoint(8, Option(3).height() / 2));
             if (byEscape)
                 QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
             else
                 Click("cmdCancel");
-        }));
+        });
         EXPECT_EQ(InTheFile().Sync_Option, u"1"_s);
         EXPECT_EQ(m_folder->Tables.Options.Working.Sync_Option, u"3"_s); // until the next load
         NewDialog();
         EXPECT_EQ(Selected(), 1);
     }
-    EXPECT_TRUE(PlayModal(*m_form, [&] { Click("cmdAccept"); }));
+    PlayModal(*m_form, [&] { Click("cmdAccept"); });
     EXPECT_EQ(InTheFile().Sync_Option, u"1"_s); // what is shown is what is written
 }
 
 TEST_F(SyncOptions, AValueThatSelectsNothingIsWrittenBackAlsoAfterACancelledClick)
 {
     Open(u"x"_s);
-    EXPECT_TRUE(PlayModal(*m_form, [&] {
+    PlayModal(*m_form, [&] {
         QTest::mouseClick(&Option(1), Qt::LeftButton, {}, QPoint(8, Option(1).height() / 2));
         Click("cmdCancel");
-    }));
+    });
     NewDialog();
     EXPECT_EQ(Selected(), -1);
-    EXPECT_TRUE(PlayModal(*m_form, [&] { Click("cmdAccept"); }));
+    PlayModal(*m_form, [&] { Click("cmdAccept"); });
     EXPECT_EQ(InTheFile().Sync_Option, u"x"_s);
 }
 
@@ -246,7 +247,7 @@ TEST_F(SyncOptions, AnIncompleteCompanyKeepsItsOptions)
     m_folder->Tables.Options.Working = OptionsRecord();
     NewDialog();
     EXPECT_EQ(Selected(), 2);
-    EXPECT_TRUE(PlayModal(*m_form, [&] { Click("cmdAccept"); }));
+    PlayModal(*m_form, [&] { Click("cmdAccept"); });
     EXPECT_TRUE(InTheFile().Fields() == m_stored.Fields());
 }
 
@@ -260,6 +261,14 @@ TEST_F(SyncOptions, WithoutDatabasesNothingOfAFormerCompanyIsShown)
     EXPECT_EQ(Option(1).text(), u"Computer updates "_s);
     EXPECT_EQ(Control<QLabel>(*m_form, "Panel1").text(), QString());
     EXPECT_EQ(Control<QLabel>(*m_form, "Panel4").text(), u"03/09/2026"_s);
+    // There is no record to write a choice into.
+    ASSERT_TRUE(ShowActive(*m_form));
+    QTest::mouseClick(&Option(1), Qt::LeftButton, {}, QPoint(8, Option(1).height() / 2));
+    EXPECT_EQ(Selected(), 1);
+    Click("cmdAccept");
+    EXPECT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(m_form->isVisible());
+    EXPECT_EQ(InTheFile().Sync_Option, u"2"_s);
 }
 
 TEST_F(SyncOptions, TheStatusBarNamesCompanyEmployeeAndDay)

@@ -1,5 +1,6 @@
 #include "tests/endtoend/driver/ProgramUnderTest.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcessEnvironment>
@@ -41,6 +42,7 @@ ProgramUnderTest::ProgramUnderTest(const QString &folder, const VirtualDisplay &
     environment.insert(u"QT_PLUGIN_PATH"_s, QStringLiteral(WORKLOG_PROBE_PLUGINS));
     environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"worklogprobe"_s);
     environment.insert(u"WORKLOG_PROBE"_s, m_socketName);
+    environment.insert(u"XDG_CONFIG_HOME"_s, QFileInfo(folder).path() + u"/settings"_s);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.start(folder + u"/WorklogRemote"_s, QStringList());
@@ -100,6 +102,11 @@ bool ProgramUnderTest::IsEnabled(const QString &control)
 bool ProgramUnderTest::HasFocus(const QString &control)
 {
     return Ask(u"control"_s, control)[u"focused"_s].toBool();
+}
+
+bool ProgramUnderTest::IsChecked(const QString &button)
+{
+    return Ask(u"control"_s, button)[u"checked"_s].toBool();
 }
 
 bool ProgramUnderTest::IsOpen(const QString &window)
@@ -162,6 +169,32 @@ void ProgramUnderTest::Answer(const QString &button)
     });
 }
 
+void ProgramUnderTest::AnswerByKeys(const QString &keys)
+{
+    const QString message = MessageText();
+    WaitUntil(u"the message to take keys: "_s + message,
+        [&] { return Ask(u"windows"_s)[u"modal"_s].toObject()[u"active"_s].toBool(); });
+    Key(keys);
+    WaitUntil(u"the message to go: "_s + message, [&] { return MessageText() != message; });
+}
+
+void ProgramUnderTest::EnterTime(const QString &hours, const QString &description)
+{
+    WaitForFocus(u"dtpDate"_s);
+    Key(u"Return"_s);
+    Enter(u"txtCustomer"_s, u"0100"_s);
+    Key(u"Return"_s);
+    Enter(u"txtProject"_s, u"1000"_s);
+    Key(u"Return"_s);
+    WaitForFocus(u"txtActivity"_s);
+    Type(u"consult"_s);
+    WaitForText(u"txtActivity"_s, u"CONSULT"_s);
+    Key(u"Return"_s);
+    Enter(u"txtHours"_s, hours);
+    Key(u"Return"_s);
+    Enter(u"txtDescription"_s, description);
+}
+
 void ProgramUnderTest::Enter(const QString &control, const QString &text)
 {
     WaitForFocus(control);
@@ -169,9 +202,50 @@ void ProgramUnderTest::Enter(const QString &control, const QString &text)
     WaitForText(control, text);
 }
 
+void ProgramUnderTest::MoveTo(const QString &text, const QString &control, const QString &key)
+{
+    const QString first = Text(control);
+    for (QString at = first; at != text;) {
+        const QString before = at;
+        Key(key);
+        WaitUntil(key + u" to move on in "_s + control, [&] {
+            at = Text(control);
+            return at != before;
+        });
+        if (at == first)
+            throw std::runtime_error("no such menu entry: " + text.toStdString());
+    }
+}
+
+void ProgramUnderTest::ChooseByKeys(const QString &menu, const QString &entry)
+{
+    WaitUntilActive();
+    Key(u"alt"_s);
+    WaitUntil(u"the menu bar"_s, [&] { return !Text(u"mnuBar"_s).isEmpty(); });
+    MoveTo(menu, u"mnuBar"_s, u"Right"_s);
+    Key(u"Down"_s);
+    const QString opened = u"mnu"_s + menu;
+    WaitUntil(menu, [&] { return !Text(opened).isEmpty(); });
+    MoveTo(entry, opened, u"Down"_s);
+    Key(u"Return"_s);
+}
+
 void ProgramUnderTest::WaitForWindow(const QString &window)
 {
     WaitUntil(window + u" to open"_s, [&] { return IsOpen(window); });
+}
+
+void ProgramUnderTest::WaitUntilActive(const QString &window)
+{
+    WaitUntil(window + u" to take the keys"_s, [&] {
+        const QJsonObject found = Ask(u"control"_s, window);
+        return found[u"name"_s] == window && found[u"active"_s].toBool();
+    });
+}
+
+void ProgramUnderTest::WaitUntilClosed(const QString &window)
+{
+    WaitUntil(window + u" to close"_s, [&] { return !IsOpen(window); });
 }
 
 void ProgramUnderTest::WaitForMessage(const QString &text)

@@ -16,7 +16,8 @@
 class ProgramUnderTest
 {
 public:
-    /// Starts <folder>/WorklogRemote on the display; both outlive the object.
+    /// Starts <folder>/WorklogRemote on the display; both outlive the object. The user's settings
+    /// lie beside the folder.
     ProgramUnderTest(const QString &folder, const VirtualDisplay &display);
     ~ProgramUnderTest(); ///< kills the process if it still runs
 
@@ -24,6 +25,7 @@ public:
     QString Text(const QString &control);
     bool IsEnabled(const QString &control);
     bool HasFocus(const QString &control);
+    bool IsChecked(const QString &button);
     bool IsOpen(const QString &window);
     QString MessageText(); ///< of the message box on top, else empty
     QList<QStringList> Rows(const QString &grid); ///< the texts of its data rows
@@ -33,12 +35,20 @@ public:
     void Click(const QString &control);
     void ClickRow(const QString &grid, int row); ///< data rows count from 0
     void Answer(const QString &button); ///< of the message box on top; waits until it is gone
+    void AnswerByKeys(const QString &keys); ///< likewise, without the mouse
     void Enter(const QString &control, const QString &text); ///< into the control with the focus
+    /// Opens the menu and chooses the entry, each named by what it says, with keys alone.
+    void ChooseByKeys(const QString &menu, const QString &entry);
+    /// Types a time entry into the editor, from the date on; its description has the focus then.
+    void EnterTime(const QString &hours, const QString &description);
     void Type(const QString &text) { m_display.Type(text); }
     void Key(const QString &keys) { m_display.Key(keys); }
 
     // What the user waits for.
     void WaitForWindow(const QString &window = QStringLiteral("frmEntryList"));
+    /// The window takes the keys, which it does not before the window manager has said so.
+    void WaitUntilActive(const QString &window = QStringLiteral("frmEntryList"));
+    void WaitUntilClosed(const QString &window);
     void WaitForMessage(const QString &text);
     void WaitForText(const QString &control, const QString &text);
     void WaitForFocus(const QString &control);
@@ -51,6 +61,7 @@ public:
     static void WaitUntil(const QString &what, const std::function<bool()> &condition);
 
 private:
+    void MoveTo(const QString &text, const QString &control, const QString &key);
     QJsonObject Ask(const QString &verb, const QString &name = {});
     bool Connect();
 

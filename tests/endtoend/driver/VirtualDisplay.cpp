@@ -34,9 +34,12 @@ VirtualDisplay::VirtualDisplay()
     m_windowManager.setProcessEnvironment(On(m_name));
     // It complains about menus that nobody opens here.
     m_windowManager.setStandardErrorFile(QProcess::nullDevice());
-    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s});
-    if (!m_windowManager.waitForStarted(StartMilliseconds))
-        throw std::runtime_error("no window manager");
+    // A window that opens before the manager is at work gets no focus; it says when it is.
+    m_windowManager.start(u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"echo ready"_s});
+    while (!m_windowManager.canReadLine()) {
+        if (!m_windowManager.waitForReadyRead(StartMilliseconds))
+            throw std::runtime_error("no window manager");
+    }
 }
 
 VirtualDisplay::~VirtualDisplay()
@@ -70,8 +73,8 @@ void VirtualDisplay::Key(const QString &keys) const
 
 void VirtualDisplay::Click(int x, int y) const
 {
-    Run(u"xdotool"_s,
-        {u"mousemove"_s, u"--sync"_s, QString::number(x), QString::number(y), u"click"_s, u"1"_s});
+    // Without --sync, which waits in vain when the pointer stands there already.
+    Run(u"xdotool"_s, {u"mousemove"_s, QString::number(x), QString::number(y), u"click"_s, u"1"_s});
 }
 
 void VirtualDisplay::Screenshot(const QString &fileName) const

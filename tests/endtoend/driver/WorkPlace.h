@@ -17,12 +17,27 @@ public:
 
     void WriteLaunchFile() const; ///< mas90.ini for that root
     void RemoveLaunchFile() const;
+    QStringList LaunchFileLines() const; ///< nothing when there is none
+
+    /// Makes the root a client installation of a server.
+    void MakeClientInstallation() const;
+    /// What the user's settings hold under section/key.
+    QString Setting(const QString &key) const;
+    bool HasSettings() const; ///< whether any were ever saved
 
     /// Runs the client by hand, as a synchronisation would: the databases are there afterwards.
     void Synchronise() const;
 
+    int FinishedRuns() const; ///< how often the client has come to its end, by its log
+
     /// The collected entries of a company: the data rows of all upload files.
     QStringList UploadedRows(const QString &company) const;
+
+    /// Changes what the accounting side holds for a company.
+    void Replace(const QString &company, const QString &table, const QByteArray &before,
+        const QByteArray &after) const;
+
+    QStringList Databases() const; ///< the names of the database files in the program folder
 
     /// What `sqlite3` prints for a query on a database of the program folder.
     QString Query(const QString &database, const QString &sql) const;
@@ -31,6 +46,8 @@ public:
     QStringList Journals() const;
 
 private:
+    QString SettingsFile() const;
+
     QTemporaryDir m_place;
     QString m_folder;
     QString m_root;

@@ -18,6 +18,8 @@
 #include <QLineEdit>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QTableView>
 #include <QTimer>
@@ -25,6 +27,12 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The entry that Enter would choose.
+QString TextOf(const QAction *entry)
+{
+    return entry == nullptr ? QString() : entry->text();
+}
 
 QString TextOf(const QWidget &control)
 {
@@ -40,6 +48,10 @@ QString TextOf(const QWidget &control)
         return date->text();
     if (const auto *message = qobject_cast<const QMessageBox *>(&control))
         return message->text();
+    if (const auto *bar = qobject_cast<const QMenuBar *>(&control))
+        return TextOf(bar->activeAction());
+    if (const auto *menu = qobject_cast<const QMenu *>(&control))
+        return TextOf(menu->activeAction());
     return {};
 }
 
@@ -62,6 +74,8 @@ QJsonObject Describe(const QWidget &control)
     object[u"enabled"_s] = control.isEnabled();
     object[u"active"_s] = control.isActiveWindow();
     object[u"focused"_s] = QApplication::focusWidget() == &control;
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
+        object[u"checked"_s] = button->isChecked();
     if (const auto *list = qobject_cast<const QComboBox *>(&control)) {
         QJsonArray items;
         for (int i = 0; i < list->count(); ++i)
