@@ -39,24 +39,29 @@ std::vector<quint32> RanksOfNumbers(
     return ranks;
 }
 
-/// GenericRanks for values out of a few texts that many rows share.
+/// GenericRanks for values out of a few texts that many rows share. Finding a place may find a new
+/// text, so all places are found first.
+template <class PlaceOf>
 std::vector<quint32> RanksOfTexts(const std::vector<EntryRecordset::Row> &rows,
-    const std::vector<QString> &texts, quint32 EntryRecordset::Row::*text)
+    const std::vector<QString> &texts, const PlaceOf &placeOf)
 {
-    const std::vector<quint32> textRanks = GenericRanks(texts);
     std::vector<quint32> ranks;
     ranks.reserve(rows.size());
     for (const EntryRecordset::Row &row : rows)
-        ranks.push_back(textRanks[row.*text]);
+        ranks.push_back(placeOf(row));
+    const std::vector<quint32> textRanks = GenericRanks(texts);
+    for (quint32 &rank : ranks)
+        rank = textRanks[rank];
     return ranks;
 }
 
 } // namespace
 
-EntryRecordset::EntryRecordset(
-    const QStringList &fieldNames, std::shared_ptr<const EntryTexts> texts, QChar decimalSign)
+EntryRecordset::EntryRecordset(const QStringList &fieldNames, std::shared_ptr<EntryTexts> texts,
+    const QString &customerBefore, QChar decimalSign)
     : clsRecordSet(fieldNames)
     , m_texts(std::move(texts))
+    , m_customerBefore(customerBefore)
     , m_decimalSign(decimalSign)
 {
 }
@@ -71,8 +76,32 @@ QString EntryRecordset::Number(Currency value, int decimals) const
     return FormatCurrency(value, decimals, LeadingZero::No, m_decimalSign);
 }
 
-QString EntryRecordset::Text(const Row &row, int field) const
+std::optional<size_t> EntryRecordset::CustomerRow(size_t row) const
 {
+    for (size_t i = row + 1; i-- > 0;) {
+        if (m_texts->CustomerAt(m_rows[i].Customer) != EntryTexts::PastTheLast)
+            return i;
+    }
+    return {};
+}
+
+std::optional<qint64> EntryRecordset::LastCustomer() const
+{
+    const std::optional<size_t> row
+        = m_rows.empty() ? std::optional<size_t>() : CustomerRow(m_rows.size() - 1);
+    return row ? std::optional<qint64>(m_rows[*row].Customer) : std::nullopt;
+}
+
+QString EntryRecordset::CustomerText(size_t row) const
+{
+    const std::optional<size_t> shown = CustomerRow(row);
+    return shown ? m_texts->Customers()[m_texts->CustomerAt(m_rows[*shown].Customer)]
+                 : m_customerBefore;
+}
+
+QString EntryRecordset::Text(size_t index, int field) const
+{
+    const Row &row = m_rows[index];
     switch (field) {
     case EntryColumn::UniqueId:
         return QString::number(row.Position);
@@ -81,11 +110,11 @@ QString EntryRecordset::Text(const Row &row, int field) const
     case EntryColumn::Date:
         return DateFromSeconds(row.Date).toString(u"MM/dd/yyyy"_s);
     case EntryColumn::Customer:
-        return m_texts->Customers[row.Customer];
+        return CustomerText(index);
     case EntryColumn::Project:
-        return m_texts->Projects[row.Project];
+        return m_texts->Projects()[m_texts->ProjectAt(row.Customer, row.Project)];
     case EntryColumn::Activity:
-        return m_texts->Activities[row.Activity];
+        return m_texts->Activities()[m_texts->ActivityAt(row.Activity)];
     case EntryColumn::TimeOrExpense:
         return row.IsExpense ? u"E"_s : u"T"_s;
     case EntryColumn::Hours:
@@ -100,7 +129,19 @@ QString EntryRecordset::Text(const Row &row, int field) const
 QString EntryRecordset::Value(int record, int field) const
 {
     const auto index = static_cast<size_t>(record);
-    return index < m_rows.size() ? Text(m_rows[index], field) : QString();
+    return index < m_rows.size() ? Text(index, field) : QString();
+}
+
+std::vector<quint32> EntryRecordset::RanksOfCustomers() const
+{
+    const auto isPastTheLast = [&](const Row &row) {
+        return m_texts->CustomerAt(row.Customer) == EntryTexts::PastTheLast;
+    };
+    // A name that is taken over from another entry is nobody's place among the names.
+    if (std::any_of(m_rows.begin(), m_rows.end(), isPastTheLast))
+        return clsRecordSet::Ranks(EntryColumn::Customer);
+    return RanksOfTexts(m_rows, m_texts->Customers(),
+        [&](const Row &row) { return m_texts->CustomerAt(row.Customer); });
 }
 
 std::vector<quint32> EntryRecordset::Ranks(int field) const
@@ -114,11 +155,13 @@ std::vector<quint32> EntryRecordset::Ranks(int field) const
         return RanksOfNumbers(
             m_rows, [](const Row &row) { return row.Date == NoDate ? NoNumber : DayOf(row.Date); });
     case EntryColumn::Customer:
-        return RanksOfTexts(m_rows, m_texts->Customers, &Row::Customer);
+        return RanksOfCustomers();
     case EntryColumn::Project:
-        return RanksOfTexts(m_rows, m_texts->Projects, &Row::Project);
+        return RanksOfTexts(m_rows, m_texts->Projects(),
+            [&](const Row &row) { return m_texts->ProjectAt(row.Customer, row.Project); });
     case EntryColumn::Activity:
-        return RanksOfTexts(m_rows, m_texts->Activities, &Row::Activity);
+        return RanksOfTexts(m_rows, m_texts->Activities(),
+            [&](const Row &row) { return m_texts->ActivityAt(row.Activity); });
     case EntryColumn::TimeOrExpense:
         return RanksOfNumbers(m_rows, [](const Row &row) { return row.IsExpense ? 0 : 1; });
     case EntryColumn::Hours:

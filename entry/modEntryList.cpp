@@ -151,9 +151,10 @@ bool modEntryList::FillEntryRecordset()
         m_references.BeginList();
         const auto records = std::make_shared<EntryRecordset>(
             FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term),
-            m_references.Texts(), QLocale().decimalPoint().at(0));
+            m_references.Texts(), m_tables.Customers.Record.Customer_Name,
+            QLocale().decimalPoint().at(0));
         FillEntries(*records);
-        m_references.EndList();
+        m_references.EndList(*records);
         if (m_list.EntryCount == 0)
             records->AddEmptyRecord();
         m_recordset = records;
@@ -187,10 +188,10 @@ EntryRecordset::Row modEntryList::RowOf(const EntryNumbers &entry)
     EntryRecordset::Row row;
     row.Position = static_cast<quint32>(m_tables.Entries.GetRecordPosition());
     row.Date = entry.Date;
-    row.Customer = m_references.CustomerOf(entry);
-    row.Project = m_references.ProjectOf(entry);
-    row.Activity = m_references.ActivityOf(entry);
-    row.IsExpense = m_references.IsExpense();
+    row.Customer = static_cast<quint32>(entry.Customer);
+    row.Project = static_cast<quint32>(entry.Project);
+    row.Activity = static_cast<quint32>(entry.Activity);
+    row.IsExpense = m_references.IsExpense(entry);
     row.Hours = entry.Hours;
     row.Rate = entry.Rate;
     row.Amount = entry.Amount;

@@ -30,7 +30,7 @@ private:
             : Restricts(!text.isEmpty())
         {
             if (Restricts)
-                Number = entries.NumberOfText(field, text);
+                Number = entries.NumbersOf(field)->Find(text);
         }
         bool Allows(qint64 number) const { return !Restricts || Number == number; }
 

@@ -10,6 +10,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -423,6 +424,15 @@ qint64 DatabaseFile::RowCount()
     Statement statement(*this, "SELECT count(*) FROM " + m_quotedTable);
     statement.Step();
     return statement.Number(0);
+}
+
+qint64 DatabaseFile::RowCountGuess()
+{
+    constexpr qint64 leastRowBytes = 8;
+    Statement statement(*this, "SELECT max(rowid) FROM " + m_quotedTable);
+    statement.Step();
+    // Another program may have given a row any number.
+    return std::clamp<qint64>(statement.Number(0), 0, Size() / leastRowBytes);
 }
 
 qint64 DatabaseFile::DataVersion()

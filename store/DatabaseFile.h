@@ -70,6 +70,8 @@ public:
     /// The row with that id, empty when it is gone or holds a text that is no date.
     StoredRow ReadRow(qint64 rowId);
     qint64 RowCount();
+    /// About how many rows there are; costs nothing.
+    qint64 RowCountGuess();
 
     /// Changes when another program has written into the file.
     qint64 DataVersion();

@@ -3,7 +3,6 @@
 #include <QTimeZone>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 
 namespace {
@@ -140,18 +139,19 @@ int CompareTexts(std::string_view a, std::string_view b)
     return byUpper != 0 ? byUpper : Sign(a.compare(b));
 }
 
-quint64 TextPrefix(std::string_view text)
+quint64 TextPrefix(std::string_view text, size_t from)
 {
-    std::array<char, 8> first = {};
-    const std::string_view head = text.substr(0, first.size());
-    if (std::all_of(head.begin(), head.end(), IsAscii)) {
-        std::transform(head.begin(), head.end(), first.begin(), UpperAscii);
-    } else {
-        const QByteArray upper = Upper(text);
-        std::copy_n(upper.begin(), std::min<qsizetype>(upper.size(), 8), first.begin());
-    }
+    constexpr size_t count = 8;
+    const std::string_view head = text.substr(0, from + count);
     quint64 prefix = 0;
-    for (const char c : first)
-        prefix = prefix << 8 | static_cast<unsigned char>(c);
+    if (std::all_of(head.begin(), head.end(), IsAscii)) {
+        for (size_t i = from; i < from + count; ++i)
+            prefix = prefix << 8
+                | (i < head.size() ? static_cast<unsigned char>(UpperAscii(head[i])) : 0U);
+        return prefix;
+    }
+    const QByteArray upper = Upper(text).mid(static_cast<qsizetype>(from), count);
+    for (qsizetype i = 0; i < static_cast<qsizetype>(count); ++i)
+        prefix = prefix << 8 | (i < upper.size() ? static_cast<unsigned char>(upper[i]) : 0U);
     return prefix;
 }

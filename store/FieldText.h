@@ -33,6 +33,7 @@ std::optional<qint64> SecondsFromText(std::string_view text);
 /// itself. Negative, zero (equal to the letter) or positive.
 int CompareTexts(std::string_view a, std::string_view b);
 
-/// The first eight bytes of the upper-cased text as one big-endian number: texts with different
-/// prefixes compare as their prefixes do.
-quint64 TextPrefix(std::string_view text);
+/// Eight bytes of the upper-cased text, from the given one on, as one big-endian number; past its
+/// end they are zero. Texts that are the same up to there compare as these numbers do when they
+/// differ.
+quint64 TextPrefix(std::string_view text, size_t from = 0);

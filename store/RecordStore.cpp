@@ -39,7 +39,7 @@ struct RecordStore::OpenTable
 
     std::unique_ptr<DatabaseFile> File;
     std::optional<RecordTable> Table; // empty until the first record is asked for
-    TableVersion Version;
+    quint64 Version = 0;
     qint64 DataVersion = 0;
     std::vector<size_t> Order; // fields of the last sort
     size_t Cursor = 0;
@@ -123,11 +123,12 @@ void RecordStore::Load(OpenTable &table) const
     RecordTable records(table.File->Fields());
     // Read first: a write that comes in between is then seen as one.
     table.DataVersion = table.File->DataVersion();
+    records.Reserve(static_cast<size_t>(table.File->RowCountGuess()));
     table.File->ReadRows([&](const DatabaseFile::RowSource &source) { records.Append(source); });
     if (!table.Order.empty())
         records.Sort(table.Order);
     table.Table = std::move(records);
-    table.Version = {++m_loads, 0};
+    table.Version = ++m_versions;
     if (table.WrittenRow)
         table.Cursor = table.Table->PositionOf(*table.WrittenRow).value_or(table.Cursor);
     table.WrittenRow.reset();
@@ -324,22 +325,28 @@ void RecordStore::ReadNumbers(
     table.Table->ReadNumbers(table.Cursor, fields, values);
 }
 
-QString RecordStore::TextOfNumber(Handle handle, qint32 field, qint64 number)
+std::shared_ptr<const TextNumbers> RecordStore::NumbersOf(Handle handle, qint32 field)
 {
     OpenTable &table = Loaded(handle);
     CheckField(table, field);
-    return Utf16(
-        table.Table->TextOfNumber(static_cast<size_t>(field), static_cast<quint32>(number)));
+    return table.Table->NumbersOf(static_cast<size_t>(field));
 }
 
-std::optional<qint64> RecordStore::NumberOfText(Handle handle, qint32 field, const QString &text)
+RecordStore::Sighting RecordStore::Sight(
+    Handle handle, qint32 keyField, const QString &key, qint32 valueField)
 {
     OpenTable &table = Loaded(handle);
-    CheckField(table, field);
-    return table.Table->NumberOfText(static_cast<size_t>(field), text.toStdString());
+    CheckField(table, keyField);
+    CheckField(table, valueField);
+    const RecordTable::Found found = table.Table->FindFirstNotBelow(
+        static_cast<size_t>(keyField), Stored(table, keyField, key));
+    if (found.Position == table.Table->Count())
+        return {};
+    return {true, found.Exact,
+        Utf16(table.Table->Text(found.Position, static_cast<size_t>(valueField)))};
 }
 
-RecordStore::TableVersion RecordStore::Version(Handle handle)
+quint64 RecordStore::Version(Handle handle)
 {
     return Loaded(handle).Version;
 }
@@ -450,7 +457,7 @@ void RecordStore::UpdateRecord(Handle handle)
 
 /// Brings a written record into memory. The write has happened: whatever fails here must not be
 /// told as a failed write, so the table is then read anew.
-void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew)
+void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew) const
 {
     try {
         if (table.Table && isNew) {
@@ -462,7 +469,7 @@ void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew)
     } catch (...) {
         table.Table.reset();
     }
-    ++table.Version.Changes;
+    table.Version = ++m_versions;
     if (!table.Table)
         table.WrittenRow = rowId;
 }
@@ -488,7 +495,7 @@ qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
         throw;
     }
     table.Table->Remove(table.Cursor);
-    ++table.Version.Changes;
+    table.Version = ++m_versions;
     return 0;
 }
 
@@ -531,12 +538,12 @@ qint32 RecordStore::SortTable(Handle handle, const QString &fieldList)
     Loaded(handle);
     table.Drop();
     const bool atEnd = AtEnd(table);
-    const qint64 rowId = atEnd ? 0 : table.Table->RowId(table.Cursor);
+    const RecordTable::Slot slot = atEnd ? 0 : table.Table->SlotAt(table.Cursor);
     if (table.Table->Sort(fields))
-        ++table.Version.Changes;
+        table.Version = ++m_versions;
     table.Order = fields;
     if (!atEnd)
-        table.Cursor = table.Table->PositionOf(rowId).value_or(0);
+        table.Cursor = table.Table->PositionOfSlot(slot);
     return 0;
 }
 

@@ -76,22 +76,22 @@ public:
     template <class Record>
     bool ReadRecord(Handle handle, Record &record);
     /// Fields of the current record, which is not past the end, as numbers: a String as the number
-    /// of its text, a Date as SecondsFromDate counts it, Currency scaled. Equal texts of a field
-    /// have equal numbers, from 0, for as long as Version().Loaded stays what it is.
+    /// of its text, a Date as SecondsFromDate counts it, Currency scaled.
     void ReadNumbers(Handle handle, std::span<const qint32> fields, std::span<qint64> values);
-    QString TextOfNumber(Handle handle, qint32 field, qint64 number);
-    /// Nothing when no record has ever had that text.
-    std::optional<qint64> NumberOfText(Handle handle, qint32 field, const QString &text);
+    /// The numbers of a field's texts; others when the table has been read anew.
+    std::shared_ptr<const TextNumbers> NumbersOf(Handle handle, qint32 field);
 
-    /// Tells whether what was once read or found still stands.
-    struct TableVersion
+    struct Sighting
     {
-        quint64 Loaded = 0; ///< another whenever the table was brought into memory anew
-        quint64 Changes = 0; ///< ... written, or so ordered that a search may end elsewhere
-
-        friend bool operator==(const TableVersion &, const TableVersion &) = default;
+        bool IsRecord = false; ///< false: the search ended past the last one
+        bool Exact = false;
+        QString Value;
     };
-    TableVersion Version(Handle handle);
+    /// A String field of the record on which FindRecord would end. The cursor stays where it is.
+    Sighting Sight(Handle handle, qint32 keyField, const QString &key, qint32 valueField);
+    /// Another whenever the table was read anew, written, or so ordered that a search may end on
+    /// another record.
+    quint64 Version(Handle handle);
 
     /// Into the record begun by AddRecord or EditRecord; always true.
     template <class Record>
@@ -181,13 +181,13 @@ private:
     static void RequireBatch(const OpenTable &table);
     static void EndWrite(OpenTable &table);
     static void AbandonWrite(OpenTable &table) noexcept;
-    static void ShowWritten(OpenTable &table, qint64 rowId, bool isNew);
+    void ShowWritten(OpenTable &table, qint64 rowId, bool isNew) const;
     static void RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen);
     Handle Keep(std::unique_ptr<OpenTable> table);
 
     quint32 m_creator = 0;
     std::vector<std::unique_ptr<OpenTable>> m_open; // by handle, from 1; empty when closed
-    mutable quint64 m_loads = 0;
+    mutable quint64 m_versions = 0;
 };
 
 template <class Member>

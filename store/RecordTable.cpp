@@ -17,6 +17,11 @@ quint64 NumberKey(qint64 number)
     return static_cast<quint64>(number) ^ (quint64(1) << 63);
 }
 
+quint32 NumberOf(TextNumbers &texts, std::string_view text)
+{
+    return static_cast<quint32>(texts.NumberFor(text)); // no more than there are records
+}
+
 } // namespace
 
 RecordTable::RecordTable(const Schema &schema)
@@ -66,23 +71,13 @@ StoredRow RecordTable::Row(size_t position) const
     return row;
 }
 
-quint32 RecordTable::NumberFor(Numbering &numbering, std::string_view text)
-{
-    const auto known = numbering.Numbers.find(text);
-    if (known != numbering.Numbers.end())
-        return known->second;
-    const auto number = static_cast<quint32>(numbering.Texts.size());
-    const auto added = numbering.Numbers.emplace(text, number).first;
-    numbering.Texts.push_back(&added->first);
-    return number;
-}
-
 void RecordTable::Build(Numbering &numbering, size_t field) const
 {
+    auto texts = std::make_shared<TextNumbers>();
     numbering.Slots.reserve(m_rowIds.size());
     for (Slot slot = 0; slot < m_rowIds.size(); ++slot)
-        numbering.Slots.push_back(NumberFor(numbering, TextAt(slot, field)));
-    numbering.Built = true;
+        numbering.Slots.push_back(NumberOf(*texts, TextAt(slot, field)));
+    numbering.Texts = std::move(texts);
 }
 
 void RecordTable::ReadNumbers(
@@ -95,20 +90,6 @@ void RecordTable::ReadNumbers(
         values[i] = column.Type == FieldType::String ? qint64(Numbered(field).Slots[slot])
                                                      : column.Numbers[slot];
     }
-}
-
-const std::string &RecordTable::TextOfNumber(size_t field, quint32 number) const
-{
-    return *m_numberings[field].Texts[number];
-}
-
-std::optional<quint32> RecordTable::NumberOfText(size_t field, std::string_view text)
-{
-    const Numbering &numbering = Numbered(field);
-    const auto known = numbering.Numbers.find(text);
-    if (known == numbering.Numbers.end())
-        return {};
-    return known->second;
 }
 
 void RecordTable::PutText(Column &column, size_t slot, std::string_view text)
@@ -136,6 +117,19 @@ RecordTable::Slot RecordTable::NewSlot(qint64 rowId)
     return slot;
 }
 
+void RecordTable::Reserve(size_t count)
+{
+    for (Column &column : m_columns) {
+        if (column.Type == FieldType::String)
+            column.Cells.reserve(count);
+        else
+            column.Numbers.reserve(count);
+    }
+    m_rowIds.reserve(count);
+    m_places.reserve(count);
+    m_order.reserve(count);
+}
+
 void RecordTable::Append(const DatabaseFile::RowSource &source)
 {
     const Slot slot = NewSlot(source.RowId());
@@ -149,6 +143,7 @@ void RecordTable::Append(const DatabaseFile::RowSource &source)
 
 void RecordTable::Append(qint64 rowId, const StoredRow &row)
 {
+    m_orderedBy.clear();
     NewSlot(rowId);
     const size_t position = m_order.size() - 1;
     const Slot slot = m_order[position];
@@ -159,9 +154,8 @@ void RecordTable::Append(qint64 rowId, const StoredRow &row)
             m_columns[field].Numbers[slot] = std::get<qint64>(row[field]);
         if (m_indexes[field].Built)
             InsertInto(m_indexes[field], field, slot);
-        if (m_numberings[field].Built)
-            m_numberings[field].Slots.push_back(
-                NumberFor(m_numberings[field], TextAt(slot, field)));
+        if (Numbering &numbering = m_numberings[field]; numbering.Texts)
+            numbering.Slots.push_back(NumberOf(*numbering.Texts, TextAt(slot, field)));
     }
 }
 
@@ -176,6 +170,7 @@ void RecordTable::Replace(size_t position, const StoredRow &row)
                                  : column.Numbers[slot] == std::get<qint64>(row[field]);
         if (same)
             continue;
+        m_orderedBy.clear();
         if (index.Built)
             RemoveFrom(index, slot);
         if (isText)
@@ -184,8 +179,8 @@ void RecordTable::Replace(size_t position, const StoredRow &row)
             column.Numbers[slot] = std::get<qint64>(row[field]);
         if (index.Built)
             InsertInto(index, field, slot);
-        if (m_numberings[field].Built)
-            m_numberings[field].Slots[slot] = NumberFor(m_numberings[field], TextAt(slot, field));
+        if (Numbering &numbering = m_numberings[field]; numbering.Texts)
+            numbering.Slots[slot] = NumberOf(*numbering.Texts, TextAt(slot, field));
     }
 }
 
@@ -216,92 +211,125 @@ int RecordTable::CompareSlots(Slot a, Slot b, size_t field) const
     return column.Numbers[a] < column.Numbers[b] ? -1 : column.Numbers[a] > column.Numbers[b];
 }
 
-bool RecordTable::Sort(const std::vector<size_t> &fields)
+/// Sorts by the sixteen bytes of the values from the given one on.
+void RecordTable::SortRun(Run run, size_t field, size_t from) const
 {
-    struct Keyed
-    {
-        quint64 Key;
-        Slot At;
+    const bool isText = m_columns[field].Type == FieldType::String;
+    for (Keyed &record : run) {
+        record.First = isText ? TextPrefix(TextAt(record.At, field), from)
+                              : NumberKey(m_columns[field].Numbers[record.At]);
+        record.Second = isText ? TextPrefix(TextAt(record.At, field), from + 8) : 0;
+    }
+    const auto before = [](const Keyed &a, const Keyed &b) {
+        return a.First != b.First ? a.First < b.First : a.Second < b.Second;
     };
-    std::vector<Keyed> records;
-    records.reserve(m_order.size());
-    for (const Slot slot : m_order)
-        records.push_back({SortKey(slot, fields.front()), slot});
-    const auto before = [&](const Keyed &a, const Keyed &b) {
-        if (a.Key != b.Key)
-            return a.Key < b.Key;
-        for (const size_t field : fields) {
+    if (!std::is_sorted(run.begin(), run.end(), before))
+        std::sort(run.begin(), run.end(), before);
+}
+
+/// Puts those in order that SortRun could not tell apart: by the bytes that follow, and what is
+/// still the same then by comparing. True when no two values are equal.
+bool RecordTable::SettleEquals(Run run, size_t field, size_t from, const Precedence &precedes) const
+{
+    constexpr size_t mostBytes = 48;
+    bool unique = true;
+    for (size_t begin = 0; begin < run.size();) {
+        size_t end = begin + 1;
+        while (end < run.size() && run[end].First == run[begin].First
+            && run[end].Second == run[begin].Second)
+            ++end;
+        const Run equals = run.subspan(begin, end - begin);
+        const bool goesOn
+            = m_columns[field].Type == FieldType::String && (equals.front().Second & 0xff) != 0;
+        begin = end;
+        if (equals.size() == 1)
+            continue;
+        if (goesOn && from + 16 < mostBytes) {
+            SortRun(equals, field, from + 16);
+            unique = SettleEquals(equals, field, from + 16, precedes) && unique;
+            continue;
+        }
+        std::sort(equals.begin(), equals.end(), [&](const Keyed &a, const Keyed &b) {
             const int order = CompareSlots(a.At, b.At, field);
+            return order != 0 ? order < 0 : precedes(a.At, b.At);
+        });
+        unique = unique
+            && std::adjacent_find(equals.begin(), equals.end(),
+                   [&](const Keyed &a, const Keyed &b) {
+                       return CompareSlots(a.At, b.At, field) == 0;
+                   })
+                == equals.end();
+    }
+    return unique;
+}
+
+/// The records ordered by a field; of equal values the one first that precedes.
+RecordTable::Index RecordTable::Ordered(
+    std::vector<Slot> records, size_t field, const Precedence &precedes) const
+{
+    std::vector<Keyed> keyed;
+    keyed.reserve(records.size());
+    for (const Slot slot : records)
+        keyed.push_back({0, 0, slot});
+    SortRun(keyed, field, 0);
+    Index index;
+    index.Built = true;
+    index.Keys.reserve(keyed.size());
+    for (const Keyed &record : keyed)
+        index.Keys.push_back(record.First);
+    index.Unique = SettleEquals(keyed, field, 0, precedes);
+    index.Slots = std::move(records);
+    std::transform(keyed.begin(), keyed.end(), index.Slots.begin(),
+        [](const Keyed &record) { return record.At; });
+    return index;
+}
+
+bool RecordTable::IsOrderedBy(const std::vector<size_t> &fields) const
+{
+    return std::is_sorted(m_order.begin(), m_order.end(), [&](Slot a, Slot b) {
+        for (const size_t field : fields) {
+            const int order = CompareSlots(a, b, field);
             if (order != 0)
                 return order < 0;
         }
-        return a.At < b.At; // slots are numbered in stored order
-    };
-    // Most often the order is asked for that stands already.
-    if (std::is_sorted(records.begin(), records.end(), before)) {
-        TakeOrderAsIndex(fields.front());
-        return false;
-    }
-    std::sort(records.begin(), records.end(), before);
-    for (size_t i = 0; i < records.size(); ++i) {
-        m_order[i] = records[i].At;
-        m_places[records[i].At] = static_cast<Slot>(i);
-    }
-    bool othersAreFound = false;
-    for (Index &index : m_indexes) {
-        othersAreFound = othersAreFound || (index.Built && !index.Unique);
-        index.Built = index.Built && index.Unique;
-    }
-    TakeOrderAsIndex(fields.front());
-    return othersAreFound;
-}
-
-void RecordTable::TakeOrderAsIndex(size_t field)
-{
-    Index &index = m_indexes[field];
-    if (index.Built)
-        return;
-    index = Index();
-    index.Built = true;
-    index.Slots = m_order;
-    index.Keys.reserve(m_order.size());
-    for (const Slot slot : m_order) {
-        const quint64 key = SortKey(slot, field);
-        if (!index.Keys.empty() && index.Keys.back() == key
-            && CompareSlots(m_order[index.Keys.size() - 1], slot, field) == 0)
-            index.Unique = false;
-        index.Keys.push_back(key);
-    }
-}
-
-void RecordTable::Build(Index &index, size_t field) const
-{
-    struct Keyed
-    {
-        quint64 Key;
-        Slot At;
-    };
-    std::vector<Keyed> records;
-    records.reserve(m_order.size());
-    for (const Slot slot : m_order)
-        records.push_back({SortKey(slot, field), slot});
-    std::sort(records.begin(), records.end(), [&](const Keyed &a, const Keyed &b) {
-        if (a.Key != b.Key)
-            return a.Key < b.Key;
-        const int order = CompareSlots(a.At, b.At, field);
-        return order != 0 ? order < 0 : m_places[a.At] < m_places[b.At];
+        return a < b;
     });
-    index = Index();
-    index.Built = true;
-    index.Keys.reserve(records.size());
-    index.Slots.reserve(records.size());
-    for (size_t i = 0; i < records.size(); ++i) {
-        index.Keys.push_back(records[i].Key);
-        index.Slots.push_back(records[i].At);
-        if (i > 0 && records[i - 1].Key == records[i].Key
-            && CompareSlots(records[i - 1].At, records[i].At, field) == 0)
-            index.Unique = false;
+}
+
+bool RecordTable::Sort(const std::vector<size_t> &fields)
+{
+    // Most often the order is asked for that stands already.
+    if (m_orderedBy == fields)
+        return false;
+    const auto precedes = [&](Slot a, Slot b) {
+        for (size_t i = 1; i < fields.size(); ++i) {
+            const int order = CompareSlots(a, b, fields[i]);
+            if (order != 0)
+                return order < 0;
+        }
+        return a < b; // slots are numbered in stored order
+    };
+    const bool stands = IsOrderedBy(fields);
+    m_orderedBy = fields;
+    Index &leading = m_indexes[fields.front()];
+    if (!leading.Built || (!leading.Unique && !stands))
+        leading = Ordered(m_order, fields.front(), precedes);
+    return !stands && TakeOrderOf(leading);
+}
+
+bool RecordTable::TakeOrderOf(const Index &leading)
+{
+    m_order = leading.Slots;
+    for (size_t i = 0; i < m_order.size(); ++i)
+        m_places[m_order[i]] = static_cast<Slot>(i);
+    bool othersAreFound = !leading.Unique;
+    for (Index &index : m_indexes) {
+        if (&index == &leading || !index.Built || index.Unique)
+            continue;
+        index.Built = false; // its equals would have to change places
+        othersAreFound = true;
     }
+    return othersAreFound;
 }
 
 size_t RecordTable::Rank(const Index &index, size_t field, Slot slot) const
@@ -341,22 +369,27 @@ RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValu
 {
     Index &index = m_indexes[field];
     if (!index.Built)
-        Build(index, field);
+        index = Ordered(m_order, field, [&](Slot a, Slot b) { return m_places[a] < m_places[b]; });
     const bool isText = m_columns[field].Type == FieldType::String;
     const quint64 sortKey
         = isText ? TextPrefix(std::get<std::string>(key)) : NumberKey(std::get<qint64>(key));
-    const auto [first, last] = std::equal_range(index.Keys.begin(), index.Keys.end(), sortKey);
-    auto at = index.Slots.begin() + (first - index.Keys.begin());
-    const auto end = index.Slots.begin() + (last - index.Keys.begin());
-    if (isText) {
-        const std::string &text = std::get<std::string>(key);
-        at = std::lower_bound(at, end, text, [&](Slot slot, const std::string &wanted) {
-            return CompareTexts(TextAt(slot, field), wanted) < 0;
-        });
+    const auto isBelow = [&](size_t rank) {
+        if (index.Keys[rank] != sortKey || !isText)
+            return index.Keys[rank] < sortKey;
+        return CompareTexts(TextAt(index.Slots[rank], field), std::get<std::string>(key)) < 0;
+    };
+    size_t rank = 0;
+    for (size_t end = index.Keys.size(); rank < end;) {
+        const size_t middle = rank + (end - rank) / 2;
+        if (isBelow(middle))
+            rank = middle + 1;
+        else
+            end = middle;
     }
-    if (at == index.Slots.end())
+    if (rank == index.Keys.size())
         return {Count(), false};
-    const bool exact = at != end
-        && (!isText || TextAt(*at, field) == std::string_view(std::get<std::string>(key)));
-    return {m_places[*at], exact};
+    const Slot slot = index.Slots[rank];
+    const bool exact
+        = isText ? TextAt(slot, field) == std::get<std::string>(key) : index.Keys[rank] == sortKey;
+    return {m_places[slot], exact};
 }

@@ -2,13 +2,14 @@
 
 #include "store/DatabaseFile.h"
 #include "store/Schema.h"
+#include "store/TextNumbers.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 /// The records of one table in memory, in their current order, with an index for each field that
@@ -16,8 +17,8 @@
 ///
 /// Shape: a position is a record's zero-based place in the current order. Values lie by column,
 ///        texts in one buffer a column.
-/// Texts: a text of a field has a number: equal texts equal numbers, counted from 0 in the order in
-///        which they came in. They are counted at the first question, and then kept up to date.
+/// Texts: a field's texts are numbered (see TextNumbers) at the first question, and the numbers
+///        are then kept up to date.
 /// Costs: reading a value is O(1), FindFirstNotBelow O(log n) once the field's index stands; the
 ///        index is built at the field's first search, or by a sort that the field leads, and then
 ///        kept up to date. Sorting into the order that stands looks at every record once.
@@ -35,9 +36,9 @@ public:
 
     /// The values of some fields of a record; of a text its number.
     void ReadNumbers(size_t position, std::span<const qint32> fields, std::span<qint64> values);
-    const std::string &TextOfNumber(size_t field, quint32 number) const; ///< one that was given out
-    std::optional<quint32> NumberOfText(size_t field, std::string_view text);
+    std::shared_ptr<const TextNumbers> NumbersOf(size_t field) { return Numbered(field).Texts; }
 
+    void Reserve(size_t count); ///< makes room for records to be appended
     void Append(const DatabaseFile::RowSource &source);
     void Append(qint64 rowId, const StoredRow &row); ///< last in the current and the stored order
     void Replace(size_t position, const StoredRow &row);
@@ -56,27 +57,20 @@ public:
     /// the current order.
     Found FindFirstNotBelow(size_t field, const StoredValue &key);
 
-private:
-    using Slot = quint32; // where a record's values lie; it keeps it for life
+    /// A record's name for as long as it is in the table; sorting and removing others leave it.
+    using Slot = quint32;
+    Slot SlotAt(size_t position) const { return m_order[position]; }
+    size_t PositionOfSlot(Slot slot) const { return m_places[slot]; }
 
+private:
     struct Cell
     {
         quint32 Offset = 0;
         quint32 Length = 0;
     };
-    struct TextHash
-    {
-        using is_transparent = void;
-        size_t operator()(std::string_view text) const
-        {
-            return std::hash<std::string_view>()(text);
-        }
-    };
     struct Numbering
     {
-        bool Built = false;
-        std::unordered_map<std::string, quint32, TextHash, std::equal_to<>> Numbers;
-        std::vector<const std::string *> Texts; // by number; they stand in Numbers
+        std::shared_ptr<TextNumbers> Texts; // null until it is asked for
         std::vector<quint32> Slots; // by slot: the number of its text
     };
     struct Column
@@ -97,19 +91,32 @@ private:
     Numbering &Numbered(size_t field)
     {
         Numbering &numbering = m_numberings[field];
-        if (!numbering.Built)
+        if (!numbering.Texts)
             Build(numbering, field);
         return numbering;
     }
     void Build(Numbering &numbering, size_t field) const;
-    static quint32 NumberFor(Numbering &numbering, std::string_view text);
+    /// A record while it is being sorted, with the part of its value that is looked at.
+    struct Keyed
+    {
+        quint64 First;
+        quint64 Second;
+        Slot At;
+    };
+    using Run = std::span<Keyed>;
+    /// Which of two records with equal values comes first.
+    using Precedence = std::function<bool(Slot, Slot)>;
+
     std::string_view TextAt(Slot slot, size_t field) const;
     quint64 SortKey(Slot slot, size_t field) const;
+    Index Ordered(std::vector<Slot> records, size_t field, const Precedence &precedes) const;
+    void SortRun(Run run, size_t field, size_t from) const;
+    bool SettleEquals(Run run, size_t field, size_t from, const Precedence &precedes) const;
+    bool IsOrderedBy(const std::vector<size_t> &fields) const;
+    bool TakeOrderOf(const Index &leading); ///< true when searches may end elsewhere
     int CompareSlots(Slot a, Slot b, size_t field) const;
     void PutText(Column &column, size_t slot, std::string_view text);
     Slot NewSlot(qint64 rowId);
-    void Build(Index &index, size_t field) const;
-    void TakeOrderAsIndex(size_t field); ///< the order is that of the field
     void InsertInto(Index &index, size_t field, Slot slot) const;
     void RemoveFrom(Index &index, Slot slot) const;
     size_t Rank(const Index &index, size_t field, Slot slot) const;
@@ -120,4 +127,5 @@ private:
     std::vector<qint64> m_rowIds; // by slot
     std::vector<Slot> m_order; // by position
     std::vector<Slot> m_places; // by slot: its position
+    std::vector<size_t> m_orderedBy; // the fields by which the order stands; empty: none
 };

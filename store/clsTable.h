@@ -26,7 +26,12 @@ public:
     void MoveToPosition(qint32 position) { m_store.MoveToPosition(Handle, position); }
     void DeleteRecord() { m_store.DeleteRecord(Handle, 2); }
 
-    RecordStore::TableVersion Version() const { return m_store.Version(Handle); }
+    quint64 Version() const { return m_store.Version(Handle); }
+    /// A String field of the record that Find would end on; the cursor stays.
+    RecordStore::Sighting Sight(qint32 keyField, const QString &key, qint32 valueField) const
+    {
+        return m_store.Sight(Handle, keyField, key, valueField);
+    }
 
     /// Moves the cursor by a key; true for an exact match.
     bool Find(qint32 field, const RecordStore::Key &key)

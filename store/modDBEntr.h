@@ -4,7 +4,7 @@
 #include "store/Records.h"
 
 #include <array>
-#include <optional>
+#include <memory>
 
 /// Places of the Entries fields that are read by their number.
 namespace EntryField {
@@ -58,12 +58,8 @@ public:
         return {customer, project, activity, date, status, Currency::FromScaled(hours),
             Currency::FromScaled(rate), Currency::FromScaled(amount)};
     }
-    QString TextOfNumber(qint32 field, qint64 number) const
+    std::shared_ptr<const TextNumbers> NumbersOf(qint32 field) const
     {
-        return m_store.TextOfNumber(Handle, field, number);
-    }
-    std::optional<qint64> NumberOfText(qint32 field, const QString &text) const
-    {
-        return m_store.NumberOfText(Handle, field, text);
+        return m_store.NumbersOf(Handle, field);
     }
 };

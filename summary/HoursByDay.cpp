@@ -51,7 +51,7 @@ bool HoursByDay::ReadActivity(qint64 number)
 {
     modDBActi &activities = m_tables.Activities;
     activities.Find(0,
-        PadKey(m_tables.Entries.TextOfNumber(EntryField::Activity_Number, number),
+        PadKey(m_tables.Entries.NumbersOf(EntryField::Activity_Number)->Text(number),
             KeyWidth::Activity));
     return activities.ReadActivity(activities.Record);
 }
@@ -79,7 +79,7 @@ HoursByDay::Status HoursByDay::StatusOf(const EntryNumbers &entry)
     Status &status = At(m_statuses, entry.BillingStatus);
     if (status == Status::NotAsked) {
         const QString code
-            = m_tables.Entries.TextOfNumber(EntryField::Billing_Status, entry.BillingStatus);
+            = m_tables.Entries.NumbersOf(EntryField::Billing_Status)->Text(entry.BillingStatus);
         status = code == "1"_L1 ? Status::Billable
             : code == "2"_L1    ? Status::NoCharge
             : code == "3"_L1    ? Status::DoNotBill
