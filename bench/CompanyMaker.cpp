@@ -164,21 +164,6 @@ void MakeInstallation(
     WriteCompanyFiles(JoinPath(root, u"worklog"_s), size, chance);
 }
 
-void Synchronise(const QString &root, const QString &program)
-{
-    QString argument = program;
-    argument.replace(u' ', u'*');
-    QProcess client;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-    client.setProcessEnvironment(environment);
-    client.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    client.start(
-        JoinPath(JoinPath(root, u"Home"_s), u"pvxwin32.exe"_s), {u"-hd"_s, u"WLWXBA"_s, argument});
-    if (!client.waitForFinished(-1) || client.exitCode() != 0)
-        throw std::runtime_error("the exchange client failed");
-}
-
 EntryRecord SomeEntry(const CompanySize &size, Chance &chance)
 {
     const int project = chance.Below(size.Projects);
@@ -220,6 +205,21 @@ void WriteEntries(const QString &program, const CompanySize &size, Chance &chanc
 }
 
 } // namespace
+
+void Synchronise(const QString &root, const QString &program)
+{
+    QString argument = program;
+    argument.replace(u' ', u'*');
+    QProcess client;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    client.setProcessEnvironment(environment);
+    client.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    client.start(
+        JoinPath(JoinPath(root, u"Home"_s), u"pvxwin32.exe"_s), {u"-hd"_s, u"WLWXBA"_s, argument});
+    if (!client.waitForFinished(-1) || client.exitCode() != 0)
+        throw std::runtime_error("the exchange client failed");
+}
 
 void MakeCompany(const QString &folder, const CompanySize &size, const QString &client)
 {

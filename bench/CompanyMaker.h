@@ -24,3 +24,7 @@ inline const QString MadeCompanyCode = QStringLiteral("BIG");
 /// Errors: clsRunTimeError; std::runtime_error when the client fails. A folder that exists is
 ///         refused.
 void MakeCompany(const QString &folder, const CompanySize &size, const QString &client);
+
+/// Runs the client of the installation on the program folder, as a synchronisation does.
+/// Errors: std::runtime_error when it fails.
+void Synchronise(const QString &root, const QString &program);

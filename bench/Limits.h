@@ -56,8 +56,8 @@ struct Rows
 
 /// Reads the one-table files of the company in the program folder.
 Company ReadCompany(const std::string &folder, const std::string &code);
-/// Joins, filters and formats.
-Rows Refresh(const Company &company, const Filter &filter);
+/// Joins, filters and formats. `rows` keeps its memory from one call to the next.
+void Refresh(const Company &company, const Filter &filter, Rows &rows);
 
 struct DayTotals
 {
@@ -83,5 +83,9 @@ public:
 private:
     void *m_database = nullptr;
 };
+
+/// The accounting side's CSV files of a company into SQLite tables with a key column, as a plain
+/// loader does it: one transaction a file, no rules, no check but the number of cells.
+void LoadCsv(const std::string &csvFolder, const std::string &databaseFolder);
 
 } // namespace Limits

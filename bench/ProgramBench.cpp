@@ -24,6 +24,8 @@ private:
     int m_count = 0;
 };
 
+} // namespace
+
 void RequireActive(QWidget &window)
 {
     window.activateWindow();
@@ -31,7 +33,21 @@ void RequireActive(QWidget &window)
         throw std::runtime_error("a window does not take the keys");
 }
 
-} // namespace
+void WaitForPaint(QWidget &widget)
+{
+    const PaintCounter counter(widget);
+    while (counter.Count() == 0)
+        QCoreApplication::processEvents();
+}
+
+void DoAndPaint(QWidget &painted, const std::function<void()> &action)
+{
+    const PaintCounter counter(painted);
+    action();
+    while (counter.Count() == 0)
+        QCoreApplication::processEvents();
+    LetEventsRun();
+}
 
 ProgramBench::ProgramBench(const QString &folder)
     : m_program(std::make_unique<clsProgram>(
@@ -40,15 +56,6 @@ ProgramBench::ProgramBench(const QString &folder)
     m_program->StartUp();
     if (m_program->MainWindow() == nullptr || !ShowActive(Window()))
         throw std::runtime_error("the main window does not come up");
-    LetEventsRun();
-}
-
-void ProgramBench::DoAndPaint(QWidget &painted, const std::function<void()> &action) const
-{
-    const PaintCounter counter(painted);
-    action();
-    while (counter.Count() == 0)
-        QCoreApplication::processEvents();
     LetEventsRun();
 }
 
@@ -61,9 +68,7 @@ double ProgramBench::OpenDialog(
         QWidget *dialog = QApplication::activeModalWidget();
         if (dialog == nullptr)
             throw std::runtime_error("no dialog has opened");
-        const PaintCounter counter(*dialog);
-        while (counter.Count() == 0)
-            QCoreApplication::processEvents();
+        WaitForPaint(*dialog);
         opened = static_cast<double>(clock.nsecsElapsed()) / 1e6;
         RequireActive(*dialog);
         steps(*dialog);

@@ -11,6 +11,11 @@
 #include <functional>
 #include <memory>
 
+void WaitForPaint(QWidget &widget);
+/// Does it, and returns when the widget has been painted after it and nothing is left to do.
+void DoAndPaint(QWidget &painted, const std::function<void()> &action);
+void RequireActive(QWidget &window);
+
 /// The whole program over a program folder, in this process, with a stopwatch beside it.
 class ProgramBench
 {
@@ -20,8 +25,6 @@ public:
     frmEntryList &Window() const { return *m_program->MainWindow(); }
     clsGrid &Grid() const { return Control<clsGrid>(Window(), "msgEntryList"); }
 
-    /// Does it, and returns when the widget has been painted after it and nothing is left to do.
-    void DoAndPaint(QWidget &painted, const std::function<void()> &action) const;
     /// Opens a modal dialog by the action, returns the milliseconds until it is painted, runs the
     /// steps in it and closes it.
     double OpenDialog(

@@ -2,171 +2,122 @@
 //
 // Called as windowbench <folder>, where <folder> holds the companies that bench.sh has made.
 
-#include "bench/Limits.h"
-#include "bench/Measure.h"
-#include "bench/ProgramBench.h"
-
 #include "app/clsApplication.h"
+#include "bench/CompanyBench.h"
 #include "bench/CompanyMaker.h"
+#include "bench/MillionBench.h"
+#include "bench/StartBench.h"
 
-#include <QHeaderView>
-#include <QLineEdit>
+#include <QDir>
+#include <QTemporaryDir>
 
-#include <algorithm>
-#include <map>
-#include <random>
+#include <cstdio>
+#include <exception>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// One company and everything that is measured on it.
-class CompanyBench
+const std::vector<std::pair<QString, std::string>> Companies
+    = {{u"10k"_s, "10,000"}, {u"100k"_s, "100,000"}};
+constexpr int IdleMilliseconds = 10000;
+
+QString ProgramIn(const QString &folder)
 {
-public:
-    CompanyBench(const QString &folder, const std::string &size, Report &report)
-        : m_folder(folder + u"/program"_s)
-        , m_size(size)
-        , m_report(report)
-        , m_limit(Limits::ReadCompany(m_folder.toStdString(), MadeCompanyCode.toStdString()))
-        , m_program(m_folder)
-    {
-        m_paint = Median([&] {
-            std::vector<double> times;
-            for (int i = 0; i < PairRounds; ++i)
-                times.push_back(Milliseconds([&] {
-                    m_program.DoAndPaint(*m_program.Grid().viewport(), [&] {
-                        m_program.Window().update();
-                        m_program.Grid().viewport()->update();
-                    });
-                }));
-            return times;
-        }());
-    }
-
-    void MeasureRefresh();
-    void MeasureSave();
-    void MeasureSummary();
-    void MeasureFilter();
-    void MeasureSort();
-
-    std::map<std::string, double> Times; ///< the work alone, for the growth from size to size
-
-private:
-    void Add(const std::string &work, double measured, double allowed, const std::string &goal);
-    std::function<void()> RefreshLimit() const
-    {
-        return [this] { Limits::Refresh(m_limit, {}); };
-    }
-
-    QString m_folder;
-    std::string m_size;
-    Report &m_report;
-    Limits::Company m_limit;
-    ProgramBench m_program;
-    double m_paint = 0;
-};
-
-void CompanyBench::Add(
-    const std::string &work, double measured, double allowed, const std::string &goal)
-{
-    Times[work] = measured;
-    m_report.Add({work, m_size, measured, allowed, "ms", goal});
+    for (const QString &name : {u"WorklogRemote"_s, u"WL.HLP"_s})
+        QFile::copy(QStringLiteral(WORKLOG_BUILT_PROGRAMS) + u'/' + name, folder + u'/' + name);
+    return folder + u"/WorklogRemote"_s;
 }
 
-void CompanyBench::MeasureRefresh()
+QString BareWindow()
 {
-    const Pair times = TimePairs(RefreshLimit(), [&] {
-        m_program.DoAndPaint(
-            *m_program.Grid().viewport(), [&] { m_program.Window().LoadEntryList(); });
-    });
-    Add("list refreshed", times.Work, 1.25 * times.Limit + m_paint,
-        "1.25 x " + Decimal(times.Limit) + " + " + Decimal(m_paint));
+    return QCoreApplication::applicationDirPath() + u"/barewindow"_s;
 }
 
-void CompanyBench::MeasureSave()
+void MeasureStart(const QString &folder, const std::string &size, Report &report)
 {
-    Limits::Inserts inserts((m_folder + u"/limit.db"_s).toStdString());
-    std::vector<double> commits;
-    const Pair times = TimePairs(
-        RefreshLimit(),
+    const QString place = folder + u"/program"_s;
+    const QString program = ProgramIn(place);
+    std::vector<double> bare;
+    std::vector<double> started;
+    Limits::Rows rows;
+    const Pair read = TimePairs(
         [&] {
-            m_program.DoAndPaint(*m_program.Grid().viewport(), [&] { m_program.Click("cmdOK"); });
+            Limits::Refresh(
+                Limits::ReadCompany(place.toStdString(), MadeCompanyCode.toStdString()), {}, rows);
         },
         [&] {
-            commits.push_back(Milliseconds([&] { inserts.One(); }));
-            m_program.Type("txtCustomer", u"C0000007"_s);
-            m_program.Type("txtProject", u"P0000007"_s);
-            m_program.Type("txtActivity", u"A0001"_s);
-            m_program.Type("txtHours", u"1.5"_s);
+            bare.push_back(StartUntilPainted(BareWindow(), 0).Milliseconds);
+            started.push_back(StartUntilPainted(program, 2).Milliseconds);
         });
-    const double limit = times.Limit + Median(commits);
-    Add("entry saved", times.Work, 1.25 * limit + m_paint,
-        "1.25 x (" + Decimal(times.Limit) + " + " + Decimal(Median(commits)) + ") + "
-            + Decimal(m_paint));
+    report.Add({"started", size, Median(started), 1.3 * (read.Limit + Median(bare)), "ms",
+        "1.3 x (" + Decimal(read.Limit) + " + " + Decimal(Median(bare)) + ")"});
 }
 
-void CompanyBench::MeasureSummary()
+double Megabytes(const QString &folder, const QString &pattern)
 {
-    std::vector<double> opened;
+    double bytes = 0;
+    for (const QFileInfo &file : QDir(folder).entryInfoList({pattern}, QDir::Files))
+        bytes += static_cast<double>(file.size());
+    return bytes / 1e6;
+}
+
+void MeasureResting(const QString &folder, Report &report)
+{
+    const QString place = folder + u"/program"_s;
+    const QString program = ProgramIn(place);
+    const double bare = StartUntilPainted(BareWindow(), 0).PeakKilobytes / 1e3;
+    const double peak = StartUntilPainted(program, 2).PeakKilobytes / 1e3;
+    const double data = Megabytes(place, u"*.db"_s) - Megabytes(place, u"*Customers*.db"_s);
+    report.Add({"peak memory, listed window", "100,000 entries, 1,000,000 projects", peak,
+        3 * data + bare, "MB", "3 x " + Decimal(data) + " + " + Decimal(bare)});
+    report.Add({"wake-ups while idle", "10 s",
+        static_cast<double>(IdleWakeUps(program, 2, IdleMilliseconds)), 0, "times", "none"});
+}
+
+/// A full synchronisation, by the client as its own process: it collects all entries and writes
+/// the reference databases anew. The limit loads the same CSV files.
+void MeasureClient(const QString &folder, Report &report)
+{
+    const QString root = folder + u"/accounting"_s;
+    const QString place = folder + u"/program"_s;
+    const QString entries = place + u"/BIGEntries-WkLg.db"_s;
+    const QString kept = folder + u"/entries.kept"_s;
+    QFile::copy(entries, kept);
+    const QTemporaryDir loaded(folder + u"/loaded"_s);
     const Pair times = TimePairs(
-        [&] { Limits::Summarise(m_folder.toStdString(), MadeCompanyCode.toStdString()); },
-        [&] { opened.push_back(m_program.OpenDialog([&] { m_program.Click("cmdHrsSumm"); })); });
-    Add("summary opened", Median(opened), 1.5 * times.Limit, "1.5 x " + Decimal(times.Limit));
+        [&] {
+            Limits::LoadCsv((root + u"/worklog/BIG"_s).toStdString(), loaded.path().toStdString());
+        },
+        [&] { Synchronise(root, place); },
+        [&] {
+            QFile::remove(entries);
+            QFile::copy(kept, entries);
+        });
+    QFile::remove(entries);
+    QFile::rename(kept, entries);
+    report.Add({"full synchronisation", "100,000 entries, 1,000,000 projects", times.Work,
+        2 * times.Limit, "ms", "2 x " + Decimal(times.Limit)});
 }
 
-void CompanyBench::MeasureFilter()
+/// Work may take `most` times as long when there is ten times as much.
+void AddGrowth(const CompanyBench &small, const CompanyBench &large, Report &report)
 {
-    std::vector<double> applied;
-    const Pair times = TimePairs(RefreshLimit(), [&] {
-        double begin = 0;
-        QElapsedTimer clock;
-        m_program.OpenDialog([&] { m_program.Click("cmdTransFilter"); },
-            [&](QWidget &dialog) {
-                auto &box = Control<QLineEdit>(dialog, "txtActivity");
-                box.setFocus(Qt::TabFocusReason);
-                box.selectAll();
-                QTest::keyClicks(&box, u"A0001"_s);
-                clock.start();
-                QTest::mouseClick(&Control<QWidget>(dialog, "cmdOK"), Qt::LeftButton);
-            });
-        applied.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6 - begin);
-        m_program.OpenDialog([&] { m_program.Click("cmdTransFilter"); },
-            [&](QWidget &dialog) {
-                QTest::mouseClick(&Control<QWidget>(dialog, "cmdClear"), Qt::LeftButton);
-                QTest::mouseClick(&Control<QWidget>(dialog, "cmdOK"), Qt::LeftButton);
-            });
-    });
-    Add("filter applied", Median(applied), 1.5 * times.Limit, "1.5 x " + Decimal(times.Limit));
+    for (const auto &[work, milliseconds] : large.Times)
+        report.Add({"growth: " + work, "10,000 to 100,000", milliseconds / small.Times.at(work), 12,
+            "times", "12 times"});
 }
 
-void CompanyBench::MeasureSort()
+void MeasureCompanies(const QString &folder, Report &report)
 {
-    clsGrid &grid = m_program.Grid();
-    for (int column = 2; column < grid.Cols(); ++column) {
-        std::vector<std::string> keys;
-        for (int row = 1; row < grid.Rows(); ++row)
-            keys.push_back(grid.TextMatrix(row, column == 2 ? 1 : column).toLower().toStdString());
-        std::vector<int> order(keys.size());
-        const Pair times = TimePairs(
-            [&] {
-                for (size_t i = 0; i < order.size(); ++i)
-                    order[i] = static_cast<int>(i);
-                std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-                    return keys[static_cast<size_t>(a)] < keys[static_cast<size_t>(b)];
-                });
-            },
-            [&] {
-                const QHeaderView &header = *grid.horizontalHeader();
-                const QPoint at(header.sectionViewportPosition(column) + 5, header.height() / 2);
-                m_program.DoAndPaint(*grid.viewport(), [&] {
-                    QTest::mouseMove(header.viewport(), at);
-                    QTest::mouseClick(header.viewport(), Qt::LeftButton, Qt::NoModifier, at);
-                });
-            });
-        Add("sorted by " + grid.TextMatrix(0, column).toStdString(), times.Work, 2 * times.Limit,
-            "2 x " + Decimal(times.Limit));
+    std::vector<std::unique_ptr<CompanyBench>> benches;
+    for (const auto &[name, size] : Companies) {
+        MeasureStart(folder + u'/' + name, size, report);
+        auto bench = std::make_unique<CompanyBench>(folder + u'/' + name, size, report);
+        bench->MeasureAll();
+        benches.push_back(std::move(bench));
     }
+    AddGrowth(*benches.front(), *benches.back(), report);
 }
 
 } // namespace
@@ -178,13 +129,17 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     const QString folder = QCoreApplication::arguments().value(1);
     Report report;
-    for (const auto &[name, size] : {std::pair(u"/10k"_s, "10,000"), {u"/100k"_s, "100,000"}}) {
-        CompanyBench bench(folder + name, size, report);
-        bench.MeasureRefresh();
-        bench.MeasureSave();
-        bench.MeasureSummary();
-        bench.MeasureFilter();
-        bench.MeasureSort();
+    try {
+        MeasureCompanies(folder, report);
+        MeasureClient(folder + u"/projects"_s, report);
+        MeasureResting(folder + u"/projects"_s, report);
+        const MillionBench million(folder + u"/million"_s, report);
+        million.MeasureFind();
+        million.MeasureLookup();
+        million.MeasureWindow();
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 2;
     }
     return report.Print() ? 0 : 1;
 }
