@@ -68,3 +68,26 @@ TEST_F(Lookup, AnEntryWhoseCodesAreAllLookedUpIsEnteredWithNothingButKeys)
                   u"FROM \"ABCEntries-WkLg\""_s),
         u"0120|1100|DESIGN|75000|Looked up"_s);
 }
+
+TEST_F(Lookup, AFieldAtFaultIsTypedAnewAfterItsMessage)
+{
+    const WorkPlace place;
+    place.Synchronise();
+    ProgramUnderTest program(place.ProgramFolder(), m_display);
+    program.WaitForWindow();
+    program.WaitForFocus(u"dtpDate"_s);
+    program.Key(u"Return"_s);
+    program.Enter(u"txtCustomer"_s, u"0120"_s);
+    program.Key(u"Return"_s);
+    program.WaitForFocus(u"txtProject"_s);
+    program.Key(u"Return"_s);
+    program.WaitForFocus(u"txtActivity"_s);
+    program.Type(u"consult"_s);
+    program.WaitForText(u"txtActivity"_s, u"CONSULT"_s);
+    program.Click(u"cmdOK"_s);
+    program.WaitForMessage(u"Invalid Hours."_s);
+    program.Answer(u"OK"_s);
+    program.WaitForFocus(u"txtHours"_s);
+    program.Type(u"7.5"_s);
+    program.WaitForText(u"txtHours"_s, u"7.5"_s);
+}

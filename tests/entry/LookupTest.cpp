@@ -276,9 +276,9 @@ TEST_F(EntryLookups, TheListIsReadAnewAfterTheFilterUnlessItWasCancelledAlone)
 
 TEST_F(EntryLookups, AClearedFilterThatIsSetAgainAndCancelledStaysCleared)
 {
-    Company.Entries = std::vector{
-        SampleEntry(u"0100"_s, u"AUDIT"_s, u"CONS"_s, Monday, Currency::FromWhole(1)),
-        SampleEntry(u"0200"_s, u"AUDIT"_s, u"CONS"_s, Monday, Currency::FromWhole(2))};
+    Company.Entries
+        = std::vector{SampleEntry(u"0100"_s, u"AUDIT"_s, u"CONS"_s, Monday, Currency::FromWhole(1)),
+            SampleEntry(u"0200"_s, u"AUDIT"_s, u"CONS"_s, Monday, Currency::FromWhole(2))};
     Start();
     InDialog([this] { ClickButton("cmdTransFilter"); },
         [](QWidget &dialog) {
