@@ -97,8 +97,6 @@ void frmLookup::ConnectControls()
     connect(ui->cboLookupBy, &QComboBox::activated, this, &frmLookup::cboLookupBy_Click);
     connect(ui->scrLookup, &QScrollBar::valueChanged, this,
         [this](int value) { Handle([&] { m_mod.ScrollTo(value); }); });
-    connect(ui->msgLookup, &QAbstractItemView::doubleClicked, this,
-        [this] { Handle([this] { m_mod.RowDoubleClicked(); }); });
     connect(ui->msgLookup->selectionModel(), &QItemSelectionModel::selectionChanged, this,
         &frmLookup::msgLookup_SelChange);
     connect(ui->cmdSelect, &QPushButton::clicked, this, &frmLookup::cmdSelect_Click);
@@ -288,6 +286,14 @@ bool frmLookup::HandleGridMouse(QEvent &event)
         m_rowPressed = ui->msgLookup->indexAt(mouse.position().toPoint()).isValid();
         ui->msgLookup->setUpdatesEnabled(false);
         return false;
+    }
+    case QEvent::MouseButtonDblClick: {
+        // The row under the second press counts, which need not be that of the first.
+        const auto &mouse = static_cast<QMouseEvent &>(event);
+        const int row = ui->msgLookup->indexAt(mouse.position().toPoint()).row() + 1;
+        if (mouse.button() == Qt::LeftButton && row > 0)
+            Handle([&] { m_mod.RowDoubleClicked(row); });
+        return true;
     }
     case QEvent::MouseMove:
         // Dragging takes no further row along.

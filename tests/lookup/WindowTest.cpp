@@ -277,6 +277,33 @@ TEST_F(LookupWindow, AClickTakesTheRowAndNeitherControlNorDraggingChangesThat)
     });
 }
 
+TEST_F(LookupWindow, ADoubleClickTakesTheRowUnderItAndOnlyTheLeftButtonMakesOne)
+{
+    const auto centre
+        = [this](int row) { return Grid().visualRect(Grid().model()->index(row - 1, 1)).center(); };
+    InWindowOf(20, [&] {
+        ClickRow(4);
+        for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton})
+            for (const int row : {4, 9}) {
+                QTest::mouseClick(Grid().viewport(), button, {}, centre(row));
+                QTest::mouseDClick(Grid().viewport(), button, {}, centre(row));
+                LetEventsRun();
+            }
+        EXPECT_TRUE(Window().isVisible());
+        EXPECT_EQ(SelectedCode(), u"C004"_s);
+        ExpectOneRowAndItsRecord();
+    });
+    LookUp(u"Customer"_s, [&] {
+        ClickRow(4);
+        // The second press has met the next row.
+        QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, centre(5));
+        LetEventsRun();
+        EXPECT_FALSE(Window().isVisible());
+    });
+    EXPECT_TRUE(Lookup.LookupSelected);
+    EXPECT_EQ(Lookup.LookupCustomerCode, u"C005"_s);
+}
+
 TEST_F(LookupWindow, AClickBesideTheRowsOrOnTheHeaderTakesNothing)
 {
     InWindowOf(3, [this] {
