@@ -337,8 +337,8 @@ TEST_F(LookupWindow, HelpSendsF1)
 TEST_F(LookupWindow, TheGridFollowsTheWindowsSizeAndNothingElseMoves)
 {
     InWindowOf(100, [this] {
-        const char *const others[] = {
-            "lblLookup", "txtLookup", "lblBy", "cboLookupBy", "cmdSelect", "cmdCancel", "cmdHelp"};
+        const char *const others[] = {"lblLookup", "txtLookup", "lblBy", "cboLookupBy", "scrLookup",
+            "cmdSelect", "cmdCancel", "cmdHelp"};
         std::vector<QRect> before;
         for (const char *name : others)
             before.push_back(Control<QWidget>(Window(), name).geometry());
