@@ -135,6 +135,17 @@ TEST_F(LookupWindow, TheTextIsSelectedWhenItIsEnteredAndWhenItIsClicked)
     });
 }
 
+TEST_F(LookupWindow, TheGridsFrameShowsWhetherItTakesTheKeys)
+{
+    InWindowOf(20, [this] {
+        const auto frame = [this] { return Window().grab().toImage().pixelColor(Grid().pos()); };
+        const QColor focused = frame();
+        EXPECT_EQ(focused, Window().palette().color(QPalette::Highlight));
+        Press(Qt::Key_Tab);
+        EXPECT_NE(frame(), focused);
+    });
+}
+
 TEST_F(LookupWindow, KeysThatAreLeftToTheGridMoveNoRow)
 {
     InWindowOf(20, [this] {
