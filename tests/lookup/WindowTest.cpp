@@ -25,24 +25,6 @@ protected:
     }
 };
 
-/// Counts the F1 keys that arrive in the program.
-class HelpKeys : public QObject
-{
-public:
-    HelpKeys() { qApp->installEventFilter(this); }
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (!watched->isWidgetType() || event->type() != QEvent::KeyPress
-            || static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1)
-            return false;
-        ++Count;
-        return true;
-    }
-};
-
 } // namespace
 
 TEST_F(LookupWindow, OpensOnTheFirstRecordWithTheGridInFocus)
@@ -330,6 +312,25 @@ TEST_F(LookupWindow, AClickBesideTheRowsOrOnTheHeaderTakesNothing)
         EXPECT_EQ(SelectedCode(), u"C001"_s);
         ExpectOneRowAndItsRecord();
     });
+}
+
+TEST_F(LookupWindow, WhatTheStoreRefusesIsToldAndNothingMoves)
+{
+    InWindowOf(100, [this] {
+        Type("txtLookup", u"C050"_s);
+        Folder->Tables.Customers.Handle = 0; // as if it were not open
+        QTest::keyClick(&Box("txtLookup"), Qt::Key_Backspace);
+        ASSERT_EQ(Messages.Shown.size(), 1);
+        EXPECT_TRUE(Messages.Shown[0].Text.startsWith(u"Error #"_s));
+        EXPECT_EQ(Messages.Shown[0].Icon, MessageIcon::Exclamation);
+        EXPECT_TRUE(Window().isVisible());
+        EXPECT_EQ(SelectedCode(), u"C050"_s);
+        ClickButton("cmdSelect");
+        EXPECT_EQ(Messages.Shown.size(), 2);
+        EXPECT_TRUE(Window().isVisible()) << "nothing was taken";
+    });
+    EXPECT_FALSE(Lookup.LookupSelected);
+    EXPECT_TRUE(Lookup.LookupCancelled);
 }
 
 TEST_F(LookupWindow, HelpSendsF1)
