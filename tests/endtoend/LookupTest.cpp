@@ -91,3 +91,52 @@ TEST_F(Lookup, AFieldAtFaultIsTypedAnewAfterItsMessage)
     program.Type(u"7.5"_s);
     program.WaitForText(u"txtHours"_s, u"7.5"_s);
 }
+
+TEST_F(Lookup, TheFilterIsFilledFromLookupsAndNarrowsTheList)
+{
+    const WorkPlace place;
+    place.Synchronise();
+    ProgramUnderTest program(place.ProgramFolder(), m_display);
+    program.WaitForWindow();
+    for (const QString &customer : {u"0120"_s, u"0130"_s}) {
+        program.WaitForFocus(u"dtpDate"_s);
+        program.Key(u"Return"_s);
+        program.Enter(u"txtCustomer"_s, customer);
+        program.Key(u"Return"_s);
+        program.WaitForFocus(u"txtProject"_s);
+        program.Key(u"Return"_s);
+        program.WaitForFocus(u"txtActivity"_s);
+        program.Type(u"consult"_s);
+        program.WaitForText(u"txtActivity"_s, u"CONSULT"_s);
+        program.Key(u"Return"_s);
+        program.Enter(u"txtHours"_s, u"1"_s);
+        program.Click(u"cmdOK"_s);
+        program.WaitForText(u"txtCustomer"_s, QString());
+    }
+    program.WaitForRows(u"msgEntryList"_s, 2);
+
+    program.Click(u"cmdTransFilter"_s);
+    program.WaitForWindow(u"frmTransFilter"_s);
+    program.Enter(u"txtCustomer"_s, u"0120"_s);
+    // A cancelled lookup goes back to its box, which remembers what it shows then.
+    program.Click(u"cmdCustomer"_s);
+    program.WaitForWindow(u"frmLookup"_s);
+    program.WaitForFocus(u"msgLookup"_s);
+    program.Key(u"Escape"_s);
+    program.WaitForFocus(u"txtCustomer"_s);
+    program.Enter(u"txtCustomer"_s, u"9999"_s);
+    program.Key(u"Return"_s);
+    program.WaitForText(u"txtCustomer"_s, u"0120"_s);
+    program.Key(u"F2"_s);
+    Take(program, u"013"_s);
+    program.WaitForFocus(u"txtProject"_s);
+    EXPECT_EQ(program.Text(u"txtCustomer"_s), u"0130"_s);
+    EXPECT_EQ(program.Text(u"lblCustomerName"_s), u"Dunmere Logistics"_s);
+    program.Key(u"Return"_s);
+    program.WaitForFocus(u"txtActivity"_s);
+    program.Key(u"Return"_s);
+    program.WaitForFocus(u"cmdOK"_s);
+    program.Key(u"Return"_s);
+    program.WaitForRows(u"msgEntryList"_s, 1);
+    EXPECT_EQ(program.Rows(u"msgEntryList"_s)[0][3], u"Dunmere Logistics"_s);
+}
