@@ -253,8 +253,8 @@ void frmEntryList::LookUp(const QWidget &box, LookupStart start)
         : &box == ui->txtActivity               ? LookupKinds::Activities
                                                 : LookupKinds::Multipliers;
     Handle([&] {
-        m_entryModule.LookUp(kind, start);
-        m_fieldEdited = m_fieldEdited && box.hasFocus();
+        if (m_entryModule.LookUp(kind, start))
+            m_fieldEdited = false; // the code has been checked
     });
 }
 
@@ -377,7 +377,13 @@ void frmEntryList::MoveFocus()
 
 void frmEntryList::FocusTo(EntryControl control)
 {
-    WidgetOf(control).setFocus(Qt::OtherFocusReason);
+    QWidget &widget = WidgetOf(control);
+    const bool arrivesLater = !isActiveWindow() && focusWidget() != &widget;
+    widget.setFocus(Qt::OtherFocusReason);
+    // After a dialog this window is active only in a while, and the control then learns of its
+    // focus, but not as of one entered.
+    if (arrivesLater && focusWidget() == &widget)
+        GotFocus(widget, QFocusEvent(QEvent::FocusIn, Qt::OtherFocusReason));
 }
 
 bool frmEntryList::IsCodeBox(const QWidget &control) const

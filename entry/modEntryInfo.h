@@ -71,9 +71,9 @@ public:
     CodeCheck CheckMultiplier();
     bool ValidateEntry(); ///< false after one message; FailedField names the field
 
-    /// Opens the lookup of a code (one of LookupKinds) and takes the choice into the entry. Does
-    /// nothing for a project without a customer.
-    void LookUp(size_t kind, LookupStart start);
+    /// Opens the lookup of a code (one of LookupKinds) and takes the choice into the entry; false
+    /// when none was made. Does nothing for a project without a customer.
+    bool LookUp(size_t kind, LookupStart start);
     /// The multiplier's box is passed over when it next gets the focus; taken away by that.
     bool SkipMultiplier = false;
     /// What a lookup for the filter left in the entry gives way to what the box shows.

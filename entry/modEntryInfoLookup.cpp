@@ -29,10 +29,10 @@ QString modEntryInfo::LookupKindText(size_t kind) const
     return texts.at(kind);
 }
 
-void modEntryInfo::LookUp(size_t kind, LookupStart start)
+bool modEntryInfo::LookUp(size_t kind, LookupStart start)
 {
     if (kind == LookupKinds::Projects && Entry.CustomerCode.isEmpty())
-        return;
+        return false;
     m_lookup.LookupKind = LookupKindText(kind);
     m_lookup.LookupFromFilter = false;
     m_lookup.LookupStartText = m_screen[BoxOf(kind)].Text;
@@ -56,9 +56,10 @@ void modEntryInfo::LookUp(size_t kind, LookupStart start)
     if (cancelled || !selected) {
         m_lookup.LookupKind.clear();
         SelectFieldText(BoxOf(kind));
-        return;
+        return false;
     }
     TakeLookedUpCode(kind);
+    return true;
 }
 
 void modEntryInfo::TakeLookedUpCode(size_t kind)

@@ -97,8 +97,6 @@ void frmLookup::ConnectControls()
     connect(ui->cboLookupBy, &QComboBox::activated, this, &frmLookup::cboLookupBy_Click);
     connect(ui->scrLookup, &QScrollBar::valueChanged, this,
         [this](int value) { Handle([&] { m_mod.ScrollTo(value); }); });
-    connect(ui->msgLookup, &QAbstractItemView::doubleClicked, this,
-        [this] { Handle([this] { m_mod.RowDoubleClicked(); }); });
     connect(ui->msgLookup->selectionModel(), &QItemSelectionModel::selectionChanged, this,
         &frmLookup::msgLookup_SelChange);
     connect(ui->cmdSelect, &QPushButton::clicked, this, &frmLookup::cmdSelect_Click);
@@ -289,6 +287,14 @@ bool frmLookup::HandleGridMouse(QEvent &event)
         ui->msgLookup->setUpdatesEnabled(false);
         return false;
     }
+    case QEvent::MouseButtonDblClick: {
+        // The row under the second press counts, which need not be that of the first.
+        const auto &mouse = static_cast<QMouseEvent &>(event);
+        const int row = ui->msgLookup->indexAt(mouse.position().toPoint()).row() + 1;
+        if (mouse.button() == Qt::LeftButton && row > 0)
+            Handle([&] { m_mod.RowDoubleClicked(row); });
+        return true;
+    }
     case QEvent::MouseMove:
         // Dragging takes no further row along.
         return static_cast<QMouseEvent &>(event).buttons() != Qt::NoButton;
@@ -342,14 +348,17 @@ void frmLookup::resizeEvent(QResizeEvent *event)
     QDialog::resizeEvent(event);
     if (height() == 0)
         return;
+    // Nothing but the grid follows the window. The scroll bar stays at the end of a page as the
+    // smallest window shows it, beside the columns, which have fixed widths as well.
     const int margin = PixelsFromTwips(GridMarginTwips, *this);
-    const QRect grid(margin / 2, ui->layHead->geometry().bottom() + 1 + ui->layMain->spacing(),
-        width() - margin, static_cast<int>(height() / WindowToGridHeight));
-    ui->msgLookup->setGeometry(grid);
-    // The scroll bar lies within the grid's frame, where the grid's own would be, and goes with
-    // the grid; nothing else moves.
+    const QPoint corner(margin / 2, ui->layHead->geometry().bottom() + 1 + ui->layMain->spacing());
+    const auto gridIn = [&](const QSize &window) {
+        return QRect(corner,
+            QSize(window.width() - margin, static_cast<int>(window.height() / WindowToGridHeight)));
+    };
+    ui->msgLookup->setGeometry(gridIn(size()));
     const int frame = ui->msgLookup->frameWidth();
-    const int bar = ui->scrLookup->sizeHint().width();
-    ui->scrLookup->setGeometry(
-        grid.right() + 1 - frame - bar, grid.top() + frame, bar, grid.height() - 2 * frame);
+    QRect bar = gridIn(minimumSize()).adjusted(0, frame, -frame, -frame);
+    bar.setLeft(bar.right() + 1 - ui->scrLookup->sizeHint().width());
+    ui->scrLookup->setGeometry(bar);
 }

@@ -219,10 +219,10 @@ void modLookup::RowClicked()
     TakeLookupRecord();
 }
 
-void modLookup::RowDoubleClicked()
+void modLookup::RowDoubleClicked(qint32 row)
 {
-    if (m_grid->MouseRow() != 0)
-        SelectLookup();
+    SelectRow(row);
+    SelectLookup();
 }
 
 void modLookup::KeepOneRowSelected()

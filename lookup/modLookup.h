@@ -37,7 +37,7 @@ public:
     void ScrollTo(qint32 value); ///< the scroll bar has moved there
     void PageKey(LookupPaging key);
     void RowClicked();
-    void RowDoubleClicked();
+    void RowDoubleClicked(qint32 row);
     void KeepOneRowSelected();
     void SelectLookup(); ///< takes the record of the selected row and closes
     void CancelLookup();

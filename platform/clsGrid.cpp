@@ -306,6 +306,20 @@ void clsGrid::MouseIsAt(int row, int column)
     m_mouseColumn = column;
 }
 
+bool clsGrid::event(QEvent *event)
+{
+    const bool handled = QTableView::event(event);
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update();
+    } else if (event->type() == QEvent::Paint && hasFocus()) {
+        QPainter painter(this);
+        // Not the grid's own colour: without a selection that one is the background's.
+        painter.setPen(window()->palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+    return handled;
+}
+
 bool clsGrid::viewportEvent(QEvent *event)
 {
     if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {

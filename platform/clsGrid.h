@@ -43,6 +43,7 @@ signals:
     void Click();
 
 protected:
+    bool event(QEvent *event) override; ///< the frame shows where the keys go
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override; ///< dragging marks no other row

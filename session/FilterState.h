@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// The transaction filter. An empty code does not restrict. Owned once, by the program; starting
-/// again begins without one.
+/// The transaction filter. An empty code does not restrict. Owned once, by the program; emptied by
+/// another company, a synchronisation and a deletion of the databases.
 struct FilterState
 {
     // In force; honoured by the entry list and the hours summary.
@@ -19,4 +19,12 @@ struct FilterState
     bool FilterCodeReverted = false; ///< the last check put a code back
     bool FilterCancelled = false; ///< the dialog was left by Cancel
     bool FilterCleared = false; ///< Clear was used in it
+
+    /// Whether an entry of these codes passes. Comparisons are exact: case and blanks count.
+    bool Passes(const QString &customer, const QString &project, const QString &activity) const
+    {
+        return (AppliedFilterCustomer.isEmpty() || AppliedFilterCustomer == customer)
+            && (AppliedFilterProject.isEmpty() || AppliedFilterProject == project)
+            && (AppliedFilterActivity.isEmpty() || AppliedFilterActivity == activity);
+    }
 };

@@ -7,6 +7,7 @@
 
 #include "platform/clsRunTimeError.h"
 #include "store/StoreErrors.h"
+#include "tests/support/Modal.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
@@ -352,6 +353,70 @@ TEST_F(Program, ClosingTheWindowRemembersTheCompanyAndEndsTheProgram)
     EXPECT_EQ(ended.count(), 1);
     EXPECT_EQ(ended.value(0).value(0).toInt(), 0);
     EXPECT_EQ(FirstRecordOf<GlobalOptionsRecord>(u"GlobalOptions-WkLg"_s).Last_Company, u"XYZ"_s);
+}
+
+TEST_F(Program, AnotherCompanyASynchronisationAndADeletionEmptyTheFilter)
+{
+    MakeInstallation();
+    SampleCompany one(u"ABC"_s, u"Abacus"_s);
+    one.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(1)),
+        SampleEntry(u"0200"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(2))};
+    SampleCompany other = one;
+    other.Code = u"XYZ"_s;
+    BuildSampleCompanies(Folder(), {one, other}, Global(u"ABC"_s));
+    clsProgramKeys keys;
+    clsProgram program(Folder(), {m_messages, keys, m_process, m_clock, m_settings, m_browser});
+    program.StartUp();
+    const auto rows
+        = [&] { return Control<clsGrid>(*program.MainWindow(), "msgEntryList").Rows() - 1; };
+    const auto inFilter = [&](const std::function<void(QLineEdit &)> &steps) {
+        frmEntryList &window = *program.MainWindow();
+        ASSERT_TRUE(ShowActive(window));
+        WithModal(
+            [&] {
+                QTest::mouseClick(&Control<QPushButton>(window, "cmdTransFilter"), Qt::LeftButton);
+            },
+            [&](QWidget &filter) {
+                filter.activateWindow();
+                EXPECT_TRUE(QTest::qWaitFor([&] { return filter.isActiveWindow(); }));
+                steps(Control<QLineEdit>(filter, "txtCustomer"));
+                QTest::mouseClick(&Control<QPushButton>(filter, "cmdOK"), Qt::LeftButton);
+            });
+        ASSERT_TRUE(ShowActive(window));
+    };
+    const auto filterBy0200 = [&] {
+        inFilter([](QLineEdit &box) { QTest::keyClicks(&box, u"0200"_s); });
+        ASSERT_EQ(rows(), 1);
+    };
+    const auto expectEmpty = [&](const char *after) {
+        EXPECT_EQ(rows(), 2) << after;
+        inFilter([&](QLineEdit &box) { EXPECT_EQ(box.text(), QString()) << after; });
+    };
+
+    filterBy0200();
+    QComboBox &company = Control<QComboBox>(*program.MainWindow(), "cboCompany");
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_Down);
+    LetEventsRun();
+    QTest::keyClick(company.view(), Qt::Key_Down);
+    QTest::keyClick(company.view(), Qt::Key_Return);
+    LetEventsRun();
+    ASSERT_EQ(company.currentText(), u"XYZ"_s);
+    expectEmpty("another company");
+
+    filterBy0200();
+    PressSync(*program.MainWindow());
+    ASSERT_EQ(m_process.Programs.size(), 1);
+    expectEmpty("a synchronisation");
+
+    filterBy0200();
+    m_messages.Answers = {MessageAnswer::Yes};
+    ChooseDeleteDatabases(*program.MainWindow());
+    ASSERT_THAT(Databases(), IsEmpty());
+    m_process.Work = [&] { BuildSampleCompanies(Folder(), {one}); };
+    PressSync(*program.MainWindow());
+    expectEmpty("a deletion");
 }
 
 TEST_F(Program, ACompanyWhoseDatabasesAreIncompleteLeavesTheFormerOneUsable)

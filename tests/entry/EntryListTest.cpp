@@ -2,6 +2,8 @@
 
 #include "entry/EntryColumn.h"
 #include "tests/entry/EntryWindow.h"
+#include "tests/entry/OtherProgram.h"
+#include "tests/support/Modal.h"
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -295,6 +297,101 @@ TEST_F(EntryList, CancelOnANewEntryMarksNoRow)
     ClickRow(1);
     EXPECT_EQ(Text("txtDescription"), u"new"_s);
     EXPECT_FALSE(AnythingMarked());
+}
+
+TEST_F(EntryList, CancelOnANewEntryAfterALoadedOneMarksNoRowEither)
+{
+    Add(u"CONS"_s, Monday, "1");
+    Add(u"CONS"_s, Monday, "2");
+    Start();
+    ClickRow(2);
+    ClickButton("cmdUndo");
+    GoTo("txtDescription");
+    Type(u"new"_s);
+    Messages.Answers = {MessageAnswer::Cancel};
+    ClickRow(1);
+    EXPECT_EQ(Text("txtDescription"), u"new"_s);
+    EXPECT_FALSE(AnythingMarked());
+    EXPECT_EQ(Panel(1), u"Found 2 records"_s);
+}
+
+TEST_F(EntryList, ASaveThatEmptiesTheFilteredListShowsANewEntry)
+{
+    Add(u"CONS"_s, Monday, "1");
+    Add(u"CONS"_s, Monday, "2", u"0200"_s);
+    Start();
+    WithModal([this] { ClickButton("cmdTransFilter"); },
+        [](QWidget &filter) {
+            filter.activateWindow();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return filter.isActiveWindow(); }));
+            QTest::keyClicks(&Control<QLineEdit>(filter, "txtCustomer"), u"0100"_s);
+            QTest::mouseClick(&Control<QPushButton>(filter, "cmdOK"), Qt::LeftButton);
+        });
+    ASSERT_TRUE(ShowActive(Window()));
+    ASSERT_THAT(Column(EntryColumn::Hours), ElementsAre(u"1.00"_s));
+    ClickRow(1);
+    GoTo("txtCustomer");
+    Type(u"0200"_s);
+    Press(Qt::Key_Return);
+    Messages.Answers = {MessageAnswer::Yes};
+    ClickRow(1);
+    EXPECT_THAT(Messages.Texts(), ElementsAre(SaveQuestion));
+    EXPECT_EQ(Stored()[0].Customer_Number, u"0200"_s);
+    EXPECT_EQ(Panel(1), u"Found 0 records"_s);
+    EXPECT_FALSE(AnythingMarked());
+    EXPECT_EQ(Text("txtCustomer"), QString());
+    EXPECT_TRUE(List("cboCompany").isEnabled()) << "a new entry";
+}
+
+TEST_F(EntryList, DraggingOverTheRowsKeepsOneSelected)
+{
+    for (const char *hours : {"1", "2", "3"})
+        Add(u"CONS"_s, Monday, hours);
+    Start();
+    const auto centre
+        = [this](int row) { return Grid().visualRect(Grid().model()->index(row - 1, 2)).center(); };
+    QWidget &viewport = *Grid().viewport();
+    QTest::mousePress(&viewport, Qt::LeftButton, {}, centre(1));
+    for (const int row : {2, 3}) {
+        QMouseEvent drag(QEvent::MouseMove, centre(row), viewport.mapToGlobal(centre(row)),
+            Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&viewport, &drag);
+        EXPECT_EQ(Grid().selectionModel()->selectedRows().size(), 1);
+        EXPECT_TRUE(IsMarked(1));
+    }
+    QTest::mouseRelease(&viewport, Qt::LeftButton, {}, centre(1));
+    LetEventsRun();
+    EXPECT_TRUE(IsMarked(1));
+    EXPECT_EQ(Text("txtHours"), u"1.00"_s);
+}
+
+TEST_F(EntryList, ARowThatCannotBeLoadedLeavesTheOneInTheEditor)
+{
+    for (const char *hours : {"1", "2", "3"})
+        Add(u"CONS"_s, Monday, hours);
+    Start();
+    ClickRow(1);
+    GoTo("txtDescription");
+    Type(u"changed"_s);
+    // Another program takes all but the first away; the refused save makes it known.
+    OtherProgram(Folder.path() + u"/ABCEntries-WkLg.db"_s)
+        .Execute("UPDATE \"ABCEntries-WkLg\" SET Description = 'theirs';"
+                 "DELETE FROM \"ABCEntries-WkLg\" WHERE Hours > 10000");
+    ClickButton("cmdOK");
+    ASSERT_EQ(Messages.Shown.size(), 1);
+    Messages.Shown.clear();
+    Messages.Answers = {MessageAnswer::No};
+    ClickRow(3);
+    ASSERT_EQ(Messages.Shown.size(), 2);
+    EXPECT_EQ(Messages.Shown[0].Text, SaveQuestion);
+    EXPECT_TRUE(Messages.Shown[1].Text.startsWith(u"Error #"_s));
+    EXPECT_EQ(Text("txtDescription"), u"changed"_s);
+    EXPECT_EQ(Text("txtHours"), u"1.00"_s);
+    EXPECT_EQ(Panel(1), u"Record 1 of 3"_s);
+    // It is still the first row's entry that is edited.
+    Messages.Answers = {MessageAnswer::Cancel};
+    ClickRow(2);
+    EXPECT_TRUE(IsMarked(1));
 }
 
 TEST_F(EntryList, ARefusedSaveKeepsTheEditor)

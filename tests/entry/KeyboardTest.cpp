@@ -308,6 +308,22 @@ TEST_F(Keyboard, TheSaveQuestionsYesTakesInTheBoxWithTheFocus)
     EXPECT_EQ(Stored()[0].Amount, Currency::FromWhole(270));
 }
 
+TEST_F(Keyboard, TheSaveQuestionsYesTakesInAHalfTypedDate)
+{
+    Company.Entries->push_back(
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(1)));
+    Start();
+    ClickRow(1);
+    GoTo("txtDescription");
+    Type(u"x"_s);
+    GoTo("dtpDate");
+    Type(u"1"_s); // could still become October to December
+    Messages.Answers = {MessageAnswer::Yes};
+    Press(Qt::Key_Escape);
+    EXPECT_FALSE(Window().isVisible());
+    EXPECT_EQ(Stored()[0].Date.date(), QDate(2026, 1, 9));
+}
+
 TEST_F(Keyboard, TheTabOrderIsTheOrderOfTheFields)
 {
     Company.Options.On_Hold_In_Use = u"Y"_s;

@@ -56,6 +56,8 @@ protected:
     void InLookup(const std::function<void()> &open, const std::function<void()> &steps)
     {
         WithModal(open, [&](QWidget &window) { InWindow(window, steps); });
+        Window().activateWindow(); // as the window manager does in a while
+        EXPECT_TRUE(QTest::qWaitFor([this] { return Window().isActiveWindow(); }));
     }
 
     QStringList Boxes()
@@ -404,6 +406,111 @@ TEST_F(TransFilter, F2OpensTheLookupAtTheTypedText)
             });
         EXPECT_EQ(Boxes().at(0), u"C031"_s);
         EXPECT_FALSE(Lookup.LookupStartPending);
+        Leave();
+    });
+}
+
+TEST_F(TransFilter, F2SearchesForTheTextOfEachBoxAndTakesTheChoiceIntoIt)
+{
+    struct Case
+    {
+        const char *Box;
+        QString Typed;
+        QString Code;
+        QString Focused;
+    };
+    Company.Customers = NumberedCustomers(50);
+    Company.Projects.clear();
+    Company.Activities.clear();
+    for (int i = 10; i < 60; ++i) {
+        const QString number = QString::number(i);
+        Company.Projects.push_back(SampleProject(u"C030"_s, u"P"_s + number, u"Work"_s));
+        Company.Activities.push_back(SampleActivity(u"A"_s + number, u"Work"_s));
+    }
+    Open([this] {
+        for (const Case &c : {Case{"txtCustomer", u"c03"_s, u"C030"_s, u"txtProject"_s},
+                 Case{"txtProject", u"p41"_s, u"P41"_s, u"txtActivity"_s},
+                 Case{"txtActivity", u"a335"_s, u"A34"_s, u"cmdOK"_s}}) {
+            SCOPED_TRACE(c.Box);
+            InLookup(
+                [&] {
+                    Type(c.Box, c.Typed);
+                    Press(Qt::Key_F2);
+                },
+                [&] {
+                    EXPECT_EQ(SelectedCode(), c.Code);
+                    Press(Qt::Key_Return);
+                });
+            EXPECT_EQ(Box(c.Box).text(), c.Code);
+            EXPECT_EQ(Focused(), c.Focused);
+        }
+        ClickButton("cmdOK");
+    });
+    EXPECT_THAT(Applied(), ElementsAre(u"C030"_s, u"P41"_s, u"A34"_s));
+}
+
+TEST_F(TransFilter, ACancelledF2OnAnUnknownTextPutsEachPreviousCodeBack)
+{
+    Apply(u"0100"_s, u"AUDIT"_s, u"CONS"_s);
+    Open([this] {
+        for (const char *box : {"txtCustomer", "txtProject", "txtActivity"}) {
+            SCOPED_TRACE(box);
+            InLookup(
+                [&] {
+                    Type(box, u"ZZ"_s);
+                    Press(Qt::Key_F2);
+                },
+                [this] { Window().close(); }); // as its title bar does
+            EXPECT_THAT(Boxes(), ElementsAre(u"0100"_s, u"AUDIT"_s, u"CONS"_s));
+            EXPECT_EQ(Focused(), QString::fromLatin1(box));
+        }
+        Leave();
+    });
+}
+
+TEST_F(TransFilter, ACancelledLookupKeepsAClickedProjectAndActivityToo)
+{
+    Apply(u"0100"_s, {}, {});
+    Open([this] {
+        for (const char *button : {"cmdProject", "cmdActivity"})
+            InLookup([&] { ClickButton(button); },
+                [this] {
+                    ClickRow(2);
+                    ClickButton("cmdCancel");
+                });
+        EXPECT_THAT(Boxes(), ElementsAre(u"0100"_s, u"MOVE"_s, u"MEALS"_s));
+        EXPECT_THAT(Names(), ElementsAre(u"Acme"_s, u"Office move"_s, u"Meals"_s));
+        Leave();
+    });
+    EXPECT_EQ(Entry.ProjectCode, u"MOVE"_s);
+    EXPECT_THAT(Applied(), ElementsAre(u"0100"_s, QString(), QString()));
+}
+
+TEST_F(TransFilter, HelpSendsF1)
+{
+    Open([this] {
+        const HelpKeys keys;
+        ClickButton("cmdHelp");
+        EXPECT_EQ(keys.Count, 1);
+        Press("txtActivity", Qt::Key_F1);
+        EXPECT_EQ(keys.Count, 2);
+        Leave();
+    });
+}
+
+TEST_F(TransFilter, WhatTheStoreRefusesIsToldAndTheFilterStaysUsable)
+{
+    Apply(u"0100"_s, {}, {});
+    Open([this] {
+        Folder->Tables.Activities.Handle = 0; // as if it were not open
+        Enter("txtActivity", u"CONS"_s);
+        ASSERT_EQ(Messages.Shown.size(), 1);
+        EXPECT_TRUE(Messages.Shown[0].Text.startsWith(u"Error #"_s));
+        EXPECT_EQ(Messages.Shown[0].Icon, MessageIcon::Exclamation);
+        EXPECT_EQ(Focused(), u"txtActivity"_s);
+        Type("txtActivity", {});
+        Enter("txtCustomer", u"0200"_s);
+        EXPECT_EQ(Names().at(0), u"Brightwater Ltd"_s);
         Leave();
     });
 }

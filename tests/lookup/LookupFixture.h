@@ -24,6 +24,24 @@
 /// Customers C001, C002 and so on, named so that the order by name is the other way round.
 std::vector<CustomerRecord> NumberedCustomers(int count);
 
+/// Counts the F1 keys that arrive in the program.
+class HelpKeys : public QObject
+{
+public:
+    HelpKeys() { qApp->installEventFilter(this); }
+    int Count = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (!watched->isWidgetType() || event->type() != QEvent::KeyPress
+            || static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1)
+            return false;
+        ++Count;
+        return true;
+    }
+};
+
 /// The lookup over real databases, and a user's hands in its window. Keys that
 /// the program sends to itself arrive as they do outside of tests.
 class LookupFixture : public testing::Test

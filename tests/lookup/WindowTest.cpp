@@ -25,24 +25,6 @@ protected:
     }
 };
 
-/// Counts the F1 keys that arrive in the program.
-class HelpKeys : public QObject
-{
-public:
-    HelpKeys() { qApp->installEventFilter(this); }
-    int Count = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (!watched->isWidgetType() || event->type() != QEvent::KeyPress
-            || static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1)
-            return false;
-        ++Count;
-        return true;
-    }
-};
-
 } // namespace
 
 TEST_F(LookupWindow, OpensOnTheFirstRecordWithTheGridInFocus)
@@ -132,6 +114,17 @@ TEST_F(LookupWindow, TheTextIsSelectedWhenItIsEnteredAndWhenItIsClicked)
         EXPECT_FALSE(box.hasSelectedText());
         QTest::mouseClick(&box, Qt::LeftButton, {}, {8, box.height() / 2});
         EXPECT_EQ(box.selectedText(), u"C005"_s);
+    });
+}
+
+TEST_F(LookupWindow, TheGridsFrameShowsWhetherItTakesTheKeys)
+{
+    InWindowOf(20, [this] {
+        const auto frame = [this] { return Window().grab().toImage().pixelColor(Grid().pos()); };
+        const QColor focused = frame();
+        EXPECT_EQ(focused, Window().palette().color(QPalette::Highlight));
+        Press(Qt::Key_Tab);
+        EXPECT_NE(frame(), focused);
     });
 }
 
@@ -277,6 +270,33 @@ TEST_F(LookupWindow, AClickTakesTheRowAndNeitherControlNorDraggingChangesThat)
     });
 }
 
+TEST_F(LookupWindow, ADoubleClickTakesTheRowUnderItAndOnlyTheLeftButtonMakesOne)
+{
+    const auto centre
+        = [this](int row) { return Grid().visualRect(Grid().model()->index(row - 1, 1)).center(); };
+    InWindowOf(20, [&] {
+        ClickRow(4);
+        for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton})
+            for (const int row : {4, 9}) {
+                QTest::mouseClick(Grid().viewport(), button, {}, centre(row));
+                QTest::mouseDClick(Grid().viewport(), button, {}, centre(row));
+                LetEventsRun();
+            }
+        EXPECT_TRUE(Window().isVisible());
+        EXPECT_EQ(SelectedCode(), u"C004"_s);
+        ExpectOneRowAndItsRecord();
+    });
+    LookUp(u"Customer"_s, [&] {
+        ClickRow(4);
+        // The second press has met the next row.
+        QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, centre(5));
+        LetEventsRun();
+        EXPECT_FALSE(Window().isVisible());
+    });
+    EXPECT_TRUE(Lookup.LookupSelected);
+    EXPECT_EQ(Lookup.LookupCustomerCode, u"C005"_s);
+}
+
 TEST_F(LookupWindow, AClickBesideTheRowsOrOnTheHeaderTakesNothing)
 {
     InWindowOf(3, [this] {
@@ -292,6 +312,25 @@ TEST_F(LookupWindow, AClickBesideTheRowsOrOnTheHeaderTakesNothing)
         EXPECT_EQ(SelectedCode(), u"C001"_s);
         ExpectOneRowAndItsRecord();
     });
+}
+
+TEST_F(LookupWindow, WhatTheStoreRefusesIsToldAndNothingMoves)
+{
+    InWindowOf(100, [this] {
+        Type("txtLookup", u"C050"_s);
+        Folder->Tables.Customers.Handle = 0; // as if it were not open
+        QTest::keyClick(&Box("txtLookup"), Qt::Key_Backspace);
+        ASSERT_EQ(Messages.Shown.size(), 1);
+        EXPECT_TRUE(Messages.Shown[0].Text.startsWith(u"Error #"_s));
+        EXPECT_EQ(Messages.Shown[0].Icon, MessageIcon::Exclamation);
+        EXPECT_TRUE(Window().isVisible());
+        EXPECT_EQ(SelectedCode(), u"C050"_s);
+        ClickButton("cmdSelect");
+        EXPECT_EQ(Messages.Shown.size(), 2);
+        EXPECT_TRUE(Window().isVisible()) << "nothing was taken";
+    });
+    EXPECT_FALSE(Lookup.LookupSelected);
+    EXPECT_TRUE(Lookup.LookupCancelled);
 }
 
 TEST_F(LookupWindow, HelpSendsF1)
@@ -310,8 +349,8 @@ TEST_F(LookupWindow, HelpSendsF1)
 TEST_F(LookupWindow, TheGridFollowsTheWindowsSizeAndNothingElseMoves)
 {
     InWindowOf(100, [this] {
-        const char *const others[] = {
-            "lblLookup", "txtLookup", "lblBy", "cboLookupBy", "cmdSelect", "cmdCancel", "cmdHelp"};
+        const char *const others[] = {"lblLookup", "txtLookup", "lblBy", "cboLookupBy", "scrLookup",
+            "cmdSelect", "cmdCancel", "cmdHelp"};
         std::vector<QRect> before;
         for (const char *name : others)
             before.push_back(Control<QWidget>(Window(), name).geometry());
