@@ -66,4 +66,7 @@ public:
     {
         return m_store.NumberOfText(Handle, field, text);
     }
+
+    /// Positions of entries that are not as they were saved.
+    std::vector<qint32> DamagedEntries() { return m_store.DamagedRecords(Handle); }
 };
