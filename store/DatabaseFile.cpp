@@ -24,6 +24,7 @@ constexpr int BusyTimeoutMilliseconds = 250;
 constexpr int HeaderBytes = 100;
 constexpr size_t ApplicationIdOffset = 68;
 constexpr const char *CheckColumn = "Check_Value";
+constexpr const char *CheckMark = "Has_Check_Values"; // of Record_Store, where the table has them
 
 /// What a file may ask of SQLite: enough for every text that a window takes, and little for
 /// somebody who has prepared a file to wear it out.
@@ -303,11 +304,17 @@ void DatabaseFile::LookForCheckValues()
     const bool isField = std::any_of(m_schema.begin(), m_schema.end(), [](const auto &field) {
         return field.Name.compare(QLatin1String(CheckColumn), Qt::CaseInsensitive) == 0;
     });
-    Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
-    statement.Bind(1, m_tableName.toStdString());
-    statement.Bind(2, std::string_view(CheckColumn));
-    m_hasCheckValues = !isField && statement.Step();
-    if (m_hasCheckValues && statement.Text(0) != "TEXT")
+    const auto typeOfColumn = [this](const std::string &table, const char *column) {
+        Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
+        statement.Bind(1, table);
+        statement.Bind(2, std::string_view(column));
+        return statement.Step() ? std::string(statement.Text(0)) : std::string();
+    };
+    const std::string beside = typeOfColumn(m_tableName.toStdString(), CheckColumn);
+    // Said twice, so that damage to a column's name does not take the check away.
+    const bool isSaid = !typeOfColumn("Record_Store", CheckMark).empty();
+    m_hasCheckValues = isSaid && !isField && beside == "TEXT";
+    if (m_hasCheckValues != isSaid || (!isSaid && !isField && !beside.empty()))
         RaiseStoreError(StoreErrors::Damaged,
             u"The column of check values is not as it was created: "_s + m_fileName);
 }
@@ -343,8 +350,12 @@ void DatabaseFile::DefineTable(
     const QString &name, const QString &schemaText, const std::string &columns)
 {
     Execute("PRAGMA application_id = " + std::to_string(static_cast<qint32>(m_creator)));
+    const std::string mark = m_hasCheckValues
+        ? std::string(", ") + CheckMark + " TEXT NOT NULL DEFAULT 'Y'"
+        : std::string();
     Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
-            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
+            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT ''"
+        + mark + ") STRICT");
     Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
     Statement statement(*this,
         "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "

@@ -194,6 +194,21 @@ TEST_F(CheckValues, AColumnOfAnotherTypeIsRefused)
     EXPECT_TRUE(raised.Names(FileOf(Entries)));
 }
 
+TEST_F(CheckValues, AreNotTakenAwayByDamageToAName)
+{
+    const std::vector<QStringList> cases
+        = {{u"ALTER TABLE \"ABCEntries-WkLg\" RENAME COLUMN Check_Value TO Check_Valve"_s},
+            {u"ALTER TABLE \"ABCEntries-WkLg\" DROP COLUMN Check_Value"_s},
+            {u"ALTER TABLE Record_Store RENAME COLUMN Has_Check_Values TO Has_Check_Valves"_s}};
+    for (const QStringList &statements : cases) {
+        Store.DeleteDatabase(PathOf(Entries), 0, 0);
+        BuildThree();
+        Outside(statements[0]);
+        const Raised raised = RaisedBy([&] { Open(Entries); });
+        EXPECT_EQ(raised.Number, StoreErrors::Damaged) << statements[0].toStdString();
+    }
+}
+
 TEST_F(CheckValues, PagesThatHaveLostRecordsAreRefusedBeforeAnythingIsRead)
 {
     BuildThree();
