@@ -165,6 +165,8 @@ void ProgramOnDisk::CloseDialogOf(const std::function<void()> &action)
         if (dialog == nullptr)
             return;
         timer.stop();
+        if (LookAtDialog)
+            LookAtDialog(*dialog);
         if (const auto *grid = dialog->findChild<clsGrid *>()) {
             for (int row = 1; row < grid->Rows(); ++row) {
                 for (int column = 0; column < grid->Cols(); ++column)

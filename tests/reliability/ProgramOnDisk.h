@@ -41,6 +41,7 @@ public:
     clsRecordedMessages Messages;
     clsRecordedProcess Process;
     bool HasEnded = false;
+    std::function<void(QWidget &)> LookAtDialog; ///< before CloseDialogOf closes it
     QString DialogRows; ///< of the dialog that was closed last, its grid's texts
 
 private:
