@@ -112,10 +112,11 @@ void ProgramOnDisk::CopyFolder(const QString &from, const QString &to)
     WriteFile(to + u"/mas90.ini"_s, (from + u"/mas90\n-ARG X\n"_s).toUtf8());
 }
 
-ProgramOnDisk::ProgramOnDisk(const QString &folder)
+ProgramOnDisk::ProgramOnDisk(const QString &folder, clsProcess *process)
     : m_folder(folder)
-    , m_program(std::make_unique<clsProgram>(
-          folder, ProgramServices{Messages, m_keys, Process, m_clock, m_settings, m_browser}))
+    , m_program(std::make_unique<clsProgram>(folder,
+          ProgramServices{Messages, m_keys, process != nullptr ? *process : Process, m_clock,
+              m_settings, m_browser}))
 {
     QObject::connect(m_program.get(), &clsProgram::Ended, [this] { HasEnded = true; });
 }

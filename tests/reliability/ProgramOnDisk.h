@@ -22,7 +22,8 @@ public:
     static void CopyFolder(const QString &from, const QString &to);
     static std::vector<EntryRecord> MadeEntries();
 
-    explicit ProgramOnDisk(const QString &folder);
+    /// `process` outlives it; without one nothing is started.
+    explicit ProgramOnDisk(const QString &folder, clsProcess *process = nullptr);
 
     void StartUp(); ///< and waits until the window takes the keys, where there is one
     frmEntryList *Window() const { return m_program->MainWindow(); }
