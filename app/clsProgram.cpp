@@ -16,8 +16,9 @@ clsProgram::clsProgram(const QString &programFolder, const ProgramServices &serv
     : m_services(services)
     , m_folder(programFolder)
     , m_tables(programFolder)
-    , m_sync(m_tables, m_session, services.Messages, services.Process)
-    , m_deleteDatabases(m_tables, m_sync, services.Messages)
+    , m_backup(m_tables, services.Clock)
+    , m_sync(m_tables, m_session, services.Messages, services.Process, m_backup)
+    , m_deleteDatabases(m_tables, m_sync, m_backup, services.Messages)
     , m_lookupModule(m_tables, m_session, m_entry, m_filter, m_lookup, services.Messages)
     , m_transFilter(m_tables, m_filter, m_lookup)
     , m_hrsSumm(m_tables, m_session, m_filter, m_sort)
@@ -47,6 +48,18 @@ void clsProgram::HoldTheLock()
 
 void clsProgram::StartUp()
 {
+    TryStartUp();
+    EndWithoutWindow();
+}
+
+void clsProgram::EndWithoutWindow()
+{
+    if (!m_window)
+        emit Ended(EXIT_FAILURE);
+}
+
+void clsProgram::TryStartUp()
+{
     try {
         StoreTheCodes();
         HoldTheLock();
@@ -65,8 +78,6 @@ void clsProgram::StartUp()
         m_services.Messages.Tell(
             u"Error %1; Out of memory"_s.arg(RunTimeErrors::OutOfMemory), MessageIcon::Critical);
     }
-    if (!m_window)
-        emit Ended(EXIT_FAILURE);
 }
 
 void clsProgram::ShowMainWindow()
@@ -137,6 +148,8 @@ void clsProgram::SyncCommand()
     if (UnloadMainWindow()) {
         m_sync.RunSynchronisation();
         StartAgain();
+        Report([this] { TellMissingEntries(); });
+        EndWithoutWindow();
     }
     m_session.SynchronisationInProgress = false;
 }
@@ -159,6 +172,14 @@ void clsProgram::DeleteDatabasesCommand()
         m_services.Messages.Tell(u"Failed to delete databases."_s);
     m_session.DeletionInProgress = false;
     StartAgain();
+    EndWithoutWindow();
+}
+
+void clsProgram::TellMissingEntries()
+{
+    const QString missing = m_backup.WhatIsMissing();
+    if (!missing.isEmpty())
+        m_services.Messages.Tell(missing);
 }
 
 void clsProgram::StartAgain()
@@ -167,5 +188,5 @@ void clsProgram::StartAgain()
     m_session.CurrentCompanyCode.clear();
     m_list.LastCompany.clear();
     m_filter = FilterState();
-    StartUp();
+    TryStartUp();
 }

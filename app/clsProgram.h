@@ -70,7 +70,10 @@ private:
     void Report(const std::function<void()> &action); ///< tells the run-time error that it raises
     bool UnloadMainWindow(); ///< false: the user keeps it, with changes to save
     void MainWindowTerminated();
-    void StartAgain();
+    void TryStartUp();
+    void StartAgain(); ///< after everything that the restart begins anew
+    void EndWithoutWindow(); ///< the last step of every start-up: the user has been told why
+    void TellMissingEntries();
 
     ProgramServices m_services;
     QString m_folder;
@@ -83,6 +86,7 @@ private:
     EntryListState m_list;
     EntryScreen m_screen;
     clsInstanceLock m_lock;
+    modBackup m_backup;
     modSync m_sync;
     modDeleteDatabases m_deleteDatabases;
     modLookup m_lookupModule;

@@ -6,6 +6,7 @@
 #include "platform/ArrowPicture.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/clsUpperCase.h"
+#include "platform/DataLabel.h"
 #include "platform/FormEvents.h"
 #include "platform/Twips.h"
 #include "summary/frmHrsSumm.h"
@@ -72,7 +73,7 @@ void DrawLabel(QLabel &label, const ControlState &state)
 {
     if (state.Text.isNull())
         return;
-    label.setText(label.buddy() != nullptr ? CaptionText(state.Text) : state.Text);
+    ShowData(label, label.buddy() != nullptr ? CaptionText(state.Text) : state.Text);
 }
 
 void DrawControl(QWidget &widget, const ControlState &state)

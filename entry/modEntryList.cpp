@@ -1,5 +1,6 @@
 #include "entry/modEntryList.h"
 
+#include "entry/DamagedEntries.h"
 #include "entry/EntryColumn.h"
 #include "platform/clsRunTimeError.h"
 #include "session/EntryFilter.h"
@@ -74,6 +75,7 @@ void modEntryList::LoadEntryList()
     if (m_session.CurrentCompanyCode != m_list.LastCompany)
         ChangeCompany();
     StartNewEntry();
+    const QString damage = NewDamage();
     if (!FillEntryRecordset()) {
         m_messages.Tell(u"Application cannot create a recordset."_s);
         EndProgram();
@@ -90,6 +92,18 @@ void modEntryList::LoadEntryList()
     } else {
         m_grid->SetCol(0);
     }
+    if (!damage.isEmpty())
+        m_messages.Tell(damage);
+}
+
+QString modEntryList::NewDamage()
+{
+    modDBEntr &entries = m_tables.Entries;
+    entries.MoveFirst(); // what another program has done meanwhile counts as well
+    const std::vector<qint32> damaged = entries.DamagedEntries();
+    const bool isNew = damaged.size() > m_damagedCount;
+    m_damagedCount = damaged.size();
+    return isNew ? DamagedEntriesText(entries, damaged) : QString();
 }
 
 void modEntryList::FillCompanyList()
@@ -124,6 +138,7 @@ void modEntryList::ChangeCompany()
     m_screen[EntryControl::txtUser].Text = m_tables.Employee.Working.Employee_Number;
     m_screen[EntryControl::lblUserName].Text = m_tables.Employee.Working.Employee_Name;
     m_filter = FilterState();
+    m_damagedCount = 0;
     m_list.LastCompany = m_session.CurrentCompanyCode;
 }
 

@@ -58,6 +58,7 @@ private:
     void ReturnToCompany(const QString &code);
     void OpenCompany();
     void MarkRow(int row);
+    QString NewDamage(); ///< what to tell of entries that are not as they were saved, else empty
 
     Tables &m_tables;
     modSync &m_sync;
@@ -74,4 +75,5 @@ private:
     EntryReferences m_references;
     std::shared_ptr<const clsRecordSet> m_recordset;
     bool m_showsRates = false; // time entries show rate and amount
+    size_t m_damagedCount = 0; // of the company's entries, as last told
 };

@@ -1,6 +1,7 @@
 #include "exchange/Collection.h"
 
 #include "exchange/ExchangeErrors.h"
+#include "store/StoreErrors.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +26,7 @@ bool Collection::Prepare()
     const LocalDatabases::Open entries(m_local, m_databaseName);
     if (!entries.Exists())
         return false;
+    RequireAsSaved(entries.Handle);
     const BatchNote note = ReadBatchNote(entries.Handle);
     const QString delivered = note.Batch.isEmpty() ? QString() : m_uploads.Delivered(note.Batch);
     if (delivered.isEmpty())
@@ -48,6 +50,17 @@ bool Collection::Prepare()
         entries.Handle, BatchNote{m_batch, Uploads::DigestOf(contents)}.Text());
     m_uploads.Write(m_batch, contents);
     return true;
+}
+
+void Collection::RequireAsSaved(RecordStore::Handle entries)
+{
+    // The user sees them in the program, and nobody else can say what was meant.
+    const std::vector<qint32> damaged = m_local.Store().DamagedRecords(entries);
+    if (!damaged.empty())
+        RaiseStoreError(StoreErrors::BadRecord,
+            u"Record "_s + QString::number(damaged.front() + 1) + u" of the database "_s
+                + m_databaseName
+                + u" is not as it was saved; correct or delete it in Worklog Remote"_s);
 }
 
 void Collection::Finish(

@@ -48,6 +48,8 @@ public:
     qint64 FinishedCount() const { return m_finishedCount; }
 
 private:
+    /// Errors: StoreErrors::BadRecord, naming a record whose check value does not hold.
+    void RequireAsSaved(RecordStore::Handle entries);
     BatchNote ReadBatchNote(RecordStore::Handle entries);
     /// Takes out what an earlier run has handed over in the file `delivered`.
     /// Errors: BadFile when the file is not the one of the note; nothing has changed then.

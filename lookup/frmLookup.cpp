@@ -2,6 +2,7 @@
 
 #include "lookup/ui_frmLookup.h"
 #include "platform/clsRunTimeError.h"
+#include "platform/DataLabel.h"
 #include "platform/FormEvents.h"
 #include "platform/Twips.h"
 
@@ -114,7 +115,7 @@ void frmLookup::ShowModal()
 
 void frmLookup::Form_Load()
 {
-    setWindowTitle(m_mod.Caption());
+    setWindowTitle(m_mod.Caption().left(MostCharactersShown));
 }
 
 void frmLookup::Form_Activate()

@@ -4,6 +4,7 @@
 #include "lookup/ui_frmTransFilter.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/clsUpperCase.h"
+#include "platform/DataLabel.h"
 #include "platform/FormEvents.h"
 
 using namespace Qt::StringLiterals;
@@ -99,10 +100,10 @@ bool frmTransFilter::Handle(const std::function<void()> &action)
 void frmTransFilter::Render()
 {
     for (const Row &row : m_rows) {
-        row.Label->setText(CaptionText(m_mod.Caption(row.Field)));
+        ShowData(*row.Label, CaptionText(m_mod.Caption(row.Field)));
         if (row.Box->text() != m_mod.Text(row.Field))
             row.Box->setText(m_mod.Text(row.Field));
-        row.Name->setText(m_mod.Name(row.Field));
+        ShowData(*row.Name, m_mod.Name(row.Field));
     }
     DrawBackground(*ui->txtProject, !m_mod.ProjectIsOpen());
     ui->cmdProject->setEnabled(m_mod.ProjectIsOpen());

@@ -1,5 +1,6 @@
 #include "platform/clsGrid.h"
 
+#include "platform/DataLabel.h"
 #include "platform/Twips.h"
 
 #include <QAbstractTableModel>
@@ -82,8 +83,9 @@ public:
     {
         if (!index.isValid())
             return {};
-        if (role == Qt::DisplayRole)
-            return m_records->Value(m_order[static_cast<size_t>(index.row())], index.column());
+        if (role == Qt::DisplayRole || role == Qt::EditRole)
+            return For(
+                role, m_records->Value(m_order[static_cast<size_t>(index.row())], index.column()));
         if (role == Qt::TextAlignmentRole)
             return QVariant::fromValue(AlignmentOf(index.column()));
         return {};
@@ -92,14 +94,19 @@ public:
     {
         if (orientation != Qt::Horizontal || section >= columnCount())
             return {};
-        if (role == Qt::DisplayRole)
-            return m_records->FieldName(section);
+        if (role == Qt::DisplayRole || role == Qt::EditRole)
+            return For(role, m_records->FieldName(section));
         if (role == Qt::TextAlignmentRole)
             return QVariant::fromValue(AlignmentOf(section));
         return {};
     }
 
 private:
+    /// What is painted is no longer than can be looked at; Qt::EditRole is the whole text.
+    static QString For(int role, const QString &text)
+    {
+        return role == Qt::EditRole ? text : text.left(MostCharactersShown);
+    }
     Qt::Alignment AlignmentOf(int column) const
     {
         return m_alignments.value(column, Qt::AlignLeft | Qt::AlignVCenter);
@@ -225,8 +232,8 @@ int clsGrid::Cols() const
 QString clsGrid::TextMatrix(int row, int column) const
 {
     if (row == 0)
-        return m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    return m_model->index(row - 1, column).data().toString();
+        return m_model->headerData(column, Qt::Horizontal, Qt::EditRole).toString();
+    return m_model->index(row - 1, column).data(Qt::EditRole).toString();
 }
 
 void clsGrid::SetRow(int row)

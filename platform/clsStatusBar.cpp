@@ -1,5 +1,7 @@
 #include "platform/clsStatusBar.h"
 
+#include "platform/DataLabel.h"
+
 using namespace Qt::StringLiterals;
 
 clsStatusBar::clsStatusBar(QWidget *parent)
@@ -18,5 +20,5 @@ clsStatusBar::clsStatusBar(QWidget *parent)
 
 void clsStatusBar::SetPanelText(int panel, const QString &text)
 {
-    m_panels.at(static_cast<size_t>(panel - 1))->setText(text);
+    ShowData(*m_panels.at(static_cast<size_t>(panel - 1)), text);
 }

@@ -7,6 +7,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Enough for every message of ours, whatever stands in the data that it tells about.
+constexpr qsizetype MostCharactersTold = 4000;
+
 QMessageBox::Icon BoxIcon(MessageIcon icon)
 {
     switch (icon) {
@@ -71,7 +74,7 @@ MessageAnswer clsWindowMessageBox::Ask(
     QMessageBox box(modal != nullptr ? modal : m_parent.data());
     box.setWindowTitle(u"Worklog Remote"_s);
     box.setTextFormat(Qt::PlainText);
-    box.setText(text);
+    box.setText(text.left(MostCharactersTold));
     box.setIcon(BoxIcon(icon));
     box.setStandardButtons(BoxButtons(buttons));
     box.setDefaultButton(BoxButton(preset));

@@ -2,6 +2,7 @@
 
 #include "platform/clsRunTimeError.h"
 #include "platform/DurableFiles.h"
+#include "store/CheckValue.h"
 #include "store/FieldText.h"
 #include "store/StoreErrors.h"
 
@@ -22,6 +23,22 @@ namespace {
 constexpr int BusyTimeoutMilliseconds = 250;
 constexpr int HeaderBytes = 100;
 constexpr size_t ApplicationIdOffset = 68;
+constexpr const char *CheckColumn = "Check_Value";
+constexpr const char *CheckMark = "Has_Check_Values"; // of Record_Store, where the table has them
+
+/// What a file may ask of SQLite: enough for every text that a window takes, and little for
+/// somebody who has prepared a file to wear it out.
+struct Limit
+{
+    int What;
+    int Most;
+};
+constexpr std::array Limits
+    = {Limit{SQLITE_LIMIT_LENGTH, 64'000'000}, Limit{SQLITE_LIMIT_SQL_LENGTH, 200'000},
+        Limit{SQLITE_LIMIT_EXPR_DEPTH, 20}, Limit{SQLITE_LIMIT_COMPOUND_SELECT, 3},
+        Limit{SQLITE_LIMIT_VDBE_OP, 25'000}, Limit{SQLITE_LIMIT_FUNCTION_ARG, 8},
+        Limit{SQLITE_LIMIT_ATTACHED, 0}, Limit{SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50},
+        Limit{SQLITE_LIMIT_TRIGGER_DEPTH, 1}, Limit{SQLITE_LIMIT_WORKER_THREADS, 0}};
 
 constexpr QFile::Permissions AnyRead = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
 constexpr QFile::Permissions AnyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
@@ -239,6 +256,8 @@ void DatabaseFile::Configure()
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    for (const Limit &limit : Limits)
+        sqlite3_limit(m_database, limit.What, limit.Most);
     Execute("PRAGMA cell_size_check = ON");
     SetDurability();
 }
@@ -277,6 +296,27 @@ void DatabaseFile::LoadDefinition()
     }
     m_quotedTable = Quoted(m_tableName);
     CheckColumns();
+    LookForCheckValues();
+}
+
+void DatabaseFile::LookForCheckValues()
+{
+    const bool isField = std::any_of(m_schema.begin(), m_schema.end(), [](const auto &field) {
+        return field.Name.compare(QLatin1String(CheckColumn), Qt::CaseInsensitive) == 0;
+    });
+    const auto typeOfColumn = [this](const std::string &table, const char *column) {
+        Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
+        statement.Bind(1, table);
+        statement.Bind(2, std::string_view(column));
+        return statement.Step() ? std::string(statement.Text(0)) : std::string();
+    };
+    const std::string beside = typeOfColumn(m_tableName.toStdString(), CheckColumn);
+    // Said twice, so that damage to a column's name does not take the check away.
+    const bool isSaid = !typeOfColumn("Record_Store", CheckMark).empty();
+    m_hasCheckValues = isSaid && !isField && beside == "TEXT";
+    if (m_hasCheckValues != isSaid || (!isSaid && !isField && !beside.empty()))
+        RaiseStoreError(StoreErrors::Damaged,
+            u"The column of check values is not as it was created: "_s + m_fileName);
 }
 
 bool DatabaseFile::IsStrictTable(const QString &name)
@@ -310,8 +350,12 @@ void DatabaseFile::DefineTable(
     const QString &name, const QString &schemaText, const std::string &columns)
 {
     Execute("PRAGMA application_id = " + std::to_string(static_cast<qint32>(m_creator)));
+    const std::string mark = m_hasCheckValues
+        ? std::string(", ") + CheckMark + " TEXT NOT NULL DEFAULT 'Y'"
+        : std::string();
     Execute("CREATE TABLE Record_Store (Type_Code INTEGER NOT NULL, Table_Name TEXT NOT NULL, "
-            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT '') STRICT");
+            "Schema_Text TEXT NOT NULL, Note TEXT NOT NULL DEFAULT ''"
+        + mark + ") STRICT");
     Execute("CREATE TABLE " + Quoted(name) + " (" + columns + ") STRICT");
     Statement statement(*this,
         "INSERT INTO Record_Store (Type_Code, Table_Name, Schema_Text) "
@@ -335,6 +379,8 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
         columns += Quoted(field.Name) + ' ' + SqlType(field.Type).toStdString()
             + " NOT NULL DEFAULT " + (field.Type == FieldType::Currency ? "0" : "''");
     }
+    if (m_hasCheckValues)
+        columns += std::string(", ") + CheckColumn + " TEXT NOT NULL DEFAULT ''";
     Begin();
     try {
         DefineTable(name, schemaText, columns);
@@ -384,12 +430,56 @@ void DatabaseFile::ReadRows(const std::function<void(const RowSource &)> &row)
                         + File.m_fileName);
             return *seconds;
         }
+        bool IsAsSaved() const override { return File.HoldsCheckValue(Current, 1); }
     };
-    Statement statement(
-        *this, "SELECT rowid, " + ColumnNames() + " FROM " + m_quotedTable + " ORDER BY rowid");
+    Statement statement(*this,
+        "SELECT rowid, " + ColumnNames() + (m_hasCheckValues ? std::string(", ") + CheckColumn : "")
+            + " FROM " + m_quotedTable + " ORDER BY rowid");
     const Source source(*this, statement);
     while (statement.Step())
         row(source);
+}
+
+void DatabaseFile::CheckIntegrity()
+{
+    Statement statement(*this, "PRAGMA integrity_check(1)");
+    if (!statement.Step() || statement.Text(0) != "ok")
+        RaiseStoreError(StoreErrors::Damaged,
+            u"The database is damaged: "_s + m_fileName + u" ("_s
+                + statement.String(0).simplified().left(200) + u")"_s);
+}
+
+bool DatabaseFile::HoldsCheckValue(const Statement &statement, int firstColumn) const
+{
+    if (!m_hasCheckValues)
+        return true;
+    const std::string_view stored = statement.Text(firstColumn + static_cast<int>(m_schema.size()));
+    if (stored.empty())
+        return true; // another program's record
+    CheckValue value;
+    int column = firstColumn;
+    for (const SchemaField &field : m_schema) {
+        if (field.Type == FieldType::Currency)
+            value.Add(statement.Number(column));
+        else
+            value.Add(statement.Text(column));
+        ++column;
+    }
+    return stored == value.Text();
+}
+
+std::string DatabaseFile::CheckValueOf(const StoredRow &row) const
+{
+    CheckValue value;
+    for (size_t i = 0; i < row.size(); ++i) {
+        if (m_schema[i].Type == FieldType::String)
+            value.Add(std::get<std::string>(row[i]));
+        else if (m_schema[i].Type == FieldType::Currency)
+            value.Add(std::get<qint64>(row[i]));
+        else
+            value.Add(std::string_view(DateText(std::get<qint64>(row[i]))));
+    }
+    return value.Text();
 }
 
 StoredRow DatabaseFile::ReadRow(qint64 rowId)
@@ -472,10 +562,13 @@ qint64 DatabaseFile::Insert(const StoredRow &row)
 {
     if (!m_insert) {
         std::string places;
-        for (size_t i = 1; i <= m_schema.size(); ++i)
+        const size_t values = m_schema.size() + (m_hasCheckValues ? 1 : 0);
+        for (size_t i = 1; i <= values; ++i)
             places += (i == 1 ? "?" : ", ?") + std::to_string(i);
         m_insert = std::make_unique<Statement>(*this,
-            "INSERT INTO " + m_quotedTable + " (" + ColumnNames() + ") VALUES (" + places + ")");
+            "INSERT INTO " + m_quotedTable + " (" + ColumnNames()
+                + (m_hasCheckValues ? std::string(", ") + CheckColumn : "") + ") VALUES (" + places
+                + ")");
     }
     m_insert->Reset();
     BindRow(*m_insert, row);
@@ -490,11 +583,14 @@ void DatabaseFile::Update(qint64 rowId, const StoredRow &row)
     for (size_t i = 0; i < m_schema.size(); ++i)
         assignments
             += (i == 0 ? "" : ", ") + Quoted(m_schema[i].Name) + " = ?" + std::to_string(i + 1);
+    int rowIdPlace = static_cast<int>(m_schema.size()) + 1;
+    if (m_hasCheckValues)
+        assignments += std::string(", ") + CheckColumn + " = ?" + std::to_string(rowIdPlace++);
     Statement statement(*this,
         "UPDATE " + m_quotedTable + " SET " + assignments + " WHERE rowid = ?"
-            + std::to_string(m_schema.size() + 1));
+            + std::to_string(rowIdPlace));
     BindRow(statement, row);
-    statement.Bind(static_cast<int>(m_schema.size()) + 1, rowId);
+    statement.Bind(rowIdPlace, rowId);
     statement.Step();
 }
 
@@ -529,6 +625,8 @@ void DatabaseFile::BindRow(Statement &statement, const StoredRow &row)
         else
             statement.Bind(parameter, std::string_view(DateText(std::get<qint64>(row[i]))));
     }
+    if (m_hasCheckValues)
+        statement.Bind(static_cast<int>(row.size()) + 1, std::string_view(CheckValueOf(row)));
 }
 
 std::string DatabaseFile::ColumnNames() const

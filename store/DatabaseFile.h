@@ -23,7 +23,9 @@ using StoredRow = std::vector<StoredValue>;
 /// One SQLite file with one table of ours.
 ///
 /// The creator's number is the file's application_id. Beside the table a one-row table keeps the
-/// type's number, the table's name, the schema text as it was passed, and a note.
+/// type's number, the table's name, the schema text as it was passed, and a note. Where the table
+/// has a text column Check_Value beside its fields, each record's check value stands there; it is
+/// empty where another program wrote the record, until the record is next written here.
 ///
 /// Errors: clsRunTimeError with a number of StoreErrors and a text that names the file. A file
 ///         that is not ours is recognised from its first bytes, before SQLite touches it.
@@ -47,6 +49,10 @@ public:
     bool HasTable() const { return !m_schema.empty(); }
     const Schema &Fields() const { return m_schema; }
 
+    /// The table that is created next keeps a check value beside each record.
+    void KeepCheckValues() { m_hasCheckValues = true; }
+    bool HasCheckValues() const { return m_hasCheckValues; }
+
     void CreateTable(const QString &name, const QString &schemaText);
 
     /// A row as the file gives it; the values are valid during the call only.
@@ -56,6 +62,8 @@ public:
         virtual std::string_view Text(int field) const = 0;
         /// A Currency or Date value. Raises BadRecord for a text that is no date.
         virtual qint64 Number(int field) const = 0;
+        /// False when there is a check value, and the fields are not those that it was made of.
+        virtual bool IsAsSaved() const = 0;
 
     protected:
         ~RowSource() = default;
@@ -65,6 +73,8 @@ public:
     /// in the middle of a write, the file may be of no use.
     void MakeScratch();
 
+    /// Raises Damaged when the file's pages do not fit together: rows may be missing then.
+    void CheckIntegrity();
     /// Hands over all rows in stored order.
     void ReadRows(const std::function<void(const RowSource &)> &row);
     /// The row with that id, empty when it is gone or holds a text that is no date.
@@ -103,6 +113,9 @@ private:
     bool IsStrictTable(const QString &name);
     void LoadDefinition();
     void CheckColumns();
+    void LookForCheckValues();
+    bool HoldsCheckValue(const Statement &statement, int firstColumn) const;
+    std::string CheckValueOf(const StoredRow &row) const;
     void DefineTable(const QString &name, const QString &schemaText, const std::string &columns);
     void Execute(const std::string &sql);
     void Check(int result) const;
@@ -119,6 +132,7 @@ private:
     quint32 m_type = 0;
     quint32 m_creator = 0; // of a new file
     bool m_isScratch = false;
+    bool m_hasCheckValues = false;
     std::unique_ptr<Statement> m_insert; // kept, because a bulk of records is inserted one by one
 };
 

@@ -48,6 +48,7 @@ struct RecordStore::OpenTable
     Begun Pending = Begun::Nothing;
     StoredRow PendingRow;
     bool InBatch = false;
+    std::vector<qint64> DamagedRows; // row ids, as of the last reading
     std::unordered_map<qint64, StoredRow> Unwritten; // by row id: what the batch has still to write
 
     void Drop()
@@ -124,7 +125,14 @@ void RecordStore::Load(OpenTable &table) const
     // Read first: a write that comes in between is then seen as one.
     table.DataVersion = table.File->DataVersion();
     records.Reserve(static_cast<size_t>(table.File->RowCountGuess()));
-    table.File->ReadRows([&](const DatabaseFile::RowSource &source) { records.Append(source); });
+    if (table.File->HasCheckValues())
+        table.File->CheckIntegrity();
+    table.DamagedRows.clear();
+    table.File->ReadRows([&](const DatabaseFile::RowSource &source) {
+        records.Append(source);
+        if (!source.IsAsSaved())
+            table.DamagedRows.push_back(source.RowId());
+    });
     if (!table.Order.empty())
         records.Sort(table.Order);
     table.Table = std::move(records);
@@ -459,6 +467,7 @@ void RecordStore::UpdateRecord(Handle handle)
 /// told as a failed write, so the table is then read anew.
 void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew) const
 {
+    std::erase(table.DamagedRows, rowId);
     try {
         if (table.Table && isNew) {
             table.Table->Append(rowId, table.PendingRow);
@@ -568,6 +577,22 @@ qint32 RecordStore::CreateTable(Handle handle, const QString &name, const QStrin
 void RecordStore::MakeScratch(Handle handle)
 {
     Find(handle).File->MakeScratch();
+}
+
+void RecordStore::KeepCheckValues(Handle handle)
+{
+    Find(handle).File->KeepCheckValues();
+}
+
+std::vector<qint32> RecordStore::DamagedRecords(Handle handle)
+{
+    const OpenTable &table = Loaded(handle);
+    std::vector<qint32> positions;
+    for (const qint64 rowId : table.DamagedRows) {
+        if (const std::optional<size_t> position = table.Table->PositionOf(rowId))
+            positions.push_back(static_cast<qint32>(*position));
+    }
+    return positions;
 }
 
 qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)

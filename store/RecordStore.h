@@ -122,6 +122,14 @@ public:
     /// What is written under the handle from now on is for this run of the program only: no write
     /// waits for the disk, and a crash may leave a file that is of no use.
     void MakeScratch(Handle handle);
+    /// The table that CreateTable then makes keeps a check value beside each record, in a column
+    /// of its own that is no field. Loading it raises Damaged for a file in which records may be
+    /// missing.
+    void KeepCheckValues(Handle handle);
+    /// The positions, in the current order, of records that are not what was saved: the check
+    /// value does not hold. They are read like any other; a record counts no longer when it has
+    /// been written again.
+    std::vector<qint32> DamagedRecords(Handle handle);
     /// 0, or 1 when there was no such file. Handles of the file are closed first.
     qint32 DeleteDatabase(const QString &path, qint32 reserved1, qint32 reserved2);
 

@@ -62,4 +62,7 @@ public:
     {
         return m_store.NumbersOf(Handle, field);
     }
+
+    /// Positions of entries that are not as they were saved.
+    std::vector<qint32> DamagedEntries() { return m_store.DamagedRecords(Handle); }
 };

@@ -67,15 +67,15 @@ void modDBMain::CreateGlobalOptions(const QString &name)
 
 void modDBMain::CreateEntries(const QString &name)
 {
-    CreateOne(name, EntryRecord::SchemaText);
+    CreateOne(name, EntryRecord::SchemaText, Kind::WithCheckValues);
 }
 
 void modDBMain::CreateHoursSummary(const QString &name)
 {
-    CreateOne(name, HoursSummaryRecord::SchemaText, Lifetime::Scratch);
+    CreateOne(name, HoursSummaryRecord::SchemaText, Kind::Scratch);
 }
 
-void modDBMain::CreateOne(const QString &name, QStringView schemaText, Lifetime lifetime)
+void modDBMain::CreateOne(const QString &name, QStringView schemaText, Kind kind)
 {
     if (!CanBeFileName(name))
         RaiseStoreError(
@@ -83,8 +83,10 @@ void modDBMain::CreateOne(const QString &name, QStringView schemaText, Lifetime 
     RecordStore::Handle handle = m_store.CreateDatabase(
         PathOf(name), CodeNumber(m_codes.Type), CodeNumber(m_codes.Creator));
     try {
-        if (lifetime == Lifetime::Scratch)
+        if (kind == Kind::Scratch)
             m_store.MakeScratch(handle);
+        if (kind == Kind::WithCheckValues)
+            m_store.KeepCheckValues(handle);
         m_store.CreateTable(handle, name, schemaText.toString());
     } catch (...) {
         CloseTable(handle);

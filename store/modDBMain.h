@@ -33,13 +33,13 @@ public:
     void CreateHoursSummary(const QString &name); ///< a scratch table
 
 private:
-    enum class Lifetime
+    enum class Kind
     {
-        Lasting,
+        Plain,
+        WithCheckValues, ///< holds what nobody could give us again
         Scratch
     };
-    void CreateOne(
-        const QString &name, QStringView schemaText, Lifetime lifetime = Lifetime::Lasting);
+    void CreateOne(const QString &name, QStringView schemaText, Kind kind = Kind::Plain);
     QString PathOf(const QString &name) const;
 
     RecordStore &m_store;

@@ -1,5 +1,6 @@
 #include "sync/frmSyncOptions.h"
 
+#include "platform/DataLabel.h"
 #include "sync/ui_frmSyncOptions.h"
 
 #include <QSignalBlocker>
@@ -60,11 +61,11 @@ void frmSyncOptions::Render()
     for (int option = 0; option < modSyncOptions::Options; ++option) {
         QRadioButton &button = *m_options.at(static_cast<size_t>(option));
         // The accounting system's name is no place for a shortcut.
-        button.setText(QString(m_module.Caption(option)).replace(u'&', u"&&"_s));
+        ShowData(button, QString(m_module.Caption(option)).replace(u'&', u"&&"_s));
         const QSignalBlocker blocked(button);
         button.setChecked(m_module.Selected() == option);
     }
-    ui->lblSyncOptionDesc->setText(m_module.Description());
+    ui->lblSyncOptionDesc->setText(m_module.Description().left(MostCharactersShown));
     DrawPanels(*ui->StatusBar1, m_module.Panels());
 }
 

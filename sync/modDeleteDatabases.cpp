@@ -6,9 +6,11 @@
 
 using namespace Qt::StringLiterals;
 
-modDeleteDatabases::modDeleteDatabases(Tables &tables, modSync &sync, clsMessageBox &messages)
+modDeleteDatabases::modDeleteDatabases(
+    Tables &tables, modSync &sync, modBackup &backup, clsMessageBox &messages)
     : m_tables(tables)
     , m_sync(sync)
+    , m_backup(backup)
     , m_messages(messages)
 {
 }
@@ -30,6 +32,7 @@ bool modDeleteDatabases::DeleteAllDatabases()
         main.DeleteTable(main.GlobalName(DatabasePrefix::Company));
         m_tables.GlobalOptions.Handle = main.CloseTable(m_tables.GlobalOptions.Handle);
         main.DeleteTable(main.GlobalName(DatabasePrefix::GlobalOptions));
+        m_backup.DeleteCopies();
         return true;
     } catch (const clsRunTimeError &) {
         return false; // the caller tells the user

@@ -10,13 +10,14 @@
 class modDeleteDatabases
 {
 public:
-    modDeleteDatabases(Tables &tables, modSync &sync, clsMessageBox &messages); // all outlive it
+    /// All outlive it.
+    modDeleteDatabases(Tables &tables, modSync &sync, modBackup &backup, clsMessageBox &messages);
 
     /// Warns, with No as the default; true when the user wants to go on.
     bool AskDelete();
 
     /// Deletes the nine databases of every company that is listed, then the two global ones. A
-    /// missing one is no error.
+    /// missing one is no error. The copies of the entries go last.
     /// False when one could not be deleted or the list could not be read; what comes after it in
     /// that order is still there.
     /// \pre SessionState::DeletionInProgress is set, so that all databases are closed first.
@@ -28,5 +29,6 @@ private:
 
     Tables &m_tables;
     modSync &m_sync;
+    modBackup &m_backup;
     clsMessageBox &m_messages;
 };

@@ -28,12 +28,13 @@ std::optional<Installation> CheckInstallation(const QString &root)
     return {};
 }
 
-modSync::modSync(
-    Tables &tables, SessionState &session, clsMessageBox &messages, clsProcess &process)
+modSync::modSync(Tables &tables, SessionState &session, clsMessageBox &messages,
+    clsProcess &process, modBackup &backup)
     : m_tables(tables)
     , m_session(session)
     , m_messages(messages)
     , m_process(process)
+    , m_backup(backup)
 {
 }
 
@@ -171,6 +172,7 @@ void modSync::StartClientAndWait()
     const QString program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
     const QString arguments = ClientArguments(launch, folder);
     const clsWorkingFolder inHome(home.isEmpty() ? JoinPath(launch.Root, u"Home"_s) : home);
+    m_backup.CopyEntries();
     if (program.isEmpty() || !TellsFolder(arguments, folder)
         || !m_process.RunAndWait(program, arguments, home))
         throw clsRunTimeError(RunTimeErrors::ProcessNotStarted, u"MAS 90 and MAS 200 Sync"_s,
@@ -181,6 +183,7 @@ void modSync::RunSynchronisation()
 {
     try {
         m_session.SynchronisationInProgress = true;
+        m_backup.Forget();
         CloseAllDatabases();
         if (CheckEntriesExist())
             StartClientAndWait();

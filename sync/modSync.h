@@ -4,6 +4,7 @@
 #include "platform/clsProcess.h"
 #include "session/SessionState.h"
 #include "store/Tables.h"
+#include "sync/modBackup.h"
 
 #include <QString>
 
@@ -29,7 +30,9 @@ std::optional<Installation> CheckInstallation(const QString &root);
 class modSync
 {
 public:
-    modSync(Tables &tables, SessionState &session, clsMessageBox &messages, clsProcess &process);
+    /// All outlive it.
+    modSync(Tables &tables, SessionState &session, clsMessageBox &messages, clsProcess &process,
+        modBackup &backup);
 
     /// Opens the seven reference databases of the current company and, when all are there, its
     /// entries, which are created when missing. What was open is closed first.
@@ -38,6 +41,8 @@ public:
     /// ones too.
     void CloseAllDatabases();
 
+    /// Copies the entries before the client is started. What is missing after the restart, the
+    /// backup then knows.
     /// \pre the main window is unloaded. All databases are closed afterwards.
     void RunSynchronisation();
 
@@ -54,4 +59,5 @@ private:
     SessionState &m_session;
     clsMessageBox &m_messages;
     clsProcess &m_process;
+    modBackup &m_backup;
 };

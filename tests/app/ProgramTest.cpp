@@ -268,6 +268,77 @@ TEST_F(Program, ASynchronisationComesBackToTheCompanyWorkedIn)
     EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
 }
 
+TEST_F(Program, EntriesThatVanishUnaskedAreToldAfterTheRestartWithTheirCopy)
+{
+    MakeInstallation();
+    SampleCompany company;
+    company.Options.Sync_Option = u"3"_s;
+    company.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(3))};
+    BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    const QString copy = Folder() + u"/backup/20260309-103000"_s;
+    bool copyCameFirst = false;
+    m_process.Work = [&] {
+        copyCameFirst = QFile::exists(copy + u"/ABCEntries-WkLg.db"_s);
+        QFile::remove(File(u"ABCEntries-WkLg"_s));
+    };
+    PressSync(*program.MainWindow());
+    EXPECT_TRUE(copyCameFirst);
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_THAT(m_messages.Texts(),
+        ElementsAre(u"An entry is no longer in %1, and nobody was asked to collect or erase "
+                    "entries.\n\nA copy from before the synchronization is kept in\n%2"_s.arg(
+                        File(u"ABCEntries-WkLg"_s), copy)));
+
+    // The next one finds what is there, and says nothing.
+    m_messages.Shown.clear();
+    m_process.Work = {};
+    PressSync(*program.MainWindow());
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+
+    m_messages.Answers = {MessageAnswer::Yes};
+    ChooseDeleteDatabases(*program.MainWindow());
+    EXPECT_FALSE(QFileInfo::exists(Folder() + u"/backup"_s));
+}
+
+TEST_F(Program, EntriesThatCannotBeReadAfterTheClientAreToldBeforeTheProgramEnds)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    qsizetype toldAtTheEnd = 0;
+    QObject::connect(&program, &clsProgram::Ended, [&] { toldAtTheEnd = m_messages.Shown.size(); });
+    program.StartUp();
+    m_process.Work = [&] {
+        QFile file(File(u"ABCEntries-WkLg"_s));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("half written");
+    };
+    PressSync(*program.MainWindow());
+    ASSERT_EQ(m_messages.Shown.size(), 2);
+    EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"Error "_s));
+    EXPECT_TRUE(m_messages.Shown[1].Text.contains(Folder() + u"/backup/20260309-103000"_s));
+    EXPECT_EQ(program.MainWindow(), nullptr);
+    EXPECT_EQ(toldAtTheEnd, 2);
+}
+
+TEST_F(Program, WithoutACopyOfTheEntriesNoClientIsStarted)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    QFile inTheWay(Folder() + u"/backup"_s);
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    PressSync(*program.MainWindow());
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(m_messages.Shown[0].Text.contains(Folder() + u"/backup"_s));
+    EXPECT_NE(program.MainWindow(), nullptr);
+}
+
 TEST_F(Program, TheLockIsHeldWhileTheClientWorks)
 {
     MakeInstallation();

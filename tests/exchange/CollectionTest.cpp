@@ -119,6 +119,35 @@ TEST(Collection, ADroppedCompanyThatShallDoNothingKeepsItsEntries)
     EXPECT_EQ(place.Entries(u"OLD"_s).size(), 1U);
 }
 
+TEST(Collection, AnEntryThatIsNotAsItWasSavedIsNotHandedOver)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2)});
+    const QString name = place.Program + u"/ABCEntries-WkLg.db"_s;
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    const qsizetype at = bytes.indexOf(EntryNumber(2).Description.toUtf8());
+    ASSERT_GT(at, 0);
+    bytes[at] = static_cast<char>(bytes[at] ^ 1);
+    file.seek(0);
+    file.write(bytes);
+    file.close();
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+
+    const Outcome outcome = place.Synchronise();
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"Record 2 of the database ABCEntries-WkLg"_s))
+        << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.LocalFiles(), before);
+    EXPECT_TRUE(place.Uploads(u"ABC"_s).isEmpty());
+    place.Choose(u"ABC"_s, u"2"_s); // erasing asks nobody
+    EXPECT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+}
+
 TEST(Collection, UploadsThatCannotBeWrittenLeaveTheEntries)
 {
     const Installation place;

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include <optional>
+#include <type_traits>
 #include <vector>
 
 /// Real databases for tests, as the accounting side would leave them in a program folder.
@@ -72,6 +73,8 @@ void BuildDatabase(const QString &folder, const QString &name, const std::vector
     store.SetCreator(creator);
     const RecordStore::Handle handle
         = store.CreateDatabase(folder + u'/' + name, CodeNumber(SampleCodes().Type), creator);
+    if constexpr (std::is_same_v<Record, EntryRecord>)
+        store.KeepCheckValues(handle);
     store.CreateTable(handle, name, Record::SchemaText.toString());
     RecordStore::Batch batch(store, handle);
     for (const Record &record : records) {

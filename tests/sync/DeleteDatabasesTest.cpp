@@ -48,8 +48,10 @@ protected:
     SessionState m_session;
     clsRecordedMessages m_messages;
     clsRecordedProcess m_process;
-    modSync m_sync{m_tables, m_session, m_messages, m_process};
-    modDeleteDatabases m_delete{m_tables, m_sync, m_messages};
+    clsFixedClock m_clock;
+    modBackup m_backup{m_tables, m_clock};
+    modSync m_sync{m_tables, m_session, m_messages, m_process, m_backup};
+    modDeleteDatabases m_delete{m_tables, m_sync, m_backup, m_messages};
 };
 
 } // namespace
@@ -144,8 +146,10 @@ TEST_F(DeleteDatabases, ACompanysDatabasesGoInTheirOrder)
         };
         ASSERT_TRUE(QFile::remove(file(blocked)));
         ASSERT_TRUE(QDir().mkpath(file(blocked) + u"/in the way"_s));
-        modSync sync(folder.Tables, m_session, m_messages, m_process);
-        EXPECT_FALSE(modDeleteDatabases(folder.Tables, sync, m_messages).DeleteAllDatabases());
+        modBackup backup(folder.Tables, m_clock);
+        modSync sync(folder.Tables, m_session, m_messages, m_process, backup);
+        EXPECT_FALSE(
+            modDeleteDatabases(folder.Tables, sync, backup, m_messages).DeleteAllDatabases());
         for (const QString &prefix : order)
             EXPECT_EQ(QFile::exists(file(prefix)), order.indexOf(prefix) >= order.indexOf(blocked))
                 << prefix.toStdString() << " when " << blocked.toStdString() << " cannot go";

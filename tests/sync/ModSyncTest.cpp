@@ -83,7 +83,9 @@ protected:
     SessionState m_session;
     clsRecordedMessages m_messages;
     clsRecordedProcess m_process;
-    modSync m_sync{m_tables, m_session, m_messages, m_process};
+    clsFixedClock m_clock;
+    modBackup m_backup{m_tables, m_clock};
+    modSync m_sync{m_tables, m_session, m_messages, m_process, m_backup};
 };
 
 } // namespace

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+
+struct sqlite3_vfs;
+
+enum class DiskFault
+{
+    Full, ///< what needs space fails: writing, creating, putting on the disk
+    InputOutput, ///< every call fails
+    Kill, ///< the process is killed before the call
+    PowerLoss ///< the call and all that follow have no effect; see LosePower
+};
+
+enum class FaultLasts
+{
+    Once,
+    ForGood
+};
+
+/// The disk under one folder, which fails at the n-th call that changes something on it.
+///
+/// Counted: opening, writing, truncating, syncing and deleting, as SQLite asks for them, and
+///          unlink, link, rename and fsync as everybody else does. Of a Full disk only those that
+///          can meet it.
+/// Shape:   SQLite's default disk is replaced while the object lives, and the calls of the C
+///          library always pass through here; one object at a time.
+class FaultyDisk
+{
+public:
+    explicit FaultyDisk(const QString &folder);
+    ~FaultyDisk();
+    FaultyDisk(const FaultyDisk &) = delete;
+    FaultyDisk &operator=(const FaultyDisk &) = delete;
+
+    /// Counting begins anew; call 0 never comes, so that calls are counted only.
+    void FailAt(int call, DiskFault fault, FaultLasts lasts = FaultLasts::ForGood);
+    /// From now on nothing fails; the number of calls that were counted.
+    int Mend();
+    bool HasFailed() const { return !m_failedCall.isEmpty(); }
+    const QByteArray &FailedCall() const { return m_failedCall; } ///< "write ABC.db-journal"
+
+    /// Leaves on the disk what a loss of power now would: what was synced, and of the rest, sector
+    /// by sector, what chance wants; nothing of it without `random`. \pre no file is open.
+    void LosePower(std::mt19937 *random);
+
+    // What the calls themselves need.
+    enum class Call
+    {
+        Open,
+        Create,
+        Write,
+        Truncate,
+        Sync,
+        Delete,
+        Rename
+    };
+    struct Vfs;
+    bool Watches(const QByteArray &path) const;
+    bool Fails(Call call, const QByteArray &path);
+    bool IsFull() const { return m_fault == DiskFault::Full; }
+    void ContentsChange(const QByteArray &path); ///< before they do
+    void NameChanges(const QByteArray &path);
+    void Synced(const QByteArray &path); ///< a file, or all names in a folder
+
+private:
+    using Contents = std::optional<QByteArray>; // none: there is no such file
+    struct Unsynced
+    {
+        Contents Durable;
+        bool ContentsDiffer = false; // else only whether the file has this name
+    };
+    static Contents Read(const QByteArray &path);
+    static void Restore(const QByteArray &path, const Contents &contents);
+    static QByteArray Mixed(const QByteArray &a, const QByteArray &b, std::mt19937 &random);
+
+    QByteArray m_folder;
+    std::unique_ptr<Vfs> m_vfs;
+    DiskFault m_fault = DiskFault::InputOutput;
+    FaultLasts m_lasts = FaultLasts::Once;
+    int m_failAt = 0;
+    int m_calls = 0;
+    QByteArray m_failedCall;
+    std::map<QByteArray, Unsynced> m_unsynced;
+};

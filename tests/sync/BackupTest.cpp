@@ -1,0 +1,282 @@
+// Copies of the entries around a synchronisation: whole, durable, ten of them, and looked into when
+// entries are gone that nobody was asked to take.
+
+#include "sync/modBackup.h"
+
+#include "platform/clsRunTimeError.h"
+#include "store/StoreErrors.h"
+#include "tests/support/Raised.h"
+#include "tests/support/Recorded.h"
+#include "tests/support/SampleCompany.h"
+#include "tests/support/SmallDisk.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const QString Name = u"ABCEntries-WkLg"_s;
+
+EntryRecord Entry(const QString &description)
+{
+    return SampleEntry(
+        u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 2), Currency::FromWhole(2), {}, description);
+}
+
+class Backup : public testing::Test
+{
+protected:
+    void Build(const QString &option = u"3"_s)
+    {
+        SampleCompany company;
+        company.Entries = {Entry(u"first"_s), Entry(u"same"_s), Entry(u"same"_s)};
+        company.Options.Sync_Option = option;
+        m_folder = std::make_unique<SampleFolder>(std::vector{company});
+        m_backup = std::make_unique<modBackup>(m_folder->Tables, m_clock);
+    }
+
+    QString File(const QString &name = Name) const
+    {
+        return m_folder->Path() + u'/' + name + u".db"_s;
+    }
+    QString BackupFolder() const { return m_folder->Path() + u"/backup"_s; }
+    QStringList Times() const
+    {
+        return QDir(BackupFolder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    }
+    static QByteArray Bytes(const QString &name)
+    {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+    }
+    static void Write(const QString &name, const QByteArray &contents)
+    {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(contents), contents.size());
+    }
+
+    /// What the client does to the entries at these places, from the last to the first.
+    void Remove(const QList<qint32> &positions)
+    {
+        modDBEntr &entries = m_folder->Tables.Entries;
+        entries.Handle = m_folder->Tables.Main.OpenTable(Name);
+        for (const qint32 position : positions) {
+            entries.MoveToPosition(position);
+            entries.DeleteRecord();
+        }
+        entries.Handle = m_folder->Tables.Main.CloseTable(entries.Handle);
+    }
+
+    QString Told(const QString &what) const
+    {
+        return what + u"\n\nA copy from before the synchronization is kept in\n"_s + BackupFolder()
+            + u"/20260309-103000"_s;
+    }
+
+    clsFixedClock m_clock;
+    std::unique_ptr<SampleFolder> m_folder;
+    std::unique_ptr<modBackup> m_backup;
+};
+
+} // namespace
+
+TEST_F(Backup, HoldsEveryEntriesDatabaseByteForByte)
+{
+    Build();
+    BuildDatabase<EntryRecord>(
+        m_folder->Path(), u"GONEEntries-WkLg"_s, {Entry(u"of a company no longer listed"_s)});
+    m_backup->CopyEntries();
+    EXPECT_THAT(Times(), ElementsAre(u"20260309-103000"_s));
+    const QDir copies(BackupFolder() + u"/20260309-103000"_s);
+    EXPECT_THAT(copies.entryList(QDir::Files),
+        ElementsAre(u"ABCEntries-WkLg.db"_s, u"GONEEntries-WkLg.db"_s));
+    for (const QString &name : {Name, u"GONEEntries-WkLg"_s})
+        EXPECT_EQ(Bytes(copies.filePath(name + u".db"_s)), Bytes(File(name)));
+    EXPECT_THAT(m_backup->WhatIsMissing(), QString());
+}
+
+TEST_F(Backup, IsPutBackByCopyingTheFile)
+{
+    Build();
+    m_backup->CopyEntries();
+    Remove({2, 1, 0});
+    ASSERT_TRUE(QFile::remove(File()));
+    ASSERT_TRUE(QFile::copy(BackupFolder() + u"/20260309-103000/ABCEntries-WkLg.db"_s, File()));
+    modDBEntr &entries = m_folder->Tables.Entries;
+    entries.Handle = m_folder->Tables.Main.OpenTable(Name);
+    EXPECT_EQ(entries.GetRecordCount(), 3);
+    EXPECT_THAT(entries.DamagedEntries(), IsEmpty());
+}
+
+TEST_F(Backup, IsNotMadeWithoutEntriesDatabases)
+{
+    Build();
+    ASSERT_TRUE(QFile::remove(File()));
+    m_backup->CopyEntries();
+    EXPECT_FALSE(QFileInfo::exists(BackupFolder()));
+    EXPECT_EQ(m_backup->WhatIsMissing(), QString());
+}
+
+TEST_F(Backup, KeepsTheNewestTen)
+{
+    Build();
+    for (int i = 0; i < 13; ++i) {
+        m_clock.Time = m_clock.Time.addSecs(i < 6 ? 60 : 0); // some within one second
+        m_backup->CopyEntries();
+    }
+    EXPECT_EQ(Times().size(), 10);
+    EXPECT_EQ(Times().first(), u"20260309-103400"_s);
+    EXPECT_EQ(Times().last(), u"20260309-103600-08"_s);
+
+    m_clock.Time = m_clock.Time.addYears(-1); // a clock that was set back
+    m_backup->CopyEntries();
+    EXPECT_EQ(Times().size(), 10);
+    EXPECT_EQ(Times().first(), u"20250309-103600"_s);
+}
+
+TEST_F(Backup, LeavesWhatSomebodyElseKeepsThere)
+{
+    Build();
+    QDir().mkpath(BackupFolder() + u"/mine"_s);
+    Write(BackupFolder() + u"/mine/ABCEntries-WkLg.db"_s, "mine");
+    for (int i = 0; i < 12; ++i) {
+        m_backup->CopyEntries();
+        if (i == 0)
+            Write(BackupFolder() + u"/20260309-103000/letter.txt"_s, "mine too");
+    }
+    m_backup->DeleteCopies();
+    EXPECT_EQ(Bytes(BackupFolder() + u"/mine/ABCEntries-WkLg.db"_s), "mine");
+    EXPECT_EQ(Bytes(BackupFolder() + u"/20260309-103000/letter.txt"_s), "mine too");
+}
+
+TEST_F(Backup, TellsEntriesThatNobodyWasAskedToTake)
+{
+    for (const QString &option : {u"3"_s, u""_s, u"7"_s, u"01"_s}) {
+        Build(option);
+        m_backup->CopyEntries();
+        Remove({1});
+        EXPECT_EQ(m_backup->WhatIsMissing(),
+            Told(u"An entry is no longer in "_s + File()
+                + u", and nobody was asked to collect or erase entries."_s))
+            << option.toStdString();
+        Remove({1, 0});
+        EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(u"3 entries are no longer in "_s));
+        m_backup->Forget();
+        EXPECT_EQ(m_backup->WhatIsMissing(), QString());
+    }
+}
+
+TEST_F(Backup, TellsThemAlsoWhenTheFileIsGoneOrTheOptionIsLost)
+{
+    Build();
+    m_backup->CopyEntries();
+    ASSERT_TRUE(QFile::remove(File()));
+    EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(u"3 entries are no longer in "_s));
+    Build(u"1"_s);
+    ASSERT_TRUE(QFile::remove(File(u"ABCOptions-WkLg"_s)));
+    m_backup->CopyEntries();
+    Remove({0});
+    EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(u"An entry is no longer in "_s));
+}
+
+TEST_F(Backup, SaysNothingOfEntriesThatWereToBeTakenOrErased)
+{
+    for (const QString &option : {u"0"_s, u"1"_s, u"2"_s}) {
+        Build(option);
+        m_backup->CopyEntries();
+        Remove({2, 1, 0});
+        EXPECT_EQ(m_backup->WhatIsMissing(), QString()) << option.toStdString();
+        ASSERT_TRUE(QFile::remove(File()));
+        EXPECT_EQ(m_backup->WhatIsMissing(), QString()) << option.toStdString();
+    }
+}
+
+TEST_F(Backup, SaysNothingOfEntriesThatAreThereInAnotherOrder)
+{
+    Build();
+    m_backup->CopyEntries();
+    Remove({0});
+    modDBEntr &entries = m_folder->Tables.Entries;
+    entries.Handle = m_folder->Tables.Main.OpenTable(Name);
+    entries.AddEntry(Entry(u"first"_s));
+    entries.AddEntry(Entry(u"one more"_s));
+    entries.Handle = m_folder->Tables.Main.CloseTable(entries.Handle);
+    EXPECT_EQ(m_backup->WhatIsMissing(), QString());
+}
+
+TEST_F(Backup, TellsWhateverTheOptionWhenTheEntriesCannotBeReadAnyMore)
+{
+    for (const QString &option : {u"0"_s, u"3"_s}) {
+        Build(option);
+        m_backup->CopyEntries();
+        Write(File(), Bytes(File()).left(5000));
+        EXPECT_EQ(m_backup->WhatIsMissing(),
+            Told(u"The entries cannot be read any more: The database is truncated or damaged: "_s
+                + File()));
+    }
+}
+
+TEST_F(Backup, OfADamagedDatabaseIsItsBytesAndItsJournal)
+{
+    Build();
+    Write(File(), "no database");
+    Write(File() + u"-journal"_s, "and no journal");
+    m_backup->CopyEntries();
+    const QString copy = BackupFolder() + u"/20260309-103000/ABCEntries-WkLg.db"_s;
+    EXPECT_EQ(Bytes(copy), "no database");
+    EXPECT_EQ(Bytes(copy + u"-journal"_s), "and no journal");
+    m_backup->DeleteCopies();
+    EXPECT_FALSE(QFileInfo::exists(BackupFolder()));
+}
+
+TEST_F(Backup, ThatCannotBeMadeIsAnErrorAndLeavesNothingHalf)
+{
+    Build();
+    {
+        const SmallDisk disk(4096);
+        const Raised raised = RaisedBy([&] { m_backup->CopyEntries(); });
+        EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
+        EXPECT_TRUE(raised.Names(BackupFolder())) << raised.Description.toStdString();
+    }
+    EXPECT_THAT(Times(), IsEmpty());
+    EXPECT_EQ(m_backup->WhatIsMissing(), QString());
+    QDir().rmdir(BackupFolder());
+    Write(BackupFolder(), "a file in the way");
+    EXPECT_EQ(RaisedBy([&] { m_backup->CopyEntries(); }).Number, RunTimeErrors::PathAccess);
+    ASSERT_TRUE(QFile::remove(BackupFolder()));
+    m_backup->CopyEntries();
+    EXPECT_EQ(Times().size(), 1);
+}
+
+TEST_F(Backup, AnInterruptedOneIsNoCopyAndIsRemoved)
+{
+    Build();
+    QDir().mkpath(BackupFolder() + u"/20260309-103000.new"_s);
+    Write(BackupFolder() + u"/20260309-103000.new/ABCEntries-WkLg.db"_s, "half");
+    m_backup->CopyEntries();
+    EXPECT_THAT(Times(), ElementsAre(u"20260309-103000"_s));
+    EXPECT_EQ(Bytes(BackupFolder() + u"/20260309-103000/ABCEntries-WkLg.db"_s), Bytes(File()));
+}
+
+TEST_F(Backup, WaitsForNoOtherProgramsWrite)
+{
+    Build();
+    RecordStore other;
+    other.SetCreator(CodeNumber(SampleCodes().Creator));
+    const auto handle = other.OpenDatabase(1, m_folder->Path() + u'/' + Name, 0, 0, 0, 0, 3);
+    {
+        const RecordStore::Batch writing(other, handle);
+        EXPECT_EQ(RaisedBy([&] { m_backup->CopyEntries(); }).Number, StoreErrors::Locked);
+        EXPECT_THAT(Times(), IsEmpty());
+    }
+    m_backup->CopyEntries();
+    EXPECT_EQ(Times().size(), 1);
+}
