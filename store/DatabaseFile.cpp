@@ -82,6 +82,17 @@ void CheckWritable(const QString &fileName)
         RaiseStoreError(StoreErrors::ReadOnly, u"The database is read-only: "_s + fileName);
 }
 
+std::string_view AsText(const CheckValue::Digits &digits)
+{
+    return {digits.data(), digits.size()};
+}
+
+/// A record that another program wrote has none.
+bool IsCheckValue(std::string_view stored, const CheckValue &value)
+{
+    return stored.empty() || stored == AsText(value.Hexadecimal());
+}
+
 void RemoveLeftover(const QString &fileName)
 {
     if (QFile::exists(fileName) && !QFile::remove(fileName))
@@ -158,6 +169,7 @@ DatabaseFile::DatabaseFile(const QString &fileName, const QString &openName)
 DatabaseFile::~DatabaseFile()
 {
     m_insert.reset();
+    m_delete.reset();
     sqlite3_close(m_database);
     if (m_openName != m_fileName) {
         QFile::remove(m_openName);
@@ -405,39 +417,68 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
 
 void DatabaseFile::ReadRows(const std::function<void(const RowSource &)> &row)
 {
+    /// The values of the current row, taken out of SQLite once.
     struct Source final : RowSource
     {
         const DatabaseFile &File;
-        Statement &Current;
+        qint64 Id = 0;
+        std::vector<std::string_view> Texts;
+        std::vector<qint64> Numbers;
+        CheckValue Check;
+        bool Holds = true;
 
-        Source(const DatabaseFile &file, Statement &current)
+        explicit Source(const DatabaseFile &file)
             : File(file)
-            , Current(current)
+            , Texts(file.m_schema.size())
+            , Numbers(file.m_schema.size())
         {
         }
-        qint64 RowId() const override { return Current.Number(0); }
-        std::string_view Text(int field) const override { return Current.Text(field + 1); }
+        void Take(const Statement &row)
+        {
+            Id = row.Number(0);
+            Check.Clear();
+            int column = 1;
+            for (size_t i = 0; i < File.m_schema.size(); ++i, ++column) {
+                if (File.m_schema[i].Type == FieldType::Currency) {
+                    Numbers[i] = row.Number(column);
+                    Check.Add(Numbers[i]);
+                } else {
+                    Texts[i] = row.Text(column);
+                    Check.Add(Texts[i]);
+                }
+            }
+            Holds = !File.m_hasCheckValues || IsCheckValue(row.Text(column), Check);
+        }
+        qint64 RowId() const override { return Id; }
+        std::string_view Text(int field) const override
+        {
+            return Texts[static_cast<size_t>(field)];
+        }
         qint64 Number(int field) const override
         {
-            const SchemaField &definition = File.m_schema[static_cast<size_t>(field)];
+            const auto index = static_cast<size_t>(field);
+            const SchemaField &definition = File.m_schema[index];
             if (definition.Type == FieldType::Currency)
-                return Current.Number(field + 1);
-            const std::optional<qint64> seconds = SecondsFromText(Current.Text(field + 1));
+                return Numbers[index];
+            const std::optional<qint64> seconds = SecondsFromText(Texts[index]);
             if (!seconds)
                 RaiseStoreError(StoreErrors::BadRecord,
-                    u"The field "_s + definition.Name + u" of record "_s + QString::number(RowId())
-                        + u" holds no date (\""_s + Current.String(field + 1).left(40) + u"\"): "_s
-                        + File.m_fileName);
+                    u"The field "_s + definition.Name + u" of record "_s + QString::number(Id)
+                        + u" holds no date (\""_s
+                        + QString::fromUtf8(Texts[index].data(), std::ssize(Texts[index])).left(40)
+                        + u"\"): "_s + File.m_fileName);
             return *seconds;
         }
-        bool IsAsSaved() const override { return File.HoldsCheckValue(Current, 1); }
+        bool IsAsSaved() const override { return Holds; }
     };
     Statement statement(*this,
         "SELECT rowid, " + ColumnNames() + (m_hasCheckValues ? std::string(", ") + CheckColumn : "")
             + " FROM " + m_quotedTable + " ORDER BY rowid");
-    const Source source(*this, statement);
-    while (statement.Step())
+    Source source(*this);
+    while (statement.Step()) {
+        source.Take(statement);
         row(source);
+    }
 }
 
 void DatabaseFile::CheckIntegrity()
@@ -449,26 +490,7 @@ void DatabaseFile::CheckIntegrity()
                 + statement.String(0).simplified().left(200) + u")"_s);
 }
 
-bool DatabaseFile::HoldsCheckValue(const Statement &statement, int firstColumn) const
-{
-    if (!m_hasCheckValues)
-        return true;
-    const std::string_view stored = statement.Text(firstColumn + static_cast<int>(m_schema.size()));
-    if (stored.empty())
-        return true; // another program's record
-    CheckValue value;
-    int column = firstColumn;
-    for (const SchemaField &field : m_schema) {
-        if (field.Type == FieldType::Currency)
-            value.Add(statement.Number(column));
-        else
-            value.Add(statement.Text(column));
-        ++column;
-    }
-    return stored == value.Text();
-}
-
-std::string DatabaseFile::CheckValueOf(const StoredRow &row) const
+CheckValue::Digits DatabaseFile::CheckValueOf(const StoredRow &row) const
 {
     CheckValue value;
     for (size_t i = 0; i < row.size(); ++i) {
@@ -479,7 +501,7 @@ std::string DatabaseFile::CheckValueOf(const StoredRow &row) const
         else
             value.Add(std::string_view(DateText(std::get<qint64>(row[i]))));
     }
-    return value.Text();
+    return value.Hexadecimal();
 }
 
 StoredRow DatabaseFile::ReadRow(qint64 rowId)
@@ -596,9 +618,13 @@ void DatabaseFile::Update(qint64 rowId, const StoredRow &row)
 
 void DatabaseFile::Delete(qint64 rowId)
 {
-    Statement statement(*this, "DELETE FROM " + m_quotedTable + " WHERE rowid = ?1");
-    statement.Bind(1, rowId);
-    statement.Step();
+    if (!m_delete)
+        m_delete = std::make_unique<Statement>(
+            *this, "DELETE FROM " + m_quotedTable + " WHERE rowid = ?1");
+    m_delete->Reset();
+    m_delete->Bind(1, rowId);
+    m_delete->Step();
+    m_delete->Reset();
 }
 
 QString DatabaseFile::Note()
@@ -626,7 +652,7 @@ void DatabaseFile::BindRow(Statement &statement, const StoredRow &row)
             statement.Bind(parameter, std::string_view(DateText(std::get<qint64>(row[i]))));
     }
     if (m_hasCheckValues)
-        statement.Bind(static_cast<int>(row.size()) + 1, std::string_view(CheckValueOf(row)));
+        statement.Bind(static_cast<int>(row.size()) + 1, AsText(CheckValueOf(row)));
 }
 
 std::string DatabaseFile::ColumnNames() const

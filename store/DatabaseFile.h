@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/CheckValue.h"
 #include "store/Schema.h"
 
 #include <QString>
@@ -114,8 +115,7 @@ private:
     void LoadDefinition();
     void CheckColumns();
     void LookForCheckValues();
-    bool HoldsCheckValue(const Statement &statement, int firstColumn) const;
-    std::string CheckValueOf(const StoredRow &row) const;
+    CheckValue::Digits CheckValueOf(const StoredRow &row) const;
     void DefineTable(const QString &name, const QString &schemaText, const std::string &columns);
     void Execute(const std::string &sql);
     void Check(int result) const;
@@ -134,6 +134,7 @@ private:
     bool m_isScratch = false;
     bool m_hasCheckValues = false;
     std::unique_ptr<Statement> m_insert; // kept, because a bulk of records is inserted one by one
+    std::unique_ptr<Statement> m_delete; // likewise, deleted
 };
 
 /// Removes a database file and its journal; false when there was none.

@@ -92,25 +92,19 @@ void RecordTable::ReadNumbers(
     }
 }
 
-void RecordTable::PutText(Column &column, size_t slot, std::string_view text)
+RecordTable::Cell RecordTable::PutText(Column &column, std::string_view text)
 {
     constexpr size_t most = std::numeric_limits<quint32>::max();
-    if (column.Bytes.size() + text.size() > most)
+    const size_t begin = column.Bytes.size();
+    if (begin + text.size() > most)
         RaiseStoreError(StoreErrors::BadRecord, u"The table's texts exceed 4 GB"_s);
-    column.Cells[slot]
-        = {static_cast<quint32>(column.Bytes.size()), static_cast<quint32>(text.size())};
     column.Bytes.append(text);
+    return {static_cast<quint32>(begin), static_cast<quint32>(text.size())};
 }
 
 RecordTable::Slot RecordTable::NewSlot(qint64 rowId)
 {
     const Slot slot = static_cast<Slot>(m_rowIds.size());
-    for (Column &column : m_columns) {
-        if (column.Type == FieldType::String)
-            column.Cells.emplace_back();
-        else
-            column.Numbers.push_back(0);
-    }
     m_rowIds.push_back(rowId);
     m_places.push_back(static_cast<Slot>(m_order.size()));
     m_order.push_back(slot);
@@ -132,26 +126,26 @@ void RecordTable::Reserve(size_t count)
 
 void RecordTable::Append(const DatabaseFile::RowSource &source)
 {
-    const Slot slot = NewSlot(source.RowId());
     for (size_t field = 0; field < m_columns.size(); ++field) {
-        if (m_columns[field].Type == FieldType::String)
-            PutText(m_columns[field], slot, source.Text(static_cast<int>(field)));
+        Column &column = m_columns[field];
+        if (column.Type == FieldType::String)
+            column.Cells.push_back(PutText(column, source.Text(static_cast<int>(field))));
         else
-            m_columns[field].Numbers[slot] = source.Number(static_cast<int>(field));
+            column.Numbers.push_back(source.Number(static_cast<int>(field)));
     }
+    NewSlot(source.RowId());
 }
 
 void RecordTable::Append(qint64 rowId, const StoredRow &row)
 {
     m_orderedBy.clear();
-    NewSlot(rowId);
-    const size_t position = m_order.size() - 1;
-    const Slot slot = m_order[position];
+    const Slot slot = NewSlot(rowId);
     for (size_t field = 0; field < m_columns.size(); ++field) {
-        if (m_columns[field].Type == FieldType::String)
-            PutText(m_columns[field], slot, std::get<std::string>(row[field]));
+        Column &column = m_columns[field];
+        if (column.Type == FieldType::String)
+            column.Cells.push_back(PutText(column, std::get<std::string>(row[field])));
         else
-            m_columns[field].Numbers[slot] = std::get<qint64>(row[field]);
+            column.Numbers.push_back(std::get<qint64>(row[field]));
         if (m_indexes[field].Built)
             InsertInto(m_indexes[field], field, slot);
         if (Numbering &numbering = m_numberings[field]; numbering.Texts)
@@ -174,7 +168,7 @@ void RecordTable::Replace(size_t position, const StoredRow &row)
         if (index.Built)
             RemoveFrom(index, slot);
         if (isText)
-            PutText(column, slot, std::get<std::string>(row[field]));
+            column.Cells[slot] = PutText(column, std::get<std::string>(row[field]));
         else
             column.Numbers[slot] = std::get<qint64>(row[field]);
         if (index.Built)

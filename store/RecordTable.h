@@ -115,7 +115,7 @@ private:
     bool IsOrderedBy(const std::vector<size_t> &fields) const;
     bool TakeOrderOf(const Index &leading); ///< true when searches may end elsewhere
     int CompareSlots(Slot a, Slot b, size_t field) const;
-    void PutText(Column &column, size_t slot, std::string_view text);
+    static Cell PutText(Column &column, std::string_view text);
     Slot NewSlot(qint64 rowId);
     void InsertInto(Index &index, size_t field, Slot slot) const;
     void RemoveFrom(Index &index, Slot slot) const;
