@@ -11,6 +11,8 @@ int main(int argc, char **argv)
 {
     clsWindowMessageBox messages;
     clsApplication application(argc, argv, messages);
+    // A caret that stands still: a window that nobody touches does not wake the computer.
+    QApplication::setCursorFlashTime(0);
     // Between two main windows, while the accounting client works, no window is open at all.
     QApplication::setQuitOnLastWindowClosed(false);
 

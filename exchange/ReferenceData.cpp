@@ -6,11 +6,15 @@
 
 #include <QHash>
 
+#include <future>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr qint64 RecordsBetweenReports = 512;
+constexpr size_t RecordsBetweenWrites = 4096;
 
 QString FileIn(const QString &folder, const QString &relative)
 {
@@ -106,14 +110,30 @@ qint64 ReferenceData::BuildTable(
     const auto report = [&] {
         m_progress(m_company, definition.Name, reader.Csv().BytesRead(), reader.Csv().BytesInAll());
     };
+    std::vector<Record> records;
+    // While the next records are read and checked, those before are written. The future is the
+    // last to be declared: on an error it is waited for before the table goes.
+    std::future<void> writing;
+    const auto write = [&] {
+        if (writing.valid())
+            writing.get();
+        writing = std::async(std::launch::async, [&table, written = std::exchange(records, {})] {
+            for (const Record &record : written)
+                table.Add(record);
+        });
+    };
     Record record;
     report();
     while (reader.Read(record)) {
         check(record, reader.Csv());
-        table.Add(record);
+        records.push_back(record);
         if (++count % RecordsBetweenReports == 0)
             report();
+        if (records.size() == RecordsBetweenWrites)
+            write();
     }
+    write();
+    writing.get();
     table.Finish();
     m_counts.append(definition.Name + u' ' + QString::number(count));
     return count;
