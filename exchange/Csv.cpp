@@ -22,7 +22,7 @@ bool EndsPlainCell(char c)
 bool NeedsQuotes(std::string_view cell)
 {
     return cell.find_first_of("\",\r\n") != std::string_view::npos || cell.starts_with(' ')
-        || cell.ends_with(' ');
+        || cell.ends_with(' ') || cell.starts_with(ByteOrderMark);
 }
 
 } // namespace
@@ -181,7 +181,9 @@ std::string CsvLine(const std::vector<std::string> &cells)
     for (const std::string &cell : cells) {
         if (&cell != &cells.front())
             line += ',';
-        if (!NeedsQuotes(cell)) {
+        // A line with nothing on it would be no record at all.
+        const bool isLine = cell.empty() && cells.size() == 1;
+        if (!isLine && !NeedsQuotes(cell)) {
             line += cell;
             continue;
         }

@@ -164,6 +164,8 @@ TEST(Csv, WhatIsWrittenIsReadTheSame)
         text += CsvLine(row);
     EXPECT_EQ(CsvFile(QByteArray::fromStdString(text)).Read(), rows);
     EXPECT_EQ(CsvLine({"a", "b\"c", ""}), "a,\"b\"\"c\",\r\n");
+    EXPECT_EQ(CsvLine({""}), "\"\"\r\n"); // an empty line is no record
+    EXPECT_EQ(CsvLine({"\xEF\xBB\xBFmark"}), "\"\xEF\xBB\xBFmark\"\r\n"); // nor a mark a file's
 }
 
 } // namespace
