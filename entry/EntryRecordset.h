@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entry/EntryTexts.h"
+#include "figures/EntryTexts.h"
 #include "platform/clsRecordSet.h"
 #include "platform/Currency.h"
 

@@ -1,6 +1,6 @@
 #include "entry/modEntryInfo.h"
 
-#include "entry/BillingTexts.h"
+#include "figures/BillingTexts.h"
 #include "store/FieldText.h"
 #include "store/PadKey.h"
 

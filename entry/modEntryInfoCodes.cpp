@@ -2,7 +2,7 @@
 
 #include "entry/modEntryInfo.h"
 
-#include "entry/BillingTexts.h"
+#include "figures/BillingTexts.h"
 #include "store/PadKey.h"
 
 using namespace Qt::StringLiterals;

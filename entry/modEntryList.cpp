@@ -2,8 +2,8 @@
 
 #include "entry/DamagedEntries.h"
 #include "entry/EntryColumn.h"
+#include "figures/EntryFilter.h"
 #include "platform/clsRunTimeError.h"
-#include "session/EntryFilter.h"
 #include "store/StoreErrors.h"
 
 #include <QLocale>
@@ -169,7 +169,7 @@ bool modEntryList::FillEntryRecordset()
             m_references.Texts(), m_tables.Customers.Record.Customer_Name,
             QLocale().decimalPoint().at(0));
         FillEntries(*records);
-        m_references.EndList(*records);
+        m_references.EndList(records->LastCustomer());
         if (m_list.EntryCount == 0)
             records->AddEmptyRecord();
         m_recordset = records;

@@ -2,9 +2,9 @@
 
 #include "entry/EntryListState.h"
 #include "entry/EntryRecordset.h"
-#include "entry/EntryReferences.h"
 #include "entry/EntryScreen.h"
 #include "entry/modEntryInfo.h"
+#include "figures/EntryReferences.h"
 #include "platform/clsClock.h"
 #include "platform/clsGridView.h"
 #include "platform/clsMessageBox.h"

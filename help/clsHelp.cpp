@@ -1,60 +1,75 @@
 #include "help/clsHelp.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QKeyEvent>
-#include <QResource>
-#include <QTextBrowser>
+#include <QMessageBox>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString MapRoot = QStringLiteral("/help");
-
-QString PageFile(const QString &page)
+/// The place at the side of the screen where more of the window stays free.
+QPoint PlaceBeside(const QWidget &window, QSize size)
 {
-    return u":/help/pages/"_s + page + u".md"_s;
+    const QRect screen = window.screen()->availableGeometry();
+    const QRect frame = window.frameGeometry();
+    const bool moreAtTheRight = screen.right() - frame.right() > frame.left() - screen.left();
+    const int left = moreAtTheRight ? screen.right() - size.width() : screen.left();
+    const int top = std::min(frame.top(), screen.bottom() - size.height());
+    return {std::max(left, screen.left()), std::max(top, screen.top())};
 }
 
 } // namespace
 
 clsHelp::clsHelp(const QString &helpFile, clsMessageBox &messages)
-    : m_helpFile(helpFile)
+    : m_pages(helpFile)
     , m_messages(messages)
 {
     qApp->installEventFilter(this);
 }
 
-clsHelp::~clsHelp()
+clsHelp::~clsHelp() = default;
+
+QString clsHelp::PageOf(const QWidget &window) const
 {
-    delete m_viewer;
-    if (m_loaded)
-        QResource::unregisterResource(m_helpFile, MapRoot);
+    if (const auto *box = qobject_cast<const QMessageBox *>(&window))
+        return modHelp::PageOfMessage(box->text());
+    if (m_pages.HasPage(window.objectName()))
+        return window.objectName();
+    const QWidget *opener = window.parentWidget();
+    return opener == nullptr ? modHelp::FirstPage() : PageOf(*opener->window());
 }
 
-bool clsHelp::Load()
+void clsHelp::ShowFor(QWidget &window)
 {
-    if (!m_loaded)
-        m_loaded = QResource::registerResource(m_helpFile, MapRoot);
-    return m_loaded;
-}
-
-void clsHelp::Show(const QString &windowName)
-{
-    if (!Load()) {
-        m_messages.Tell(u"The help file cannot be opened: "_s + m_helpFile);
+    if (!m_pages.Load()) {
+        m_messages.Tell(m_pages.Failure());
         return;
     }
     if (!m_viewer) {
-        m_viewer = new QTextBrowser;
-        m_viewer->setObjectName(u"frmHelp"_s);
-        m_viewer->setWindowTitle(u"Worklog Remote Help"_s);
-        m_viewer->setOpenExternalLinks(false);
-        m_viewer->resize(640, 560);
+        m_viewer = std::make_unique<frmHelp>(m_pages);
+        m_viewer->move(PlaceBeside(window, m_viewer->size()));
     }
-    const QString page = QFileInfo::exists(PageFile(windowName)) ? windowName : u"contents"_s;
-    m_viewer->setSource(QUrl(u"qrc"_s + PageFile(page)), QTextDocument::MarkdownResource);
+    m_viewer->ShowPage(PageOf(window));
+    BringInFrontOf(window);
+}
+
+void clsHelp::BringInFrontOf(const QWidget &window)
+{
+    // A modal dialog shuts out every window but those that belong to it.
+    const QWidget *modal = QApplication::activeModalWidget();
+    if (&window != m_viewer.get() && modal != nullptr) {
+        m_viewer->winId();
+        QWindow *owner = modal->windowHandle();
+        if (m_viewer->windowHandle()->transientParent() != owner) {
+            m_viewer->hide(); // whose window it is counts from when it is shown
+            m_viewer->windowHandle()->setTransientParent(owner);
+        }
+    }
     m_viewer->show();
     m_viewer->raise();
     m_viewer->activateWindow();
@@ -62,9 +77,16 @@ void clsHelp::Show(const QString &windowName)
 
 bool clsHelp::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress || !watched->isWidgetType()
-        || static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1)
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
         return false;
-    Show(static_cast<QWidget *>(watched)->window()->objectName());
+    const auto &key = static_cast<QKeyEvent &>(*event);
+    if (key.key() != Qt::Key_F1 || (key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+        return false;
+    auto *window = static_cast<QWidget *>(watched)->window();
+    while (QWidget *menu = QApplication::activePopupWidget()) {
+        window = menu->parentWidget() != nullptr ? menu->parentWidget()->window() : window;
+        menu->close();
+    }
+    ShowFor(*window);
     return true;
 }

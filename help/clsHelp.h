@@ -1,19 +1,22 @@
 #pragma once
 
+#include "help/frmHelp.h"
+#include "help/modHelp.h"
 #include "platform/clsMessageBox.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QString>
 
-class QTextBrowser;
+#include <memory>
+
 class QWidget;
 
-/// Opens the help when F1 is pressed: the page of the active window, or the contents where that
-/// window has none.
+/// Opens the help when F1 is pressed: the page of the active window, or of the one that it was
+/// opened from where it has none itself.
 ///
-/// File: WL.HLP, a Qt binary resource whose pages are named after the windows. A missing or
-///       unusable one is a message when help is asked for.
+/// The viewer stays open beside the program. It goes to the front of whichever window help was
+/// asked from, and takes the input beside a modal dialog too.
+/// A help file that is missing or of no use is a message when help is asked for.
 class clsHelp : public QObject
 {
     Q_OBJECT
@@ -27,11 +30,11 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void Show(const QString &windowName);
-    bool Load();
+    QString PageOf(const QWidget &window) const;
+    void ShowFor(QWidget &window);
+    void BringInFrontOf(const QWidget &window);
 
-    QString m_helpFile;
+    modHelp m_pages;
     clsMessageBox &m_messages;
-    bool m_loaded = false;
-    QPointer<QTextBrowser> m_viewer;
+    std::unique_ptr<frmHelp> m_viewer; // after the pages, which it shows
 };

@@ -1,6 +1,6 @@
 #include "summary/modHrsSumm.h"
 
-#include "summary/HoursByDay.h"
+#include "figures/HoursByDay.h"
 #include "summary/HoursColumn.h"
 
 #include <QLocale>

@@ -14,13 +14,16 @@ ROOMS = {
     "platform": set(),
     "store": {"platform"},
     "session": {"store", "platform"},
+    "figures": {"session", "store", "platform"},
     "lookup": {"session", "store", "platform"},
-    "summary": {"session", "store", "platform"},
+    "summary": {"figures", "session", "store", "platform"},
     "sync": {"session", "store", "platform"},
     "help": {"platform"},
-    "entry": {"lookup", "summary", "sync", "session", "store", "platform"},
-    "app": {"entry", "lookup", "summary", "sync", "help", "session", "store", "platform"},
+    "entry": {"lookup", "summary", "sync", "figures", "session", "store", "platform"},
+    "app": {"entry", "lookup", "summary", "sync", "help", "figures", "session", "store",
+            "platform"},
     "exchange": {"store", "platform"},
+    "report": {"figures", "session", "store", "platform"},
 }
 OURS = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
 SYSTEM = re.compile(r"^\s*#\s*include\s+<([^>]+)>")

@@ -52,6 +52,7 @@ public:
         program.ClickRow(u"msgEntryList"_s, 0);
         program.WaitForText(u"txtDescription"_s, u"Workshop on site"_s);
         Picture(u"An entry of the list in the editor"_s);
+        LookIntoEveryWindow(program);
 
         program.Click(u"cmdSync"_s);
         ProgramUnderTest::WaitUntil(u"an empty list"_s, [&] {
@@ -65,6 +66,34 @@ public:
     }
 
 private:
+    void LookIntoEveryWindow(ProgramUnderTest &program)
+    {
+        program.Click(u"cmdCustomer"_s);
+        PictureOf(program, u"frmLookup"_s, u"Customers to choose from"_s);
+        program.Click(u"cmdTransFilter"_s);
+        PictureOf(program, u"frmTransFilter"_s, u"The transaction filter"_s);
+        program.Click(u"cmdHrsSumm"_s);
+        PictureOf(program, u"frmHrsSumm"_s, u"The hours of each day"_s);
+        program.ChooseByKeys(u"Options"_s, u"Configure"_s);
+        PictureOf(program, u"frmConfigure"_s, u"Where the accounting system is"_s);
+        program.ChooseByKeys(u"Options"_s, u"Sync"_s);
+        PictureOf(program, u"frmSyncOptions"_s, u"What a synchronisation does"_s);
+        program.WaitUntilActive();
+        program.Key(u"F1"_s);
+        PictureOf(program, u"frmHelp"_s, u"Help beside the window"_s);
+        program.WaitUntilActive();
+    }
+
+    /// Of a window that is opening; Escape closes it again.
+    void PictureOf(ProgramUnderTest &program, const QString &window, const QString &title)
+    {
+        program.WaitUntilActive(window);
+        Picture(title);
+        program.Key(u"Escape"_s);
+        program.WaitUntilClosed(window);
+        program.WaitUntilActive();
+    }
+
     void Enter(ProgramUnderTest &program, const Hour &hour, int rowsAfterwards)
     {
         program.WaitForFocus(u"dtpDate"_s);

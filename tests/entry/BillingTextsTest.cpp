@@ -1,6 +1,6 @@
 // The texts of the billing codes, and choosing an item of a list by its text.
 
-#include "entry/BillingTexts.h"
+#include "figures/BillingTexts.h"
 #include "entry/EntryScreen.h"
 #include "tests/support/PrintQt.h"
 

@@ -1,8 +1,8 @@
 // The transaction filter's window, with the real lookup over it.
 
+#include "figures/EntryFilter.h"
 #include "lookup/frmTransFilter.h"
 #include "lookup/modTransFilter.h"
-#include "session/EntryFilter.h"
 #include "tests/lookup/LookupFixture.h"
 
 using namespace Qt::StringLiterals;

@@ -114,6 +114,11 @@ bool ProgramUnderTest::IsOpen(const QString &window)
     return Ask(u"control"_s, window)[u"visible"_s].toBool();
 }
 
+QString ProgramUnderTest::Title(const QString &window)
+{
+    return Ask(u"control"_s, window)[u"title"_s].toString();
+}
+
 QString ProgramUnderTest::MessageText()
 {
     return Ask(u"windows"_s)[u"modal"_s].toObject()[u"text"_s].toString();
@@ -272,6 +277,14 @@ void ProgramUnderTest::WaitForText(const QString &control, const QString &text)
     } catch (const std::runtime_error &error) {
         throw std::runtime_error(error.what() + (", but saw: " + seen.toStdString()));
     }
+}
+
+void ProgramUnderTest::WaitForTitle(const QString &window, const QString &title)
+{
+    WaitUntil(window + u" to be titled "_s + title, [&] {
+        const QJsonObject found = Ask(u"control"_s, window);
+        return found[u"title"_s].toString() == title && found[u"active"_s].toBool();
+    });
 }
 
 void ProgramUnderTest::WaitForFocus(const QString &control)

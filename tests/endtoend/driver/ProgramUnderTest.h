@@ -27,6 +27,7 @@ public:
     bool HasFocus(const QString &control);
     bool IsChecked(const QString &button);
     bool IsOpen(const QString &window);
+    QString Title(const QString &window); ///< empty when it is not open
     QString MessageText(); ///< of the message box on top, else empty
     QList<QStringList> Rows(const QString &grid); ///< the texts of its data rows
     QStringList Headers(const QString &grid);
@@ -51,6 +52,7 @@ public:
     void WaitUntilClosed(const QString &window);
     void WaitForMessage(const QString &text);
     void WaitForText(const QString &control, const QString &text);
+    void WaitForTitle(const QString &window, const QString &title);
     void WaitForFocus(const QString &control);
     void WaitForRows(const QString &grid, int count);
     int WaitForEnd(); ///< the exit status

@@ -1,4 +1,4 @@
-#include "entry/EntryTexts.h"
+#include "figures/EntryTexts.h"
 
 #include "store/PadKey.h"
 

@@ -1,6 +1,6 @@
-#include "summary/HoursByDay.h"
+#include "figures/HoursByDay.h"
 
-#include "session/EntryFilter.h"
+#include "figures/EntryFilter.h"
 #include "store/FieldText.h"
 #include "store/PadKey.h"
 

@@ -1,4 +1,4 @@
-#include "entry/BillingTexts.h"
+#include "figures/BillingTexts.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "entry/EntryTexts.h"
+#include "figures/EntryTexts.h"
 
 #include <memory>
-
-class EntryRecordset;
+#include <optional>
 
 /// What a walk through the entries takes from the reference tables.
 ///
@@ -20,7 +19,8 @@ public:
     /// Whether the entry is an expense. An unknown activity leaves the answer as it was for the
     /// entry before; it is kept over lists.
     bool IsExpense(const EntryNumbers &entry);
-    void EndList(const EntryRecordset &list);
+    /// `lastCustomer`: the number of the last customer for whom a record was read.
+    void EndList(std::optional<qint64> lastCustomer);
 
     std::shared_ptr<EntryTexts> Texts() const { return m_texts; }
 

@@ -1,6 +1,5 @@
-#include "entry/EntryReferences.h"
+#include "figures/EntryReferences.h"
 
-#include "entry/EntryRecordset.h"
 #include "store/PadKey.h"
 
 EntryReferences::EntryReferences(Tables &tables)
@@ -26,11 +25,11 @@ bool EntryReferences::IsExpense(const EntryNumbers &entry)
     return m_isExpense;
 }
 
-void EntryReferences::EndList(const EntryRecordset &list)
+void EntryReferences::EndList(std::optional<qint64> lastCustomer)
 {
-    if (const auto customer = list.LastCustomer()) {
+    if (lastCustomer) {
         modDBCust &customers = m_tables.Customers;
-        customers.Find(0, PadKey(m_texts->CustomerCode(*customer), KeyWidth::Customer));
+        customers.Find(0, PadKey(m_texts->CustomerCode(*lastCustomer), KeyWidth::Customer));
         customers.ReadCustomer(customers.Record);
     }
     if (m_lastActivity >= 0) {

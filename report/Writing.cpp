@@ -1,0 +1,52 @@
+#include "report/Writing.h"
+
+#include "platform/clsRunTimeError.h"
+#include "report/Chart.h"
+#include "report/CsvReport.h"
+#include "report/HtmlReport.h"
+#include "report/PdfReport.h"
+#include "report/Report.h"
+#include "report/ReportTable.h"
+
+#include <QFile>
+#include <QLocale>
+#include <QSaveFile>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+[[noreturn]] void RaiseNotWritten(const QString &what, const QString &reason)
+{
+    throw clsRunTimeError(RunTimeErrors::PathAccess, u"Report"_s,
+        u"The report cannot be written to %1: %2"_s.arg(what, reason));
+}
+
+} // namespace
+
+QByteArray MakeReport(const ReportRequest &request)
+{
+    const Report report = ReadReport(request);
+    if (request.Format == ReportFormat::Csv)
+        return CsvReport(report, request.Totals);
+    const ReportTable table = TabulateReport(report, QLocale().decimalPoint().at(0));
+    const Chart chart = LayOutChart(report.Days);
+    return request.Format == ReportFormat::Html ? HtmlReport(table, chart)
+                                                : PdfReport(table, chart);
+}
+
+void WriteReport(const QByteArray &bytes, const QString &output)
+{
+    if (output.isEmpty()) {
+        QFile standardOutput;
+        if (!standardOutput.open(stdout, QIODevice::WriteOnly)
+            || standardOutput.write(bytes) != bytes.size() || !standardOutput.flush())
+            RaiseNotWritten(u"standard output"_s, standardOutput.errorString());
+        return;
+    }
+    QSaveFile file(output);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        RaiseNotWritten(output, file.errorString());
+}
