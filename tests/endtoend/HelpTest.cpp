@@ -116,8 +116,8 @@ TEST_F(HelpOfTheProgram, TellsAboutTheQuestionThatIsAsked)
     ProgramUnderTest program(m_place.ProgramFolder(), m_display);
     program.WaitForFocus(u"dtpDate"_s);
     program.ChooseByKeys(u"Utilities"_s, u"Delete Databases"_s);
-    ProgramUnderTest::WaitUntil(
-        u"the question"_s, [&] { return !program.MessageText().isEmpty(); });
+    program.WaitForMessage(u"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\n"
+                           u"Do you wish to continue?"_s);
     program.Key(u"F1"_s);
     program.WaitForTitle(u"frmHelp"_s, Titled(u"Deleting the databases"_s));
     program.Key(u"Escape"_s);

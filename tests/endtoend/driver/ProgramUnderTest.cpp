@@ -33,6 +33,13 @@ QStringList TextsOf(const QJsonArray &array)
 } // namespace
 
 ProgramUnderTest::ProgramUnderTest(const QString &folder, const VirtualDisplay &display)
+    : ProgramUnderTest(Command{folder + u"/WorklogRemote"_s,
+                           {{u"XDG_CONFIG_HOME"_s, QFileInfo(folder).path() + u"/settings"_s}}},
+        display)
+{
+}
+
+ProgramUnderTest::ProgramUnderTest(const Command &command, const VirtualDisplay &display)
     : m_display(display)
     , m_socketName(u"worklog-"_s + QUuid::createUuid().toString(QUuid::Id128))
 {
@@ -42,10 +49,11 @@ ProgramUnderTest::ProgramUnderTest(const QString &folder, const VirtualDisplay &
     environment.insert(u"QT_PLUGIN_PATH"_s, QStringLiteral(WORKLOG_PROBE_PLUGINS));
     environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"worklogprobe"_s);
     environment.insert(u"WORKLOG_PROBE"_s, m_socketName);
-    environment.insert(u"XDG_CONFIG_HOME"_s, QFileInfo(folder).path() + u"/settings"_s);
+    for (auto it = command.Environment.begin(); it != command.Environment.end(); ++it)
+        environment.insert(it.key(), it.value());
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_process.start(folder + u"/WorklogRemote"_s, QStringList());
+    m_process.start(command.Path, QStringList());
     if (!m_process.waitForStarted(DeadlineMilliseconds))
         throw std::runtime_error("the program does not start");
 }
@@ -240,11 +248,18 @@ void ProgramUnderTest::WaitForWindow(const QString &window)
     WaitUntil(window + u" to open"_s, [&] { return IsOpen(window); });
 }
 
+bool ProgramUnderTest::TakesKeys(const QJsonObject &control) const
+{
+    // The toolkit calls a new window active a moment before the display sends it the keys.
+    return control[u"active"_s].toBool()
+        && m_display.WindowWithKeyboard() == control[u"window"_s].toString().toULongLong();
+}
+
 void ProgramUnderTest::WaitUntilActive(const QString &window)
 {
     WaitUntil(window + u" to take the keys"_s, [&] {
         const QJsonObject found = Ask(u"control"_s, window);
-        return found[u"name"_s] == window && found[u"active"_s].toBool();
+        return found[u"name"_s] == window && TakesKeys(found);
     });
 }
 
@@ -259,7 +274,7 @@ void ProgramUnderTest::WaitForMessage(const QString &text)
     try {
         WaitUntil(text, [&] {
             seen = MessageText();
-            return seen == text;
+            return seen == text && TakesKeys(Ask(u"windows"_s)[u"modal"_s].toObject());
         });
     } catch (const std::runtime_error &error) {
         throw std::runtime_error(error.what() + (", but saw: " + seen.toStdString()));
@@ -283,13 +298,16 @@ void ProgramUnderTest::WaitForTitle(const QString &window, const QString &title)
 {
     WaitUntil(window + u" to be titled "_s + title, [&] {
         const QJsonObject found = Ask(u"control"_s, window);
-        return found[u"title"_s].toString() == title && found[u"active"_s].toBool();
+        return found[u"title"_s].toString() == title && TakesKeys(found);
     });
 }
 
 void ProgramUnderTest::WaitForFocus(const QString &control)
 {
-    WaitUntil(control + u" to have the focus"_s, [&] { return HasFocus(control); });
+    WaitUntil(control + u" to have the focus"_s, [&] {
+        const QJsonObject found = Ask(u"control"_s, control);
+        return found[u"focused"_s].toBool() && TakesKeys(found);
+    });
 }
 
 void ProgramUnderTest::WaitForRows(const QString &grid, int count)

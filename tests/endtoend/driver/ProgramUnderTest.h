@@ -4,6 +4,7 @@
 
 #include <QJsonObject>
 #include <QLocalSocket>
+#include <QMap>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -16,9 +17,18 @@
 class ProgramUnderTest
 {
 public:
+    /// What is started, and what its environment has besides this process's.
+    struct Command
+    {
+        QString Path;
+        QMap<QString, QString> Environment;
+    };
+
     /// Starts <folder>/WorklogRemote on the display; both outlive the object. The user's settings
     /// lie beside the folder.
     ProgramUnderTest(const QString &folder, const VirtualDisplay &display);
+    /// Starts the program by a command that becomes it.
+    ProgramUnderTest(const Command &command, const VirtualDisplay &display);
     ~ProgramUnderTest(); ///< kills the process if it still runs
 
     // What the windows show. A control that is not there has an empty text.
@@ -63,6 +73,7 @@ public:
     static void WaitUntil(const QString &what, const std::function<bool()> &condition);
 
 private:
+    bool TakesKeys(const QJsonObject &control) const;
     void MoveTo(const QString &text, const QString &control, const QString &key);
     QJsonObject Ask(const QString &verb, const QString &name = {});
     bool Connect();

@@ -77,6 +77,17 @@ void VirtualDisplay::Click(int x, int y) const
     Run(u"xdotool"_s, {u"mousemove"_s, QString::number(x), QString::number(y), u"click"_s, u"1"_s});
 }
 
+qulonglong VirtualDisplay::WindowWithKeyboard() const
+{
+    QProcess command;
+    command.setProcessEnvironment(On(m_name));
+    command.start(u"xdotool"_s, {u"getwindowfocus"_s, u"-f"_s});
+    // Between two windows there is a moment when it is none's.
+    return command.waitForFinished(CommandMilliseconds)
+        ? command.readAllStandardOutput().trimmed().toULongLong()
+        : 0;
+}
+
 void VirtualDisplay::Screenshot(const QString &fileName) const
 {
     Run(u"import"_s, {u"-window"_s, u"root"_s, fileName});

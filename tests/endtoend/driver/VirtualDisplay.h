@@ -17,6 +17,9 @@ public:
     void Key(const QString &keys) const; ///< in xdotool's words: "Tab", "alt+s"
     void Click(int x, int y) const;
 
+    /// The window that the display sends keys to, as it numbers its windows; 0 when it has none.
+    qulonglong WindowWithKeyboard() const;
+
     /// The whole display as a PNG file.
     void Screenshot(const QString &fileName) const;
 

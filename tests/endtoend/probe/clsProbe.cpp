@@ -73,6 +73,7 @@ QJsonObject Describe(const QWidget &control)
     object[u"visible"_s] = control.isVisible();
     object[u"enabled"_s] = control.isEnabled();
     object[u"active"_s] = control.isActiveWindow();
+    object[u"window"_s] = QString::number(control.window()->winId());
     object[u"focused"_s] = QApplication::focusWidget() == &control;
     if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
         object[u"checked"_s] = button->isChecked();
