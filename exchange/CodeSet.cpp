@@ -1,15 +1,8 @@
 #include "exchange/CodeSet.h"
 
+#include "store/FieldText.h"
+
 #include <functional>
-
-namespace {
-
-std::string_view View(const QByteArray &bytes)
-{
-    return {bytes.constData(), static_cast<size_t>(bytes.size())};
-}
-
-} // namespace
 
 quint32 CodeSet::HashOf(std::string_view code)
 {
@@ -35,21 +28,21 @@ size_t CodeSet::Find(std::string_view code, quint32 hash) const
 
 bool CodeSet::Contains(const QString &code) const
 {
-    const QByteArray bytes = code.toUtf8();
-    return !m_slots.empty() && m_slots[Find(View(bytes), HashOf(View(bytes)))].Number != 0;
+    const std::string bytes = Utf8(code);
+    return !m_slots.empty() && m_slots[Find(bytes, HashOf(bytes))].Number != 0;
 }
 
 qint64 CodeSet::Insert(const QString &code, qint64 line)
 {
     if ((m_items.size() + 1) * 2 > m_slots.size())
         Grow();
-    const QByteArray bytes = code.toUtf8();
-    const quint32 hash = HashOf(View(bytes));
-    Slot &slot = m_slots[Find(View(bytes), hash)];
+    const std::string bytes = Utf8(code);
+    const quint32 hash = HashOf(bytes);
+    Slot &slot = m_slots[Find(bytes, hash)];
     if (slot.Number != 0)
         return m_items[slot.Number - 1].Line;
     m_items.push_back({m_bytes.size(), static_cast<quint32>(bytes.size()), line});
-    m_bytes += View(bytes);
+    m_bytes += bytes;
     slot = {hash, static_cast<quint32>(m_items.size())};
     return 0;
 }

@@ -23,21 +23,22 @@ Collection::Collection(LocalDatabases &local, const QString &worklog, const QStr
 
 bool Collection::Prepare()
 {
-    const LocalDatabases::Open entries(m_local, m_databaseName);
-    if (!entries.Exists())
+    m_entries = std::make_unique<LocalDatabases::Open>(m_local, m_databaseName);
+    if (!m_entries->Exists())
         return false;
-    RequireAsSaved(entries.Handle);
-    const BatchNote note = ReadBatchNote(entries.Handle);
+    const RecordStore::Handle entries = m_entries->Handle;
+    RequireAsSaved(entries);
+    const BatchNote note = ReadBatchNote(entries);
     const QString delivered = note.Batch.isEmpty() ? QString() : m_uploads.Delivered(note.Batch);
     if (delivered.isEmpty())
         m_batch = note.Batch;
     else
-        Finish(entries.Handle, note, delivered);
-    const std::string contents = ReadEntries(entries.Handle);
+        Finish(entries, note, delivered);
+    const std::string contents = ReadEntries(entries);
     if (m_count == 0) {
         if (!m_batch.isEmpty()) {
             m_uploads.Discard(m_batch);
-            TakeOut(entries.Handle, {});
+            TakeOut(entries, {});
         }
         return false;
     }
@@ -46,8 +47,7 @@ bool Collection::Prepare()
     // The note comes first: it is all that the next run knows of a hidden file that this one
     // leaves.
     m_uploads.MakeFolder();
-    m_local.Store().WriteNote(
-        entries.Handle, BatchNote{m_batch, Uploads::DigestOf(contents)}.Text());
+    m_local.Store().WriteNote(entries, BatchNote{m_batch, Uploads::DigestOf(contents)}.Text());
     m_uploads.Write(m_batch, contents);
     return true;
 }
@@ -80,8 +80,11 @@ void Collection::Finish(
 void Collection::Deliver()
 {
     m_uploads.HandOver(m_batch);
-    const LocalDatabases::Open entries(m_local, m_databaseName);
-    TakeOut(entries.Handle, std::move(m_lines));
+    // Most often nobody has touched the entries since they were written into the file; else those
+    // that stand there are looked for.
+    if (!TakeAllOut(m_entries->Handle, m_version))
+        TakeOut(m_entries->Handle, ReadEntryLines(File()));
+    m_entries.reset();
 }
 
 qint64 Collection::Erase()
@@ -92,10 +95,14 @@ qint64 Collection::Erase()
     const QString batch = ReadBatchNote(entries.Handle).Batch;
     if (!batch.isEmpty())
         m_uploads.Discard(batch);
-    ReadEntries(entries.Handle);
-    if (m_count > 0 || !batch.isEmpty())
-        TakeOut(entries.Handle, std::move(m_lines));
-    return m_count;
+    RecordStore &store = m_local.Store();
+    quint64 version = 0;
+    qint64 count = 0;
+    do {
+        version = store.Version(entries.Handle);
+        count = store.GetRecordCount(entries.Handle);
+    } while ((count > 0 || !batch.isEmpty()) && !TakeAllOut(entries.Handle, version));
+    return count;
 }
 
 BatchNote Collection::ReadBatchNote(RecordStore::Handle entries)
@@ -115,11 +122,10 @@ std::string Collection::ReadEntries(RecordStore::Handle entries)
     std::string contents = EntryHeader();
     EntryRecord entry;
     for (store.MoveFirst(entries); store.ReadRecord(entries, entry); store.MoveNext(entries)) {
-        const std::string line = EntryLine(entry);
-        contents += line;
-        ++m_lines[line];
+        contents += EntryLine(entry);
         ++m_count;
     }
+    m_version = store.Version(entries);
     return contents;
 }
 
@@ -127,6 +133,7 @@ qint64 Collection::TakeOut(RecordStore::Handle entries, EntryLines lines)
 {
     RecordStore &store = m_local.Store();
     RecordStore::Batch batch(store, entries);
+    store.MoveFirst(entries); // sees what another program wrote before the batch began
     qint64 count = 0;
     EntryRecord entry;
     // From the last to the first: a deletion then leaves the places of the others alone.
@@ -143,4 +150,20 @@ qint64 Collection::TakeOut(RecordStore::Handle entries, EntryLines lines)
     store.WriteNote(entries, {});
     batch.Commit();
     return count;
+}
+
+bool Collection::TakeAllOut(RecordStore::Handle entries, quint64 version)
+{
+    RecordStore &store = m_local.Store();
+    RecordStore::Batch batch(store, entries);
+    store.MoveFirst(entries);
+    if (store.Version(entries) != version)
+        return false;
+    for (qint32 position = store.GetRecordCount(entries); position-- > 0;) {
+        store.MoveToPosition(entries, position);
+        store.DeleteRecord(entries, DeleteMode);
+    }
+    store.WriteNote(entries, {});
+    batch.Commit();
+    return true;
 }

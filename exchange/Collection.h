@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <memory>
+
 /// Hands the entries of one company over to the accounting side, each of them exactly once,
 /// wherever a run is killed.
 ///
@@ -54,11 +56,13 @@ private:
     /// Takes out what an earlier run has handed over in the file `delivered`.
     /// Errors: BadFile when the file is not the one of the note; nothing has changed then.
     void Finish(RecordStore::Handle entries, const BatchNote &note, const QString &delivered);
-    /// All entries: their lines into `m_lines`, and the text of their file.
+    /// The text of the file with all entries.
     std::string ReadEntries(RecordStore::Handle entries);
     /// Takes one entry a line out of the table and clears the note, in one transaction; the number
     /// of entries taken out.
     qint64 TakeOut(RecordStore::Handle entries, EntryLines lines);
+    /// The same with all entries, as long as they are what they were at that version.
+    bool TakeAllOut(RecordStore::Handle entries, quint64 version);
 
     LocalDatabases &m_local;
     QString m_company;
@@ -66,7 +70,8 @@ private:
     QString m_databaseName;
     Uploads m_uploads;
     QString m_batch;
-    EntryLines m_lines;
+    std::unique_ptr<LocalDatabases::Open> m_entries; // from Prepare() to Deliver()
+    quint64 m_version = 0; // of the entries in the prepared file
     qint64 m_count = 0;
     qint64 m_finishedCount = 0;
 };

@@ -12,7 +12,7 @@ namespace {
 
 std::string CellText(const QString &value)
 {
-    return value.toStdString();
+    return Utf8(value);
 }
 
 std::string CellText(const QDateTime &value)

@@ -6,7 +6,9 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <future>
+#include <span>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -14,7 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 RecordsBetweenReports = 512;
-constexpr size_t RecordsBetweenWrites = 4096;
 
 QString FileIn(const QString &folder, const QString &relative)
 {
@@ -29,6 +30,21 @@ QString TableFile(const QString &worklog, const QString &company, const QString 
 {
     return FileIn(worklog, company + u'/' + table + u".csv"_s);
 }
+
+/// Rows on their way to a table. They are filled again and again, because making each anew takes
+/// longer than reading it; and there are so few that they stay in the processor's cache.
+class Rows
+{
+public:
+    bool IsFull() const { return m_count == m_rows.size(); }
+    StoredRow &Next() { return m_rows[m_count++]; }
+    std::span<const StoredRow> Filled() const { return {m_rows.data(), m_count}; }
+    void Clear() { m_count = 0; }
+
+private:
+    std::vector<StoredRow> m_rows = std::vector<StoredRow>(1024);
+    size_t m_count = 0;
+};
 
 } // namespace
 
@@ -66,8 +82,11 @@ qint64 BuildCompanyTable(
     const std::vector<CompanyRecord> &companies, const QString &name, StagedDatabases &staged)
 {
     StagedDatabases::Table<CompanyRecord> table(staged, name);
-    for (const CompanyRecord &company : companies)
-        table.Add(company);
+    StoredRow row;
+    for (const CompanyRecord &company : companies) {
+        RecordStore::PutRow(row, company);
+        table.Add(row);
+    }
     table.Finish();
     return std::ssize(companies);
 }
@@ -110,26 +129,29 @@ qint64 ReferenceData::BuildTable(
     const auto report = [&] {
         m_progress(m_company, definition.Name, reader.Csv().BytesRead(), reader.Csv().BytesInAll());
     };
-    std::vector<Record> records;
-    // While the next records are read and checked, those before are written. The future is the
-    // last to be declared: on an error it is waited for before the table goes.
+    // While the next rows are read and checked, those before are written.
+    Rows read;
+    Rows written;
+    // The last to be declared: on an error it is waited for before the table goes.
     std::future<void> writing;
     const auto write = [&] {
         if (writing.valid())
             writing.get();
-        writing = std::async(std::launch::async, [&table, written = std::exchange(records, {})] {
-            for (const Record &record : written)
-                table.Add(record);
+        std::swap(written, read);
+        read.Clear();
+        writing = std::async(std::launch::async, [&table, &written] {
+            for (const StoredRow &row : written.Filled())
+                table.Add(row);
         });
     };
     Record record;
     report();
     while (reader.Read(record)) {
         check(record, reader.Csv());
-        records.push_back(record);
+        RecordStore::PutRow(read.Next(), record);
         if (++count % RecordsBetweenReports == 0)
             report();
-        if (records.size() == RecordsBetweenWrites)
+        if (read.IsFull())
             write();
     }
     write();
@@ -194,15 +216,31 @@ void ReferenceData::BuildCustomers()
 
 void ReferenceData::BuildProjects()
 {
-    CodeSet codes;
+    // There may be a million: putting each into a set would wait for memory every time, and take
+    // as long as all the rest. Two equal hashes are found by sorting, and are rare enough to read
+    // the file again.
+    std::vector<size_t> hashes;
     BuildTable<ProjectRecord>(
         ReferenceTables::Projects(), [&](ProjectRecord &record, const CsvReader &csv) {
             if (!m_customers.Contains(record.Customer_Number))
                 csv.Fail(u"the customer \""_s + record.Customer_Number
                     + u"\" is not among the customers"_s);
             record.Project_Key = ProjectKey(record.Customer_Number, record.Project_Number);
-            TakeNewCode(codes, record.Project_Key, csv);
+            hashes.push_back(qHash(record.Project_Key));
         });
+    std::sort(hashes.begin(), hashes.end());
+    if (std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end())
+        RefuseRepeatedProjects();
+}
+
+void ReferenceData::RefuseRepeatedProjects()
+{
+    const TableDefinition<ProjectRecord> &definition = ReferenceTables::Projects();
+    TableReader<ProjectRecord> reader(TableFile(m_worklog, m_company, definition.Name), definition);
+    CodeSet codes;
+    ProjectRecord record;
+    while (reader.Read(record))
+        TakeNewCode(codes, ProjectKey(record.Customer_Number, record.Project_Number), reader.Csv());
 }
 
 void ReferenceData::BuildActivities()

@@ -58,6 +58,7 @@ private:
     void BuildDivisions();
     void BuildCustomers();
     void BuildProjects();
+    void RefuseRepeatedProjects();
     void BuildActivities();
 
     QString m_worklog;

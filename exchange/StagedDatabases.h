@@ -42,12 +42,8 @@ public:
         Table(const Table &) = delete;
         Table &operator=(const Table &) = delete;
 
-        void Add(const Record &record)
-        {
-            m_staged.m_store.AddRecord(m_handle);
-            m_staged.m_store.WriteRecord(m_handle, record);
-            m_staged.m_store.UpdateRecord(m_handle);
-        }
+        /// A record, as RecordStore::PutRow makes it.
+        void Add(const StoredRow &row) { m_staged.m_store.AppendRow(m_handle, row); }
         void Finish()
         {
             m_batch.Commit();

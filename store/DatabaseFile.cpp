@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -345,11 +346,15 @@ void DatabaseFile::CheckColumns()
     if (!IsStrictTable(m_tableName))
         RaiseStoreError(
             StoreErrors::Damaged, u"The database has no table as it was created: "_s + m_fileName);
+    // In one statement: a company's databases are all opened before the first window is seen.
+    std::unordered_map<std::string, std::string> types;
+    Statement columns(*this, "SELECT name, type FROM pragma_table_info(?1)");
+    columns.Bind(1, m_tableName.toStdString());
+    while (columns.Step())
+        types.emplace(columns.Text(0), columns.Text(1));
     for (const SchemaField &field : m_schema) {
-        Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
-        statement.Bind(1, m_tableName.toStdString());
-        statement.Bind(2, field.Name.toStdString());
-        if (!statement.Step() || statement.String(0) != SqlType(field.Type))
+        const auto type = types.find(field.Name.toStdString());
+        if (type == types.end() || type->second != SqlType(field.Type).toStdString())
             RaiseStoreError(StoreErrors::Damaged,
                 u"The column "_s + field.Name
                     + u" of the database is not as it was "_s
@@ -406,7 +411,10 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
     m_database = nullptr;
     // A journal that outlived its database would be played back into this one.
     RemoveLeftover(JournalName(m_fileName));
-    if (!MoveToNewName(m_openName, m_fileName))
+    // A scratch file waits for the disk here no more than later.
+    const bool moved = m_isScratch ? TakeNewName(m_openName, m_fileName)
+                                   : MoveToNewName(m_openName, m_fileName);
+    if (!moved)
         RaiseStoreError(
             StoreErrors::AlreadyExists, u"The database exists already: "_s + m_fileName);
     m_openName = m_fileName;

@@ -133,6 +133,25 @@ std::optional<qint64> SecondsFromText(std::string_view text)
         + second;
 }
 
+void PutUtf8(std::string &bytes, QStringView text)
+{
+    bytes.resize(static_cast<size_t>(text.size()));
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].unicode() >= 128) {
+            bytes = text.toUtf8().toStdString();
+            return;
+        }
+        bytes[static_cast<size_t>(i)] = text[i].toLatin1();
+    }
+}
+
+std::string Utf8(QStringView text)
+{
+    std::string bytes;
+    PutUtf8(bytes, text);
+    return bytes;
+}
+
 int CompareTexts(std::string_view a, std::string_view b)
 {
     const int byUpper = CompareUpper(a, b);

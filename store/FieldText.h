@@ -29,6 +29,11 @@ std::string DateText(qint64 seconds);
 /// Nothing when the text is no such date; the years are 1 to 9999.
 std::optional<qint64> SecondsFromText(std::string_view text);
 
+/// The text in UTF-8, as the tables keep it, in the place of what `bytes` held; room is made only
+/// when it does not fit.
+void PutUtf8(std::string &bytes, QStringView text);
+std::string Utf8(QStringView text);
+
 /// Compares two UTF-8 texts as the tables order them: by upper-cased text, ties by the text
 /// itself. Negative, zero (equal to the letter) or positive.
 int CompareTexts(std::string_view a, std::string_view b);

@@ -4,6 +4,8 @@
 #include "store/FieldText.h"
 #include "store/StoreErrors.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <utility>
 
@@ -240,22 +242,25 @@ bool RecordStore::IsEndOfTable(Handle handle)
     return AtEnd(Loaded(handle));
 }
 
-StoredValue RecordStore::Stored(const QString &value)
+void RecordStore::Put(StoredValue &stored, const QString &value)
 {
-    return value.toStdString();
+    if (auto *text = std::get_if<std::string>(&stored))
+        PutUtf8(*text, value);
+    else
+        stored = Utf8(value);
 }
 
-StoredValue RecordStore::Stored(const QDateTime &value)
+void RecordStore::Put(StoredValue &stored, const QDateTime &value)
 {
     if (value.isValid() && (value.date().year() < 1 || value.date().year() > 9999))
         RaiseStoreError(StoreErrors::BadRecord,
             u"The year is out of range: "_s + QString::number(value.date().year()));
-    return SecondsFromDate(value);
+    stored = SecondsFromDate(value);
 }
 
-StoredValue RecordStore::Stored(Currency value)
+void RecordStore::Put(StoredValue &stored, Currency value)
 {
-    return value.Scaled();
+    stored = value.Scaled();
 }
 
 StoredValue RecordStore::Stored(const OpenTable &table, qint32 field, const Key &key)
@@ -268,7 +273,9 @@ StoredValue RecordStore::Stored(const OpenTable &table, qint32 field, const Key 
         RaiseStoreError(StoreErrors::BadField,
             u"The key is of another type than the field "_s + QString::number(field)
                 + u" of the database "_s + table.File->FileName());
-    return std::visit([](const auto &value) { return Stored(value); }, key);
+    StoredValue stored;
+    std::visit([&](const auto &value) { Put(stored, value); }, key);
+    return stored;
 }
 
 void RecordStore::FindRecord(Handle handle, qint32 field, const Key &key)
@@ -419,12 +426,13 @@ void RecordStore::AbandonWrite(OpenTable &table) noexcept
         table.File->Rollback();
 }
 
-void RecordStore::RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen)
+/// The record under the cursor is still what was read.
+void RecordStore::RequireUnchanged(OpenTable &table, qint64 rowId)
 {
     // What a batch has once written, or is going to, nobody else can have changed since.
     if (table.Unwritten.contains(rowId) || table.File->DataVersion() == table.DataVersion)
         return;
-    if (table.File->ReadRow(rowId) == seen)
+    if (table.File->ReadRow(rowId) == table.Table->Row(table.Cursor))
         return;
     table.Table.reset(); // what is there now is read at the next call
     RaiseStoreError(StoreErrors::ChangedOutside,
@@ -437,43 +445,74 @@ void RecordStore::UpdateRecord(Handle handle)
     if (table.Pending == OpenTable::Begun::Nothing)
         RaiseStoreError(StoreErrors::NothingBegun,
             u"No record has been begun in the database "_s + table.File->FileName());
-    const bool isNew = table.Pending == OpenTable::Begun::Add;
-    if (isNew && !table.Table && !table.Order.empty())
+    const auto dropped = qScopeGuard([&] { table.Drop(); });
+    if (table.Pending == OpenTable::Begun::Add)
+        Insert(table, table.PendingRow);
+    else
+        ReplaceCurrent(table);
+}
+
+void RecordStore::AppendRow(Handle handle, const StoredRow &row)
+{
+    OpenTable &table = WithTable(handle);
+    const Schema &schema = table.File->Fields();
+    const bool fits = std::equal(schema.begin(), schema.end(), row.begin(), row.end(),
+        [](const SchemaField &field, const StoredValue &value) {
+            return std::holds_alternative<std::string>(value) == (field.Type == FieldType::String);
+        });
+    if (!fits)
+        RaiseStoreError(StoreErrors::BadRecord,
+            u"The record structure does not fit the database: "_s + table.File->FileName());
+    table.Drop();
+    Insert(table, row);
+}
+
+void RecordStore::Insert(OpenTable &table, const StoredRow &row)
+{
+    if (!table.Table && !table.Order.empty())
         Load(table); // once the record is there, sorting would no longer put it last
     qint64 rowId = 0;
     BeginWrite(table);
     try {
-        if (isNew) {
-            rowId = table.File->Insert(table.PendingRow);
-        } else {
-            rowId = table.Table->RowId(table.Cursor);
-            RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
-            if (table.InBatch)
-                table.Unwritten.insert_or_assign(rowId, table.PendingRow);
-            else
-                table.File->Update(rowId, table.PendingRow);
-        }
+        rowId = table.File->Insert(row);
         EndWrite(table);
     } catch (...) {
         AbandonWrite(table);
-        table.Drop();
         throw;
     }
-    ShowWritten(table, rowId, isNew);
-    table.Drop();
+    ShowWritten(table, rowId, row, true);
+}
+
+void RecordStore::ReplaceCurrent(OpenTable &table)
+{
+    const qint64 rowId = table.Table->RowId(table.Cursor);
+    BeginWrite(table);
+    try {
+        RequireUnchanged(table, rowId);
+        if (table.InBatch)
+            table.Unwritten.insert_or_assign(rowId, table.PendingRow);
+        else
+            table.File->Update(rowId, table.PendingRow);
+        EndWrite(table);
+    } catch (...) {
+        AbandonWrite(table);
+        throw;
+    }
+    ShowWritten(table, rowId, table.PendingRow, false);
 }
 
 /// Brings a written record into memory. The write has happened: whatever fails here must not be
 /// told as a failed write, so the table is then read anew.
-void RecordStore::ShowWritten(OpenTable &table, qint64 rowId, bool isNew) const
+void RecordStore::ShowWritten(
+    OpenTable &table, qint64 rowId, const StoredRow &row, bool isNew) const
 {
     std::erase(table.DamagedRows, rowId);
     try {
         if (table.Table && isNew) {
-            table.Table->Append(rowId, table.PendingRow);
+            table.Table->Append(rowId, row);
             table.Cursor = table.Table->Count() - 1;
         } else if (table.Table) {
-            table.Table->Replace(table.Cursor, table.PendingRow);
+            table.Table->Replace(table.Cursor, row);
         }
     } catch (...) {
         table.Table.reset();
@@ -495,7 +534,7 @@ qint32 RecordStore::DeleteRecord(Handle handle, qint32 mode)
     const qint64 rowId = table.Table->RowId(table.Cursor);
     BeginWrite(table);
     try {
-        RequireUnchanged(table, rowId, table.Table->Row(table.Cursor));
+        RequireUnchanged(table, rowId);
         table.Unwritten.erase(rowId);
         table.File->Delete(rowId);
         EndWrite(table);

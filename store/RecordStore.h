@@ -97,6 +97,12 @@ public:
     template <class Record>
     bool WriteRecord(Handle handle, const Record &record);
 
+    /// The values of a record, in schema order, as AppendRow takes them; `row` is overwritten.
+    template <class Record>
+    static void PutRow(StoredRow &row, const Record &record);
+    /// AddRecord, WriteRecord and UpdateRecord in one step.
+    void AppendRow(Handle handle, const StoredRow &row);
+
     void AddRecord(Handle handle);
     void EditRecord(Handle handle);
     void UpdateRecord(Handle handle); ///< the cursor is then on the written record
@@ -178,9 +184,9 @@ private:
     void Get(const OpenTable &table, size_t field, QString &value) const;
     void Get(const OpenTable &table, size_t field, QDateTime &value) const;
     void Get(const OpenTable &table, size_t field, Currency &value) const;
-    static StoredValue Stored(const QString &value);
-    static StoredValue Stored(const QDateTime &value);
-    static StoredValue Stored(Currency value);
+    static void Put(StoredValue &stored, const QString &value);
+    static void Put(StoredValue &stored, const QDateTime &value);
+    static void Put(StoredValue &stored, Currency value);
     void Write(OpenTable &table, StoredRow row);
     void Load(OpenTable &table) const;
     static void WriteUnwritten(OpenTable &table);
@@ -189,8 +195,10 @@ private:
     static void RequireBatch(const OpenTable &table);
     static void EndWrite(OpenTable &table);
     static void AbandonWrite(OpenTable &table) noexcept;
-    void ShowWritten(OpenTable &table, qint64 rowId, bool isNew) const;
-    static void RequireUnchanged(OpenTable &table, qint64 rowId, const StoredRow &seen);
+    void Insert(OpenTable &table, const StoredRow &row);
+    void ReplaceCurrent(OpenTable &table);
+    void ShowWritten(OpenTable &table, qint64 rowId, const StoredRow &row, bool isNew) const;
+    static void RequireUnchanged(OpenTable &table, qint64 rowId);
     Handle Keep(std::unique_ptr<OpenTable> table);
 
     quint32 m_creator = 0;
@@ -239,8 +247,16 @@ bool RecordStore::WriteRecord(Handle handle, const Record &record)
     constexpr auto &types = Shape<decltype(members)>::Types;
     OpenTable &table = OfShape(handle, types.data(), types.size());
     StoredRow row;
-    row.reserve(types.size());
-    std::apply([&](const auto &...member) { (row.push_back(Stored(member)), ...); }, members);
+    PutRow(row, record);
     Write(table, std::move(row));
     return true;
+}
+
+template <class Record>
+void RecordStore::PutRow(StoredRow &row, const Record &record)
+{
+    auto members = record.Fields();
+    row.resize(std::tuple_size_v<decltype(members)>);
+    size_t field = 0;
+    std::apply([&](const auto &...member) { (Put(row[field++], member), ...); }, members);
 }

@@ -190,11 +190,18 @@ void RecordTable::Remove(size_t position)
         m_places[m_order[i]] = static_cast<Slot>(i);
 }
 
-quint64 RecordTable::SortKey(Slot slot, size_t field) const
+RecordTable::SortKey RecordTable::TextKey(std::string_view text, size_t from)
+{
+    return {TextPrefix(text, from), TextPrefix(text, from + 8)};
+}
+
+/// The key of the value, of a text from the given byte on.
+RecordTable::SortKey RecordTable::KeyOf(Slot slot, size_t field, size_t from) const
 {
     const Column &column = m_columns[field];
-    return column.Type == FieldType::String ? TextPrefix(TextAt(slot, field))
-                                            : NumberKey(column.Numbers[slot]);
+    if (column.Type != FieldType::String)
+        return {NumberKey(column.Numbers[slot]), 0};
+    return TextKey(TextAt(slot, field), from);
 }
 
 int RecordTable::CompareSlots(Slot a, Slot b, size_t field) const
@@ -208,15 +215,9 @@ int RecordTable::CompareSlots(Slot a, Slot b, size_t field) const
 /// Sorts by the sixteen bytes of the values from the given one on.
 void RecordTable::SortRun(Run run, size_t field, size_t from) const
 {
-    const bool isText = m_columns[field].Type == FieldType::String;
-    for (Keyed &record : run) {
-        record.First = isText ? TextPrefix(TextAt(record.At, field), from)
-                              : NumberKey(m_columns[field].Numbers[record.At]);
-        record.Second = isText ? TextPrefix(TextAt(record.At, field), from + 8) : 0;
-    }
-    const auto before = [](const Keyed &a, const Keyed &b) {
-        return a.First != b.First ? a.First < b.First : a.Second < b.Second;
-    };
+    for (Keyed &record : run)
+        record.Key = KeyOf(record.At, field, from);
+    const auto before = [](const Keyed &a, const Keyed &b) { return a.Key < b.Key; };
     if (!std::is_sorted(run.begin(), run.end(), before))
         std::sort(run.begin(), run.end(), before);
 }
@@ -229,12 +230,11 @@ bool RecordTable::SettleEquals(Run run, size_t field, size_t from, const Precede
     bool unique = true;
     for (size_t begin = 0; begin < run.size();) {
         size_t end = begin + 1;
-        while (end < run.size() && run[end].First == run[begin].First
-            && run[end].Second == run[begin].Second)
+        while (end < run.size() && run[end].Key == run[begin].Key)
             ++end;
         const Run equals = run.subspan(begin, end - begin);
         const bool goesOn
-            = m_columns[field].Type == FieldType::String && (equals.front().Second & 0xff) != 0;
+            = m_columns[field].Type == FieldType::String && (equals.front().Key.Second & 0xff) != 0;
         begin = end;
         if (equals.size() == 1)
             continue;
@@ -264,13 +264,13 @@ RecordTable::Index RecordTable::Ordered(
     std::vector<Keyed> keyed;
     keyed.reserve(records.size());
     for (const Slot slot : records)
-        keyed.push_back({0, 0, slot});
+        keyed.push_back({{}, slot});
     SortRun(keyed, field, 0);
     Index index;
     index.Built = true;
     index.Keys.reserve(keyed.size());
     for (const Keyed &record : keyed)
-        index.Keys.push_back(record.First);
+        index.Keys.push_back(record.Key);
     index.Unique = SettleEquals(keyed, field, 0, precedes);
     index.Slots = std::move(records);
     std::transform(keyed.begin(), keyed.end(), index.Slots.begin(),
@@ -328,7 +328,7 @@ bool RecordTable::TakeOrderOf(const Index &leading)
 
 size_t RecordTable::Rank(const Index &index, size_t field, Slot slot) const
 {
-    const quint64 key = SortKey(slot, field);
+    const SortKey key = KeyOf(slot, field);
     const auto [first, last] = std::equal_range(index.Keys.begin(), index.Keys.end(), key);
     const auto begin = index.Slots.begin() + (first - index.Keys.begin());
     const auto end = index.Slots.begin() + (last - index.Keys.begin());
@@ -347,7 +347,7 @@ void RecordTable::InsertInto(Index &index, size_t field, Slot slot) const
     if ((rank > 0 && equals(rank - 1)) || (rank < index.Slots.size() && equals(rank)))
         index.Unique = false;
     const auto offset = static_cast<std::ptrdiff_t>(rank);
-    index.Keys.insert(index.Keys.begin() + offset, SortKey(slot, field));
+    index.Keys.insert(index.Keys.begin() + offset, KeyOf(slot, field));
     index.Slots.insert(index.Slots.begin() + offset, slot);
 }
 
@@ -365,8 +365,8 @@ RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValu
     if (!index.Built)
         index = Ordered(m_order, field, [&](Slot a, Slot b) { return m_places[a] < m_places[b]; });
     const bool isText = m_columns[field].Type == FieldType::String;
-    const quint64 sortKey
-        = isText ? TextPrefix(std::get<std::string>(key)) : NumberKey(std::get<qint64>(key));
+    const SortKey sortKey = isText ? TextKey(std::get<std::string>(key), 0)
+                                   : SortKey{NumberKey(std::get<qint64>(key)), 0};
     const auto isBelow = [&](size_t rank) {
         if (index.Keys[rank] != sortKey || !isText)
             return index.Keys[rank] < sortKey;

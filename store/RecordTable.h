@@ -80,11 +80,23 @@ private:
         std::vector<Cell> Cells;
         std::vector<qint64> Numbers;
     };
+    /// The part of a value that is looked at first: of a text its first sixteen bytes. Values whose
+    /// keys differ are ordered as their keys.
+    struct SortKey
+    {
+        quint64 First = 0;
+        quint64 Second = 0;
+        bool operator==(const SortKey &) const = default;
+        bool operator<(const SortKey &other) const
+        {
+            return First != other.First ? First < other.First : Second < other.Second;
+        }
+    };
     struct Index
     {
         bool Built = false;
         bool Unique = true; // then the order of equals is no question, and a sort leaves it valid
-        std::vector<quint64> Keys; // see SortKey
+        std::vector<SortKey> Keys;
         std::vector<Slot> Slots; // beside Keys, ordered by value, then by position
     };
 
@@ -96,11 +108,10 @@ private:
         return numbering;
     }
     void Build(Numbering &numbering, size_t field) const;
-    /// A record while it is being sorted, with the part of its value that is looked at.
+    /// A record while it is being sorted.
     struct Keyed
     {
-        quint64 First;
-        quint64 Second;
+        SortKey Key;
         Slot At;
     };
     using Run = std::span<Keyed>;
@@ -108,7 +119,8 @@ private:
     using Precedence = std::function<bool(Slot, Slot)>;
 
     std::string_view TextAt(Slot slot, size_t field) const;
-    quint64 SortKey(Slot slot, size_t field) const;
+    SortKey KeyOf(Slot slot, size_t field, size_t from = 0) const;
+    static SortKey TextKey(std::string_view text, size_t from);
     Index Ordered(std::vector<Slot> records, size_t field, const Precedence &precedes) const;
     void SortRun(Run run, size_t field, size_t from) const;
     bool SettleEquals(Run run, size_t field, size_t from, const Precedence &precedes) const;

@@ -108,14 +108,19 @@ void ReplaceFile(const QString &from, const QString &to)
     SyncFolder(QFileInfo(to).absolutePath());
 }
 
-bool MoveToNewName(const QString &from, const QString &to)
+bool TakeNewName(const QString &from, const QString &to)
 {
     Moved moved = LinkAndUnlink(from, to);
     if (moved == Moved::NotOffered)
         moved = RenameToFreeName(from, to);
     if (moved == Moved::NotOffered)
         moved = LookAndRename(from, to);
-    if (moved == Moved::NameTaken)
+    return moved != Moved::NameTaken;
+}
+
+bool MoveToNewName(const QString &from, const QString &to)
+{
+    if (!TakeNewName(from, to))
         return false;
     SyncFolder(QFileInfo(to).absolutePath());
     return true;

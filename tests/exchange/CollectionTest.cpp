@@ -1,5 +1,6 @@
 #include "tests/exchange/Installation.h"
 
+#include "exchange/Collection.h"
 #include "exchange/EntryRows.h"
 
 #include <gtest/gtest.h>
@@ -146,6 +147,24 @@ TEST(Collection, AnEntryThatIsNotAsItWasSavedIsNotHandedOver)
     place.Choose(u"ABC"_s, u"2"_s); // erasing asks nobody
     EXPECT_EQ(place.Synchronise().ExitStatus, 0);
     EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+}
+
+TEST(Collection, WhatTheUserWritesWhileTheFileIsHandedOverComesWithTheNextOne)
+{
+    Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2), EntryNumber(3)});
+    LocalDatabases local(place.Program);
+    Collection collection(local, place.Worklog, u"ABC"_s, u"007"_s);
+    ASSERT_TRUE(collection.Prepare());
+    place.PutEntries(u"ABC"_s, {EntryNumber(4)});
+
+    collection.Deliver();
+
+    EXPECT_EQ(ReadEntryLines(collection.File()),
+        LinesOf({EntryNumber(1), EntryNumber(2), EntryNumber(3)}));
+    EXPECT_EQ(LinesOf(place.Entries(u"ABC"_s)), LinesOf({EntryNumber(4)}));
+    EXPECT_EQ(place.Note(u"ABC"_s), QString());
 }
 
 TEST(Collection, UploadsThatCannotBeWrittenLeaveTheEntries)

@@ -105,6 +105,34 @@ TEST(FieldText, DifferentPrefixesCompareAsTheTextsDo)
     EXPECT_GT(decided, 100000);
 }
 
+TEST(FieldText, WhatFollowsAnEqualPrefixComparesAsTheTextsDo)
+{
+    std::mt19937 random(816);
+    int decided = 0;
+    for (int i = 0; i < 50000; ++i) {
+        const QString begin = RandomText(random) + u"abcdefgh"_s;
+        const std::string a = (begin + RandomText(random)).toStdString();
+        const std::string b = (begin + RandomText(random)).toStdString();
+        if (TextPrefix(a) != TextPrefix(b) || TextPrefix(a, 8) == TextPrefix(b, 8))
+            continue;
+        ++decided;
+        ASSERT_EQ(TextPrefix(a, 8) < TextPrefix(b, 8), CompareTexts(a, b) < 0)
+            << '"' << a << "\" and \"" << b << '"';
+    }
+    EXPECT_GT(decided, 10000);
+}
+
+TEST(FieldText, IsWrittenInUtf8WhateverTheTextHoldsAndTheBytesHeld)
+{
+    std::string bytes = "what stood there";
+    for (const QString &text : {u""_s, u"plain"_s, u"Łąka 日本 \U0001F600"_s, u"a longer plain text"_s,
+             QString(QChar(0xD800))}) {
+        PutUtf8(bytes, text);
+        EXPECT_EQ(bytes, text.toStdString());
+        EXPECT_EQ(Utf8(text), text.toStdString());
+    }
+}
+
 TEST(FieldText, EqualUpperCasesHaveTheSamePrefix)
 {
     EXPECT_EQ(TextPrefix("abcdefgh"), TextPrefix("ABCDEFGHI"));
