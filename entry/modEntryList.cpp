@@ -123,6 +123,10 @@ void modEntryList::OpenCompany()
         RaiseStoreError(StoreErrors::Incomplete,
             u"The databases of the company "_s + m_session.CurrentCompanyCode
                 + u" are incomplete"_s);
+    // The list is joined with these two, which can be large: they are read while the rest of the
+    // window is filled.
+    m_tables.Customers.Preload();
+    m_tables.Projects.Preload();
     m_tables.Employee.LoadEmployee();
 }
 

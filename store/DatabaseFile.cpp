@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -212,6 +211,9 @@ std::unique_ptr<DatabaseFile> DatabaseFile::Create(
 
 void DatabaseFile::Connect(int flags)
 {
+    // Counting memory, SQLite would make all connections wait for each other at every allocation.
+    // Without effect where something else has used SQLite before.
+    [[maybe_unused]] static const int uncounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     const int result = sqlite3_open_v2(m_openName.toUtf8().constData(), &m_database,
         flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     Check(result);
@@ -291,11 +293,11 @@ void DatabaseFile::MakeScratch()
 void DatabaseFile::LoadDefinition()
 {
     const QString unknown = u"The database does not say what it holds: "_s + m_fileName;
-    Statement columns(*this,
-        "SELECT count(*) FROM pragma_table_info('Record_Store') WHERE name IN "
-        "('Type_Code', 'Table_Name', 'Schema_Text', 'Note')");
-    if (!IsStrictTable(u"Record_Store"_s) || !columns.Step() || columns.Number(0) != 4)
-        RaiseStoreError(StoreErrors::Damaged, unknown);
+    const ColumnTypes about = ColumnsOf("Record_Store");
+    for (const char *column : {"Type_Code", "Table_Name", "Schema_Text", "Note"}) {
+        if (!about.contains(column))
+            RaiseStoreError(StoreErrors::Damaged, unknown);
+    }
     Statement statement(
         *this, "SELECT Type_Code, Table_Name, Schema_Text, count(*) FROM Record_Store");
     if (!statement.Step() || statement.Number(3) != 1)
@@ -308,53 +310,48 @@ void DatabaseFile::LoadDefinition()
         RaiseStoreError(StoreErrors::Damaged, unknown);
     }
     m_quotedTable = Quoted(m_tableName);
-    CheckColumns();
-    LookForCheckValues();
+    const ColumnTypes columns = ColumnsOf(m_tableName.toStdString());
+    CheckColumns(columns);
+    LookForCheckValues(about, columns);
 }
 
-void DatabaseFile::LookForCheckValues()
+void DatabaseFile::LookForCheckValues(const ColumnTypes &about, const ColumnTypes &columns)
 {
     const bool isField = std::any_of(m_schema.begin(), m_schema.end(), [](const auto &field) {
         return field.Name.compare(QLatin1String(CheckColumn), Qt::CaseInsensitive) == 0;
     });
-    const auto typeOfColumn = [this](const std::string &table, const char *column) {
-        Statement statement(*this, "SELECT type FROM pragma_table_info(?1) WHERE name = ?2");
-        statement.Bind(1, table);
-        statement.Bind(2, std::string_view(column));
-        return statement.Step() ? std::string(statement.Text(0)) : std::string();
-    };
-    const std::string beside = typeOfColumn(m_tableName.toStdString(), CheckColumn);
+    const auto beside = columns.find(CheckColumn);
+    const bool isThere = beside != columns.end();
     // Said twice, so that damage to a column's name does not take the check away.
-    const bool isSaid = !typeOfColumn("Record_Store", CheckMark).empty();
-    m_hasCheckValues = isSaid && !isField && beside == "TEXT";
-    if (m_hasCheckValues != isSaid || (!isSaid && !isField && !beside.empty()))
+    const bool isSaid = about.contains(CheckMark);
+    m_hasCheckValues = isSaid && !isField && isThere && beside->second == "TEXT";
+    if (m_hasCheckValues != isSaid || (!isSaid && !isField && isThere))
         RaiseStoreError(StoreErrors::Damaged,
             u"The column of check values is not as it was created: "_s + m_fileName);
 }
 
-bool DatabaseFile::IsStrictTable(const QString &name)
+DatabaseFile::ColumnTypes DatabaseFile::ColumnsOf(const std::string &table)
 {
+    // In one statement: the program opens some twenty databases before its window is seen.
     Statement statement(*this,
-        "SELECT 1 FROM pragma_table_list WHERE schema = 'main' AND name = ?1 AND type = 'table' "
-        "AND strict = 1 AND wr = 0");
-    statement.Bind(1, name.toStdString());
-    return statement.Step();
+        "SELECT i.name, i.type FROM pragma_table_list AS t, pragma_table_info(t.name) AS i "
+        "WHERE t.schema = 'main' AND t.name = ?1 AND t.type = 'table' AND t.strict = 1 AND "
+        "t.wr = 0");
+    statement.Bind(1, table);
+    ColumnTypes columns;
+    while (statement.Step())
+        columns.emplace(statement.Text(0), statement.Text(1));
+    return columns;
 }
 
-void DatabaseFile::CheckColumns()
+void DatabaseFile::CheckColumns(const ColumnTypes &columns)
 {
-    if (!IsStrictTable(m_tableName))
+    if (columns.empty())
         RaiseStoreError(
             StoreErrors::Damaged, u"The database has no table as it was created: "_s + m_fileName);
-    // In one statement: a company's databases are all opened before the first window is seen.
-    std::unordered_map<std::string, std::string> types;
-    Statement columns(*this, "SELECT name, type FROM pragma_table_info(?1)");
-    columns.Bind(1, m_tableName.toStdString());
-    while (columns.Step())
-        types.emplace(columns.Text(0), columns.Text(1));
     for (const SchemaField &field : m_schema) {
-        const auto type = types.find(field.Name.toStdString());
-        if (type == types.end() || type->second != SqlType(field.Type).toStdString())
+        const auto type = columns.find(field.Name.toStdString());
+        if (type == columns.end() || type->second != SqlType(field.Type).toStdString())
             RaiseStoreError(StoreErrors::Damaged,
                 u"The column "_s + field.Name
                     + u" of the database is not as it was "_s
@@ -444,18 +441,26 @@ void DatabaseFile::ReadRows(const std::function<void(const RowSource &)> &row)
         void Take(const Statement &row)
         {
             Id = row.Number(0);
-            Check.Clear();
             int column = 1;
             for (size_t i = 0; i < File.m_schema.size(); ++i, ++column) {
-                if (File.m_schema[i].Type == FieldType::Currency) {
+                if (File.m_schema[i].Type == FieldType::Currency)
                     Numbers[i] = row.Number(column);
-                    Check.Add(Numbers[i]);
-                } else {
+                else
                     Texts[i] = row.Text(column);
-                    Check.Add(Texts[i]);
-                }
             }
-            Holds = !File.m_hasCheckValues || IsCheckValue(row.Text(column), Check);
+            if (File.m_hasCheckValues)
+                Holds = HoldsAgainst(row.Text(column));
+        }
+        bool HoldsAgainst(std::string_view written)
+        {
+            Check.Clear();
+            for (size_t i = 0; i < File.m_schema.size(); ++i) {
+                if (File.m_schema[i].Type == FieldType::Currency)
+                    Check.Add(Numbers[i]);
+                else
+                    Check.Add(Texts[i]);
+            }
+            return IsCheckValue(written, Check);
         }
         qint64 RowId() const override { return Id; }
         std::string_view Text(int field) const override

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -111,10 +112,12 @@ private:
     void CheckSize();
     void Configure();
     void SetDurability();
-    bool IsStrictTable(const QString &name);
+    using ColumnTypes = std::unordered_map<std::string, std::string>; // by name
+    /// Empty when there is no strict table of that name.
+    ColumnTypes ColumnsOf(const std::string &table);
     void LoadDefinition();
-    void CheckColumns();
-    void LookForCheckValues();
+    void CheckColumns(const ColumnTypes &columns);
+    void LookForCheckValues(const ColumnTypes &about, const ColumnTypes &columns);
     CheckValue::Digits CheckValueOf(const StoredRow &row) const;
     void DefineTable(const QString &name, const QString &schemaText, const std::string &columns);
     void Execute(const std::string &sql);

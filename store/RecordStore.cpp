@@ -7,6 +7,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <future>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +53,9 @@ struct RecordStore::OpenTable
     bool InBatch = false;
     std::vector<qint64> DamagedRows; // row ids, as of the last reading
     std::unordered_map<qint64, StoredRow> Unwritten; // by row id: what the batch has still to write
+    /// While this is valid, all the rest belongs to another thread. The last member: its end is
+    /// waited for before the others go.
+    std::future<void> Preloading;
 
     void Drop()
     {
@@ -79,7 +83,12 @@ RecordStore::OpenTable &RecordStore::Find(Handle handle) const
     if (index >= m_open.size() || !m_open[index])
         RaiseStoreError(StoreErrors::BadHandle,
             u"No database is open under the handle "_s + QString::number(handle));
-    return *m_open[index];
+    OpenTable &table = *m_open[index];
+    if (table.Preloading.valid()) {
+        table.Preloading.get();
+        table.Version = ++m_versions;
+    }
+    return table;
 }
 
 RecordStore::OpenTable &RecordStore::WithTable(Handle handle) const
@@ -123,6 +132,12 @@ void RecordStore::CheckField(const OpenTable &table, qint32 field)
 void RecordStore::Load(OpenTable &table) const
 {
     WriteUnwritten(table);
+    Read(table);
+    table.Version = ++m_versions;
+}
+
+void RecordStore::Read(OpenTable &table) const
+{
     RecordTable records(table.File->Fields());
     // Read first: a write that comes in between is then seen as one.
     table.DataVersion = table.File->DataVersion();
@@ -138,7 +153,6 @@ void RecordStore::Load(OpenTable &table) const
     if (!table.Order.empty())
         records.Sort(table.Order);
     table.Table = std::move(records);
-    table.Version = ++m_versions;
     if (table.WrittenRow)
         table.Cursor = table.Table->PositionOf(*table.WrittenRow).value_or(table.Cursor);
     table.WrittenRow.reset();
@@ -182,6 +196,24 @@ void RecordStore::CloseDatabase(Handle handle)
 {
     Find(handle);
     m_open[static_cast<size_t>(handle) - 1].reset();
+}
+
+void RecordStore::Preload(Handle handle)
+{
+    OpenTable &table = WithTable(handle);
+    if (table.Table || table.InBatch)
+        return;
+    // Whatever fails: the first who needs a record reads again, and is told then.
+    try {
+        table.Preloading = std::async(std::launch::async, [this, &table] {
+            try {
+                Read(table);
+                table.Table->BuildIndex(0);
+            } catch (...) {
+            }
+        });
+    } catch (const std::system_error &) {
+    }
 }
 
 qint32 RecordStore::GetRecordCount(Handle handle)

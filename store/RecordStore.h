@@ -56,6 +56,10 @@ public:
     Handle OpenDatabase(qint32 mode, const QString &path, qint32 reserved1, qint32 reserved2,
         qint32 reserved3, qint32 reserved4, qint32 access);
     void CloseDatabase(Handle handle);
+    /// Begins to bring the table into memory, and to index its first field, beside whatever the
+    /// caller does next. Every other call for the handle waits for it; a failure is told by the
+    /// first call that needs a record.
+    void Preload(Handle handle);
     qint32 GetRecordCount(Handle handle);
 
     void MoveFirst(Handle handle);
@@ -189,6 +193,7 @@ private:
     static void Put(StoredValue &stored, Currency value);
     void Write(OpenTable &table, StoredRow row);
     void Load(OpenTable &table) const;
+    void Read(OpenTable &table) const;
     static void WriteUnwritten(OpenTable &table);
     void Refresh(OpenTable &table) const;
     static void BeginWrite(OpenTable &table);

@@ -359,11 +359,17 @@ void RecordTable::RemoveFrom(Index &index, Slot slot) const
     index.Slots.erase(index.Slots.begin() + rank);
 }
 
-RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValue &key)
+void RecordTable::BuildIndex(size_t field)
 {
     Index &index = m_indexes[field];
     if (!index.Built)
         index = Ordered(m_order, field, [&](Slot a, Slot b) { return m_places[a] < m_places[b]; });
+}
+
+RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValue &key)
+{
+    BuildIndex(field);
+    const Index &index = m_indexes[field];
     const bool isText = m_columns[field].Type == FieldType::String;
     const SortKey sortKey = isText ? TextKey(std::get<std::string>(key), 0)
                                    : SortKey{NumberKey(std::get<qint64>(key)), 0};

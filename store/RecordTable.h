@@ -48,6 +48,7 @@ public:
     /// False when every search still ends on the record that it ended on before.
     bool Sort(const std::vector<size_t> &fields);
 
+    void BuildIndex(size_t field); ///< what the field's first search would do
     struct Found
     {
         size_t Position = 0; ///< Count() when every value is below the key

@@ -17,6 +17,7 @@ public:
 
     bool IsOpen() const { return Handle != 0; }
 
+    void Preload() const { m_store.Preload(Handle); }
     void MoveFirst() { m_store.MoveFirst(Handle); }
     void MoveCursor() { m_store.MoveCursor(Handle); }
     void MoveNext() { m_store.MoveNext(Handle); }

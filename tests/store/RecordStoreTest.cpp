@@ -506,6 +506,49 @@ TEST_F(RecordStoreWrite, AYearThatNoTextHoldsIsRefused)
     EXPECT_EQ(Names(handle), u"a"_s);
 }
 
+TEST_F(RecordStoreWrite, ARowIsARecordAddedInOneStep)
+{
+    const Handle handle = Table({Three(u"b"_s, 2, 3)});
+    StoredRow row;
+    RecordStore::PutRow(row, Three(u"some longer name"_s, 1, 1));
+    RecordStore::PutRow(row, Three(u"a"_s, 4, 5)); // into the place of another
+    Store.AppendRow(handle, row);
+    EXPECT_EQ(Read(handle), Three(u"a"_s, 4, 5));
+    EXPECT_EQ(NamesInFile(u"T"_s), u"b a"_s);
+
+    RecordStore::PutRow(row, OneText{u"too short"_s});
+    EXPECT_EQ(RaisedBy([&] { Store.AppendRow(handle, row); }).Number, StoreErrors::BadRecord);
+    RecordStore::PutRow(row, Reordered());
+    EXPECT_EQ(RaisedBy([&] { Store.AppendRow(handle, row); }).Number, StoreErrors::BadRecord);
+    EXPECT_EQ(NamesInFile(u"T"_s), u"b a"_s);
+}
+
+TEST_F(RecordStoreCursor, ATableThatIsReadAheadIsTheSame)
+{
+    Build(u"T"_s, {Three(u"b"_s, 1, 1), Three(u"a"_s, 2, 2)});
+    for (int i = 0; i < 50; ++i) {
+        const Handle handle = Open(u"T"_s);
+        Store.Preload(handle);
+        if (i % 3 == 0)
+            Store.SortTable(handle, u"0"_s);
+        if (i % 3 != 2) { // else it is closed before anything was asked for
+            EXPECT_EQ(Store.GetRecordCount(handle), 2);
+            EXPECT_EQ(Names(handle), i % 3 == 0 ? u"a b"_s : u"b a"_s);
+        }
+        Store.CloseDatabase(handle);
+    }
+}
+
+TEST_F(RecordStoreCursor, WhatCannotBeReadAheadIsToldByTheFirstWhoNeedsARecord)
+{
+    Build(u"T"_s, {Three(u"b"_s, 1, 1)});
+    OtherProgram(FileOf(u"T"_s)).Execute(u"UPDATE T SET Day = 'never'"_s);
+    const Handle handle = Open(u"T"_s);
+    Store.Preload(handle);
+    EXPECT_EQ(Store.GetRecordCount(handle), 1);
+    EXPECT_EQ(RaisedBy([&] { Store.MoveFirst(handle); }).Number, StoreErrors::BadRecord);
+}
+
 TEST_F(RecordStoreWrite, AStructureOfAnotherShapeIsRefused)
 {
     const Handle handle = Table({Three(u"a"_s, 2, 3)});

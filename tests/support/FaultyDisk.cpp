@@ -18,7 +18,7 @@ namespace {
 /// The C library's calls carry no data of ours, so they find the disk here.
 FaultyDisk *theDisk = nullptr;
 /// SQLite's own calls of the C library are counted as what SQLite asked for.
-int insideSqlite = 0;
+thread_local int insideSqlite = 0;
 
 struct InsideSqlite
 {
