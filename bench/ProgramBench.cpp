@@ -59,17 +59,19 @@ ProgramBench::ProgramBench(const QString &folder)
     LetEventsRun();
 }
 
-double ProgramBench::OpenDialog(
+ProgramBench::Opening ProgramBench::OpenDialog(
     const std::function<void()> &action, const std::function<void(QWidget &)> &steps) const
 {
-    double opened = 0;
+    Opening opened;
     QElapsedTimer clock;
+    const auto now = [&] { return static_cast<double>(clock.nsecsElapsed()) / 1e6; };
     QTimer::singleShot(0, &Window(), [&] {
         QWidget *dialog = QApplication::activeModalWidget();
         if (dialog == nullptr)
             throw std::runtime_error("no dialog has opened");
+        opened.Shown = now();
         WaitForPaint(*dialog);
-        opened = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        opened.Painted = now();
         RequireActive(*dialog);
         steps(*dialog);
         if (QApplication::activeModalWidget() == dialog)

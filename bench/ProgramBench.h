@@ -25,9 +25,14 @@ public:
     frmEntryList &Window() const { return *m_program->MainWindow(); }
     clsGrid &Grid() const { return Control<clsGrid>(Window(), "msgEntryList"); }
 
-    /// Opens a modal dialog by the action, returns the milliseconds until it is painted, runs the
-    /// steps in it and closes it.
-    double OpenDialog(
+    /// Milliseconds until a dialog waits for the user, and until it is painted.
+    struct Opening
+    {
+        double Shown = 0;
+        double Painted = 0;
+    };
+    /// Opens a modal dialog by the action, runs the steps in it and closes it.
+    Opening OpenDialog(
         const std::function<void()> &action,
         const std::function<void(QWidget &)> &steps = [](QWidget &) {}) const;
 

@@ -60,7 +60,8 @@ public:
         std::mt19937 engine(7);
         std::vector<QString> keys;
         for (int i = 0; i < 4096; ++i)
-            keys.push_back(PadKey(CodeOf(static_cast<qint64>(engine()) % records), KeyWidth::Customer));
+            keys.push_back(
+                PadKey(CodeOf(static_cast<qint64>(engine()) % records), KeyWidth::Customer));
         return keys;
     }
 

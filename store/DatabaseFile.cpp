@@ -417,7 +417,9 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
     m_openName = m_fileName;
     Connect(SQLITE_OPEN_READWRITE);
     Configure();
-    LoadDefinition();
+    m_tableName = name;
+    m_quotedTable = Quoted(name);
+    m_schema = std::move(schema);
 }
 
 void DatabaseFile::ReadRows(const std::function<void(const RowSource &)> &row)

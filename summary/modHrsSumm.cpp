@@ -110,8 +110,9 @@ bool modHrsSumm::FillHoursSummaryGrid()
 void modHrsSumm::AddDayRow(const HoursSummaryRecord &day)
 {
     const Currency hours = day.Billable + day.NoCharge + day.DoNotBill;
-    const QString dateHidden = day.Date.toString(u"yyyyMMdd"_s);
-    const QString date = day.Date.toString(u"MM/dd/yyyy"_s);
+    const QDate calendarDay = day.Date.date();
+    const QString dateHidden = calendarDay.toString(u"yyyyMMdd"_s);
+    const QString date = calendarDay.toString(u"MM/dd/yyyy"_s);
     const QString billable = HoursText(day.Billable);
     const QString noCharge = HoursText(day.NoCharge);
     const QString doNotBill = HoursText(day.DoNotBill);
