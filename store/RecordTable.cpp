@@ -239,8 +239,11 @@ bool RecordTable::SettleEquals(Run run, size_t field, size_t from, const Precede
         if (equals.size() == 1)
             continue;
         if (goesOn && from + 16 < mostBytes) {
+            const SortKey key = equals.front().Key;
             SortRun(equals, field, from + 16);
             unique = SettleEquals(equals, field, from + 16, precedes) && unique;
+            for (Keyed &record : equals)
+                record.Key = key;
             continue;
         }
         std::sort(equals.begin(), equals.end(), [&](const Keyed &a, const Keyed &b) {
@@ -258,23 +261,15 @@ bool RecordTable::SettleEquals(Run run, size_t field, size_t from, const Precede
 }
 
 /// The records ordered by a field; of equal values the one first that precedes.
-RecordTable::Index RecordTable::Ordered(
-    std::vector<Slot> records, size_t field, const Precedence &precedes) const
+RecordTable::Index RecordTable::Ordered(size_t field, const Precedence &precedes) const
 {
-    std::vector<Keyed> keyed;
-    keyed.reserve(records.size());
-    for (const Slot slot : records)
-        keyed.push_back({{}, slot});
-    SortRun(keyed, field, 0);
     Index index;
     index.Built = true;
-    index.Keys.reserve(keyed.size());
-    for (const Keyed &record : keyed)
-        index.Keys.push_back(record.Key);
-    index.Unique = SettleEquals(keyed, field, 0, precedes);
-    index.Slots = std::move(records);
-    std::transform(keyed.begin(), keyed.end(), index.Slots.begin(),
-        [](const Keyed &record) { return record.At; });
+    index.Records.reserve(m_order.size());
+    for (const Slot slot : m_order)
+        index.Records.push_back({{}, slot});
+    SortRun(index.Records, field, 0);
+    index.Unique = SettleEquals(index.Records, field, 0, precedes);
     return index;
 }
 
@@ -307,15 +302,16 @@ bool RecordTable::Sort(const std::vector<size_t> &fields)
     m_orderedBy = fields;
     Index &leading = m_indexes[fields.front()];
     if (!leading.Built || (!leading.Unique && !stands))
-        leading = Ordered(m_order, fields.front(), precedes);
+        leading = Ordered(fields.front(), precedes);
     return !stands && TakeOrderOf(leading);
 }
 
 bool RecordTable::TakeOrderOf(const Index &leading)
 {
-    m_order = leading.Slots;
-    for (size_t i = 0; i < m_order.size(); ++i)
+    for (size_t i = 0; i < m_order.size(); ++i) {
+        m_order[i] = leading.Records[i].At;
         m_places[m_order[i]] = static_cast<Slot>(i);
+    }
     bool othersAreFound = !leading.Unique;
     for (Index &index : m_indexes) {
         if (&index == &leading || !index.Built || index.Unique)
@@ -328,42 +324,41 @@ bool RecordTable::TakeOrderOf(const Index &leading)
 
 size_t RecordTable::Rank(const Index &index, size_t field, Slot slot) const
 {
-    const SortKey key = KeyOf(slot, field);
-    const auto [first, last] = std::equal_range(index.Keys.begin(), index.Keys.end(), key);
-    const auto begin = index.Slots.begin() + (first - index.Keys.begin());
-    const auto end = index.Slots.begin() + (last - index.Keys.begin());
-    const auto at = std::lower_bound(begin, end, slot, [&](Slot a, Slot b) {
-        const int order = CompareSlots(a, b, field);
-        return order != 0 ? order < 0 : m_places[a] < m_places[b];
-    });
-    return static_cast<size_t>(at - index.Slots.begin());
+    const auto before = [&](const Keyed &a, const Keyed &b) {
+        if (!(a.Key == b.Key))
+            return a.Key < b.Key;
+        const int order = CompareSlots(a.At, b.At, field);
+        return order != 0 ? order < 0 : m_places[a.At] < m_places[b.At];
+    };
+    const Keyed record = {KeyOf(slot, field), slot};
+    const auto at = std::lower_bound(index.Records.begin(), index.Records.end(), record, before);
+    return static_cast<size_t>(at - index.Records.begin());
 }
 
 void RecordTable::InsertInto(Index &index, size_t field, Slot slot) const
 {
     const size_t rank = Rank(index, field, slot);
-    const auto equals
-        = [&](size_t neighbour) { return CompareSlots(index.Slots[neighbour], slot, field) == 0; };
-    if ((rank > 0 && equals(rank - 1)) || (rank < index.Slots.size() && equals(rank)))
+    const auto equals = [&](size_t neighbour) {
+        return CompareSlots(index.Records[neighbour].At, slot, field) == 0;
+    };
+    if ((rank > 0 && equals(rank - 1)) || (rank < index.Records.size() && equals(rank)))
         index.Unique = false;
-    const auto offset = static_cast<std::ptrdiff_t>(rank);
-    index.Keys.insert(index.Keys.begin() + offset, KeyOf(slot, field));
-    index.Slots.insert(index.Slots.begin() + offset, slot);
+    index.Records.insert(
+        index.Records.begin() + static_cast<std::ptrdiff_t>(rank), {KeyOf(slot, field), slot});
 }
 
 void RecordTable::RemoveFrom(Index &index, Slot slot) const
 {
     const size_t field = static_cast<size_t>(&index - m_indexes.data());
     const auto rank = static_cast<std::ptrdiff_t>(Rank(index, field, slot));
-    index.Keys.erase(index.Keys.begin() + rank);
-    index.Slots.erase(index.Slots.begin() + rank);
+    index.Records.erase(index.Records.begin() + rank);
 }
 
 void RecordTable::BuildIndex(size_t field)
 {
     Index &index = m_indexes[field];
     if (!index.Built)
-        index = Ordered(m_order, field, [&](Slot a, Slot b) { return m_places[a] < m_places[b]; });
+        index = Ordered(field, [&](Slot a, Slot b) { return m_places[a] < m_places[b]; });
 }
 
 RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValue &key)
@@ -373,23 +368,15 @@ RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValu
     const bool isText = m_columns[field].Type == FieldType::String;
     const SortKey sortKey = isText ? TextKey(std::get<std::string>(key), 0)
                                    : SortKey{NumberKey(std::get<qint64>(key)), 0};
-    const auto isBelow = [&](size_t rank) {
-        if (index.Keys[rank] != sortKey || !isText)
-            return index.Keys[rank] < sortKey;
-        return CompareTexts(TextAt(index.Slots[rank], field), std::get<std::string>(key)) < 0;
+    const auto isBelow = [&](const Keyed &record) {
+        if (!isText || !(record.Key == sortKey))
+            return record.Key < sortKey;
+        return CompareTexts(TextAt(record.At, field), std::get<std::string>(key)) < 0;
     };
-    size_t rank = 0;
-    for (size_t end = index.Keys.size(); rank < end;) {
-        const size_t middle = rank + (end - rank) / 2;
-        if (isBelow(middle))
-            rank = middle + 1;
-        else
-            end = middle;
-    }
-    if (rank == index.Keys.size())
+    const auto at = std::partition_point(index.Records.begin(), index.Records.end(), isBelow);
+    if (at == index.Records.end())
         return {Count(), false};
-    const Slot slot = index.Slots[rank];
     const bool exact
-        = isText ? TextAt(slot, field) == std::get<std::string>(key) : index.Keys[rank] == sortKey;
-    return {m_places[slot], exact};
+        = isText ? TextAt(at->At, field) == std::get<std::string>(key) : at->Key == sortKey;
+    return {m_places[at->At], exact};
 }

@@ -93,12 +93,16 @@ private:
             return First != other.First ? First < other.First : Second < other.Second;
         }
     };
+    struct Keyed
+    {
+        SortKey Key;
+        Slot At;
+    };
     struct Index
     {
         bool Built = false;
         bool Unique = true; // then the order of equals is no question, and a sort leaves it valid
-        std::vector<SortKey> Keys;
-        std::vector<Slot> Slots; // beside Keys, ordered by value, then by position
+        std::vector<Keyed> Records; // ordered by value, then by position
     };
 
     Numbering &Numbered(size_t field)
@@ -109,12 +113,6 @@ private:
         return numbering;
     }
     void Build(Numbering &numbering, size_t field) const;
-    /// A record while it is being sorted.
-    struct Keyed
-    {
-        SortKey Key;
-        Slot At;
-    };
     using Run = std::span<Keyed>;
     /// Which of two records with equal values comes first.
     using Precedence = std::function<bool(Slot, Slot)>;
@@ -122,7 +120,7 @@ private:
     std::string_view TextAt(Slot slot, size_t field) const;
     SortKey KeyOf(Slot slot, size_t field, size_t from = 0) const;
     static SortKey TextKey(std::string_view text, size_t from);
-    Index Ordered(std::vector<Slot> records, size_t field, const Precedence &precedes) const;
+    Index Ordered(size_t field, const Precedence &precedes) const;
     void SortRun(Run run, size_t field, size_t from) const;
     bool SettleEquals(Run run, size_t field, size_t from, const Precedence &precedes) const;
     bool IsOrderedBy(const std::vector<size_t> &fields) const;
