@@ -7,11 +7,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QRegularExpression>
 
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
+using testing::IsEmpty;
 using testing::IsSupersetOf;
+using testing::SizeIs;
 
 namespace {
 
@@ -33,7 +36,7 @@ protected:
     {
         Run(u"fakeroot"_s,
             QStringList{u"dpkg"_s, u"--root="_s + Place(u"root"_s), u"--force-not-root"_s,
-                u"--log=/dev/null"_s}
+                u"--force-bad-path"_s, u"--log=/dev/null"_s}
                 + arguments);
     }
 
@@ -115,11 +118,40 @@ TEST_F(Deb, LeavesTheUsersFolderWhenItIsRemoved)
     EXPECT_EQ(Read(ProgramFolder() + u"/ABCEntries-WkLg.db"_s), "precious");
 }
 
+TEST_F(Deb, KeepsWhatAUserHasWorkedFromOthers)
+{
+    {
+        ProgramUnderTest program = Start();
+        program.WaitForMessage(u"Please perform a synchronization first."_s);
+    }
+    EXPECT_EQ(QFile::permissions(ProgramFolder()) & (QFile::ReadGroup | QFile::ReadOther),
+        QFile::Permissions());
+}
+
+TEST_F(Deb, LetsOnlyTheAdministratorChangeWhatIsInstalled)
+{
+    const QString list
+        = QString::fromUtf8(Run(u"dpkg-deb"_s, {u"--contents"_s, Package(u".deb"_s)}));
+    const QRegularExpression fine(u"^(lrwxrwxrwx|drwxr-xr-x|-rwxr-xr-x|-rw-r--r--) root/root "_s);
+    const QStringList lines = list.split(u'\n', Qt::SkipEmptyParts);
+    EXPECT_GT(lines.size(), 20);
+    for (const QString &line : lines)
+        EXPECT_TRUE(fine.match(line).hasMatch()) << line.toStdString();
+}
+
+TEST_F(Deb, NamesNoPlaceOfTheComputerThatBuiltIt)
+{
+    EXPECT_THAT(FilesThatSay(Place(u"root/usr"_s), WORKLOG_BUILT_IN), IsEmpty());
+    // That is how a text in a file is found.
+    EXPECT_THAT(FilesThatSay(Place(u"root/usr"_s), "Exec=worklog-remote"), SizeIs(1));
+}
+
 TEST_F(Deb, ReportsOnAnotherFolderWhenAsked)
 {
     Run(Installed(u"bin/worklog-report"_s), {u"--help"_s}, 0, User());
-    Run(Installed(u"bin/worklog-report"_s), {u"days"_s, u"--folder"_s, Place(u"nowhere"_s)}, 1,
-        User());
+    for (const QString &folder : {u"--folder"_s, u"-folder"_s})
+        Run(Installed(u"bin/worklog-report"_s), {u"days"_s, folder, Place(u"nowhere"_s)}, 1,
+            User());
     EXPECT_FALSE(QFile::exists(ProgramFolder())); // a report lays nothing down
 }
 
@@ -151,8 +183,10 @@ TEST_F(Deb, SuitsADesktop)
         QFile::exists(Installed(u"share/icons/hicolor/scalable/apps/"_s + AppId + u".svg"_s)));
 }
 
-TEST_F(Deb, HasManualPagesThatAreSetWithoutAWarning)
+TEST_F(Deb, TellsWhatHasChangedAndHasManualPagesSetWithoutAWarning)
 {
+    EXPECT_TRUE(Run(u"gzip"_s, {u"-dc"_s, Installed(u"share/doc/worklog-remote/changelog.gz"_s)})
+                    .startsWith("# Changelog"));
     for (const char *page : {"worklog-remote", "worklog-report"}) {
         const QString packed
             = Installed(u"share/man/man1/"_s + QString::fromLatin1(page) + u".1.gz"_s);

@@ -75,6 +75,17 @@ QMap<QString, QByteArray> PackageFixture::Contents(const QString &folder)
     return contents;
 }
 
+QStringList PackageFixture::FilesThatSay(const QString &folder, const QByteArray &bytes)
+{
+    const QMap<QString, QByteArray> contents = Contents(folder);
+    QStringList found;
+    for (auto file = contents.begin(); file != contents.end(); ++file) {
+        if (file.value().contains(bytes))
+            found.append(file.key());
+    }
+    return found;
+}
+
 void PackageFixture::SynchroniseFirst(ProgramUnderTest &program)
 {
     program.WaitForMessage(u"Please perform a synchronization first."_s);

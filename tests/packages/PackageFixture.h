@@ -33,6 +33,9 @@ protected:
     /// Everything below a folder with what is in it, to see what has changed.
     static QMap<QString, QByteArray> Contents(const QString &folder);
 
+    /// The files below a folder that have these bytes anywhere in them.
+    static QStringList FilesThatSay(const QString &folder, const QByteArray &bytes);
+
     /// From the first message to the company's data.
     static void SynchroniseFirst(ProgramUnderTest &program);
 

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
+using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
@@ -33,7 +34,12 @@ TEST_F(Portable, IsOneFolderWithThePrograms)
 {
     EXPECT_THAT(QDir(m_folder).entryList(QDir::Files),
         UnorderedElementsAre(u"LICENSE"_s, u"README.txt"_s, u"WL.HLP"_s, u"WorklogRemote"_s,
-            u"pvxwin32.exe"_s, u"worklog-report"_s));
+            u"pvxwin32.exe"_s, u"worklog-report"_s, u"worklog-report.1"_s));
+}
+
+TEST_F(Portable, NamesNoPlaceOfTheComputerThatBuiltIt)
+{
+    EXPECT_THAT(FilesThatSay(m_folder, WORKLOG_BUILT_IN), IsEmpty());
 }
 
 TEST_F(Portable, RunsWhereItIsUnpackedWithItsDatabasesInside)
