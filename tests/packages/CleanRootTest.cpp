@@ -30,6 +30,8 @@ protected:
     void SetUp() override
     {
         Run(u"python3"_s, {QStringLiteral(WORKLOG_MAKE_ROOT), m_root, Package(u".deb"_s)});
+        if (HasFailure())
+            return;
         QProcess entrance;
         entrance.start(m_enter[0], m_enter.mid(1) + QStringList{u"/bin/true"_s});
         if (!entrance.waitForFinished() || entrance.exitCode() != 0)

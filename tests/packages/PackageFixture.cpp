@@ -93,4 +93,5 @@ void PackageFixture::SynchroniseFirst(ProgramUnderTest &program)
     program.Click(u"cmdSync"_s);
     ProgramUnderTest::WaitUntil(u"the company's data"_s,
         [&] { return program.Text(u"lblCompanyName"_s) == u"Abernook Business Consulting"_s; });
+    program.WaitForFocus(u"dtpDate"_s); // of the window that has opened anew
 }

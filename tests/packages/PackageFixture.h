@@ -36,7 +36,7 @@ protected:
     /// The files below a folder that have these bytes anywhere in them.
     static QStringList FilesThatSay(const QString &folder, const QByteArray &bytes);
 
-    /// From the first message to the company's data.
+    /// From the first message to the company's data in a window that takes the keys.
     static void SynchroniseFirst(ProgramUnderTest &program);
 
     QTemporaryDir m_place;
