@@ -89,6 +89,7 @@ public:
 
     void Begin(); ///< a writing transaction
     bool InTransaction() const; ///< false also after a failure by which SQLite has undone it
+    /// Returns also when SQLite reports a failure and the transaction is in the file all the same.
     void Commit();
     void Rollback() noexcept;
 
@@ -109,6 +110,8 @@ private:
     qint64 Size() const;
     void CheckHeader(quint32 creator);
     void CheckSize();
+    quint32 HeaderNumber(size_t offset) const;
+    bool HasHappened(quint32 changesBefore);
     void Configure();
     void SetDurability();
     bool IsStrictTable(const QString &name);
