@@ -1225,6 +1225,7 @@ TEST_F(RecordStoreWrite, FindsAndSortsAfterReplacedTextsWereDropped)
     Store.MoveToPosition(handle, 0);
     EXPECT_EQ(day(), u"2024-03-04"_s);
     EXPECT_EQ(Name(handle), text(u'a'));
+    EXPECT_EQ(Store.NumbersOf(handle, 0), numbers) << "the table has been read anew";
     EXPECT_EQ(numbers->Text(*numbers->Find(text(u'a'))), text(u'a'));
     EXPECT_EQ(NamesInFile(u"T"_s), text(u'f') + u' ' + text(u'h') + u' ' + text(u'a'));
 }
