@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The long forms of the tests under tests/reliability, which take hours in all; test.sh runs their
-# short forms. Arguments are names of tests as `ctest -R` takes them: ./test-soak.sh EveryFailure
+# The long forms of the tests under tests/reliability, a quarter of an hour in all on two cores;
+# test.sh runs their short forms. Arguments are names of tests as `ctest -R` takes them: ./test-soak.sh EveryFailure
 set -euo pipefail
 cd "$(dirname "$0")"
 

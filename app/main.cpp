@@ -5,7 +5,21 @@
 #include "platform/clsWindowMessageBox.h"
 #include "platform/Paths.h"
 
+#include <QIcon>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QIcon ProgramIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        icon.addFile(u":/icons/%1.png"_s.arg(size));
+    return icon;
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -13,6 +27,9 @@ int main(int argc, char **argv)
     clsApplication application(argc, argv, messages);
     // A caret that stands still: a window that nobody touches does not wake the computer.
     QApplication::setCursorFlashTime(0);
+    // Under this name the desktop knows the program's icon; on others the windows bring it along.
+    QApplication::setDesktopFileName(u"org.worklogremote.WorklogRemote"_s);
+    QApplication::setWindowIcon(ProgramIcon());
     // Between two main windows, while the accounting client works, no window is open at all.
     QApplication::setQuitOnLastWindowClosed(false);
 

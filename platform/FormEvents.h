@@ -28,13 +28,7 @@ inline bool EntersField(const QFocusEvent &event)
 }
 
 /// The colour of a window's background, or of a button's face for what cannot be edited.
-inline void DrawBackground(QWidget &widget, bool buttonFace)
-{
-    QPalette colours;
-    if (buttonFace)
-        colours.setColor(QPalette::Base, widget.palette().color(QPalette::Button));
-    widget.setPalette(colours);
-}
+void DrawBackground(QWidget &widget, bool buttonFace);
 
 /// A caption for a label that leads to a field, which would read "&" as the sign of a shortcut.
 inline QString CaptionText(QString text)

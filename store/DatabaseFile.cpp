@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +23,7 @@ namespace {
 /// seem to hang.
 constexpr int BusyTimeoutMilliseconds = 250;
 constexpr int HeaderBytes = 100;
+constexpr size_t ChangesOffset = 24; // counts the transactions that have changed the file
 constexpr size_t ApplicationIdOffset = 68;
 constexpr const char *CheckColumn = "Check_Value";
 constexpr const char *CheckMark = "Has_Check_Values"; // of Record_Store, where the table has them
@@ -95,7 +97,7 @@ bool IsCheckValue(std::string_view stored, const CheckValue &value)
 
 void RemoveLeftover(const QString &fileName)
 {
-    if (QFile::exists(fileName) && !QFile::remove(fileName))
+    if (QFile::exists(fileName) && !QFile::remove(fileName) && QFile::exists(fileName))
         RaiseStoreError(StoreErrors::WriteFailed, u"A leftover cannot be removed: "_s + fileName);
 }
 
@@ -233,6 +235,20 @@ qint64 DatabaseFile::Size() const
     return size;
 }
 
+/// A number of the file's header, zero in a file that is still empty. Past SQLite, see CheckHeader.
+quint32 DatabaseFile::HeaderNumber(size_t offset) const
+{
+    std::array<quint8, 4> bytes = {};
+    const int result = RawFile().pMethods->xRead(
+        &RawFile(), bytes.data(), bytes.size(), static_cast<sqlite3_int64>(offset));
+    if (result != SQLITE_IOERR_SHORT_READ)
+        Check(result);
+    quint32 number = 0;
+    for (const quint8 byte : bytes)
+        number = number << 8 | byte;
+    return number;
+}
+
 void DatabaseFile::CheckHeader(quint32 creator)
 {
     // Through SQLite's own open file, but past SQLite, which would already recover or lock a
@@ -246,10 +262,7 @@ void DatabaseFile::CheckHeader(quint32 creator)
         RaiseStoreError(StoreErrors::NotADatabase, u"The file is not a database: "_s + m_fileName);
     if (Size() < HeaderBytes)
         RaiseStoreError(StoreErrors::Damaged, u"The database is truncated: "_s + m_fileName);
-    quint32 applicationId = 0;
-    for (size_t i = 0; i < 4; ++i)
-        applicationId = applicationId << 8 | static_cast<quint8>(header[ApplicationIdOffset + i]);
-    if (applicationId != creator)
+    if (HeaderNumber(ApplicationIdOffset) != creator)
         RaiseStoreError(StoreErrors::ForeignCreator,
             u"The database belongs to another program: "_s + m_fileName);
 }
@@ -581,12 +594,38 @@ bool DatabaseFile::InTransaction() const
 
 void DatabaseFile::Commit()
 {
+    std::optional<quint32> changes;
     try {
+        changes = HeaderNumber(ChangesOffset);
         Execute("COMMIT");
     } catch (const clsRunTimeError &) {
         Rollback();
-        throw;
+        // A scratch file has no journal that would tell.
+        if (!changes || m_isScratch || !HasHappened(*changes))
+            throw;
     }
+}
+
+/// Whether a transaction is in the file though its commit was reported as failed. That moment is
+/// the journal's removal, which can happen and then be reported as failed: on the disk of another
+/// computer, or when only the folder could not be put on the disk. Told as a failure, the entry
+/// would be typed, or the next one deleted, once more.
+bool DatabaseFile::HasHappened(quint32 changesBefore)
+{
+    try {
+        Statement reading(*this, "SELECT 1 FROM sqlite_schema"); // plays a journal back
+        reading.Step();
+        if (HeaderNumber(ChangesOffset) == changesBefore)
+            return false;
+    } catch (const clsRunTimeError &) {
+        return false; // the journal is there and waits for a disk that works
+    }
+    try {
+        SyncFolder(QFileInfo(m_fileName).path());
+    } catch (const clsRunTimeError &) {
+        // The next commit does it. Until then only a loss of power could bring the journal back.
+    }
+    return true;
 }
 
 void DatabaseFile::Rollback() noexcept
@@ -729,7 +768,7 @@ bool DeleteDatabaseFile(const QString &fileName)
         QFile file(name);
         if (!file.exists())
             return false;
-        if (!file.remove())
+        if (!file.remove() && file.exists())
             RaiseStoreError(StoreErrors::NotDeleted,
                 u"The database cannot be deleted: "_s + name + u" ("_s + file.errorString()
                     + u")"_s);

@@ -90,6 +90,7 @@ public:
 
     void Begin(); ///< a writing transaction
     bool InTransaction() const; ///< false also after a failure by which SQLite has undone it
+    /// Returns also when SQLite reports a failure and the transaction is in the file all the same.
     void Commit();
     void Rollback() noexcept;
 
@@ -110,6 +111,8 @@ private:
     qint64 Size() const;
     void CheckHeader(quint32 creator);
     void CheckSize();
+    quint32 HeaderNumber(size_t offset) const;
+    bool HasHappened(quint32 changesBefore);
     void Configure();
     void SetDurability();
     using ColumnTypes = std::unordered_map<std::string, std::string>; // by name

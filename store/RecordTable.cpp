@@ -6,10 +6,14 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// So little of texts that were replaced is not worth the work to drop them.
+constexpr size_t FewUnusedBytes = size_t(64) * 1024;
 
 /// Numbers as unsigned ones of the same order.
 quint64 NumberKey(qint64 number)
@@ -102,6 +106,28 @@ RecordTable::Cell RecordTable::PutText(Column &column, std::string_view text)
     return {static_cast<quint32>(begin), static_cast<quint32>(text.size())};
 }
 
+void RecordTable::ReplaceText(Column &column, Slot slot, std::string_view text)
+{
+    const Cell cell = PutText(column, text);
+    column.Unused += std::exchange(column.Cells[slot], cell).Length;
+    // Each byte is moved once for one that was replaced, however many records there are.
+    if (column.Unused > FewUnusedBytes && column.Unused > column.Bytes.size() / 2)
+        DropUnused(column);
+}
+
+void RecordTable::DropUnused(Column &column)
+{
+    std::string used;
+    used.reserve(column.Bytes.size() - column.Unused);
+    for (Cell &cell : column.Cells) {
+        const auto offset = static_cast<quint32>(used.size());
+        used.append(column.Bytes, cell.Offset, cell.Length);
+        cell.Offset = offset;
+    }
+    column.Bytes = std::move(used);
+    column.Unused = 0;
+}
+
 RecordTable::Slot RecordTable::NewSlot(qint64 rowId)
 {
     const Slot slot = static_cast<Slot>(m_rowIds.size());
@@ -168,7 +194,7 @@ void RecordTable::Replace(size_t position, const StoredRow &row)
         if (index.Built)
             RemoveFrom(index, slot);
         if (isText)
-            column.Cells[slot] = PutText(column, std::get<std::string>(row[field]));
+            ReplaceText(column, slot, std::get<std::string>(row[field]));
         else
             column.Numbers[slot] = std::get<qint64>(row[field]);
         if (index.Built)
@@ -184,6 +210,10 @@ void RecordTable::Remove(size_t position)
     for (Index &index : m_indexes) {
         if (index.Built)
             RemoveFrom(index, slot);
+    }
+    for (Column &column : m_columns) {
+        if (column.Type == FieldType::String)
+            column.Unused += std::exchange(column.Cells[slot].Length, 0);
     }
     m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(position));
     for (size_t i = position; i < m_order.size(); ++i)

@@ -16,7 +16,8 @@
 /// was searched.
 ///
 /// Shape: a position is a record's zero-based place in the current order. Values lie by column,
-///        texts in one buffer a column.
+///        texts in one buffer a column, from which replaced ones are dropped when they are more
+///        than the others.
 /// Texts: a field's texts are numbered (see TextNumbers) at the first question, and the numbers
 ///        are then kept up to date.
 /// Costs: reading a value is O(1), FindFirstNotBelow O(log n) once the field's index stands; the
@@ -77,7 +78,8 @@ private:
     struct Column
     {
         FieldType Type = FieldType::String;
-        std::string Bytes; // all texts, those no longer in use too
+        std::string Bytes; // all texts, some of those no longer in use too
+        size_t Unused = 0; // how many of the bytes no cell has
         std::vector<Cell> Cells;
         std::vector<qint64> Numbers;
     };
@@ -127,6 +129,8 @@ private:
     bool TakeOrderOf(const Index &leading); ///< true when searches may end elsewhere
     int CompareSlots(Slot a, Slot b, size_t field) const;
     static Cell PutText(Column &column, std::string_view text);
+    static void ReplaceText(Column &column, Slot slot, std::string_view text);
+    static void DropUnused(Column &column);
     Slot NewSlot(qint64 rowId);
     void InsertInto(Index &index, size_t field, Slot slot) const;
     void RemoveFrom(Index &index, Slot slot) const;

@@ -331,6 +331,15 @@ TEST_P(EveryFailure, OfAFailingDiskLosesNothingAndIsTold)
     Count("failing disk", once + forGood);
 }
 
+TEST_P(EveryFailure, ToDeleteAFileThatIsGoneAllTheSameIsSeenThrough)
+{
+    const int once = RunAll(DiskFault::DeletedAnyway, FaultLasts::Once);
+    const int forGood = RunAll(DiskFault::DeletedAnyway, FaultLasts::ForGood);
+    const bool deletes = GetParam() != Step::StartUp; // whatever writes, its journal
+    EXPECT_EQ(once + forGood > 0, deletes) << once + forGood;
+    Count("deleted anyway", once + forGood);
+}
+
 TEST_P(EveryFailure, OfThePowerLeavesEveryAcknowledgedEntry)
 {
     int runs = 0;
@@ -355,6 +364,25 @@ TEST_P(EveryFailure, OfTheProcessLeavesEveryAcknowledgedEntry)
         ++kills;
     EXPECT_GT(kills, 2);
     Count("killed", kills);
+}
+
+TEST(Disk, IsWaitedForFiveTimesAtMostToSaveANewEntry)
+{
+    const QTemporaryDir place{SampleFolderTemplate()};
+    const QString folder = place.path();
+    ProgramOnDisk::MakeFolder(folder);
+    FaultyDisk disk(folder);
+    ProgramOnDisk program(folder);
+    program.StartUp();
+    Of(Step::SaveNew).Prepare(program);
+    disk.FailAt(0, DiskFault::InputOutput);
+    Of(Step::SaveNew).Run(program);
+    EXPECT_THAT(program.Failures(), IsEmpty());
+    EXPECT_EQ(StoredEntries(folder).size(), 3U);
+    EXPECT_LE(disk.Flushes(), 5);
+    // Of a journal its contents and its name, the database, and that the journal is gone.
+    EXPECT_GE(disk.Flushes(), 4);
+    TellCount("flushes of a save", disk.Flushes());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EveryFailure,

@@ -142,6 +142,7 @@ void ProgramOnDisk::TypeInto(const char *box, const QString &text)
     auto &edited = Control<QLineEdit>(*Window(), box);
     edited.setFocus(Qt::TabFocusReason);
     LetEventsRun();
+    edited.selectAll(); // also where the box had the focus already
     QTest::keyClicks(&edited, text);
     LetEventsRun();
 }

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <limits>
+#include <malloc.h>
 
 using namespace Qt::StringLiterals;
 
@@ -1217,4 +1218,57 @@ TEST_F(RecordStoreCreate, HandlesThatAreNoneAreRefused)
     }
     EXPECT_EQ(record, Three(u"kept"_s));
     EXPECT_EQ(NamesInFile(u"T"_s), u"a"_s);
+}
+
+TEST_F(RecordStoreWrite, GoesOnForHoursInTheSameMemory)
+{
+    const Handle handle = Table({Three(u"first"_s), Three(u"last"_s)});
+    Store.MoveFirst(handle);
+    RecordStore::Batch batch(Store, handle);
+    const size_t before = ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
+    for (int i = 0; i < 2000; ++i) {
+        Store.MoveToPosition(handle, 0);
+        Change(handle, Three(QString(60'000 + i % 7, QChar(u'a' + i % 26))));
+    }
+    const size_t after = ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
+    EXPECT_LT(after, before + 2'000'000); // all texts together were 120 MB
+    batch.Commit();
+    EXPECT_EQ(Store.ReadField(handle, 0), QString(60'000 + 1999 % 7, QChar(u'a' + 1999 % 26)));
+    Store.MoveNext(handle);
+    EXPECT_EQ(Store.ReadField(handle, 0), u"last"_s);
+}
+
+TEST_F(RecordStoreWrite, FindsAndSortsAfterReplacedTextsWereDropped)
+{
+    const auto text = [](QChar first) { return first + QString(40'000, u'x'); };
+    const Handle handle = Table({Three(text(u'c'), 1), Three(text(u'a'), 2), Three(text(u'e'), 3)});
+    Store.FindRecord(handle, 0, text(u'c')); // its index stands from now on
+    const auto numbers = Store.NumbersOf(handle, 0);
+    {
+        RecordStore::Batch batch(Store, handle);
+        for (const QChar first : {u'h', u'b', u'k', u'd', u'f'}) {
+            for (qint32 position = 0; position < 3; ++position) {
+                Store.MoveToPosition(handle, position);
+                Change(handle, Three(text(QChar(first.unicode() + position)), position + 1));
+                EXPECT_EQ(Found(handle, 0, text(QChar(first.unicode() + position))).size(), 40'003);
+            }
+        }
+        Store.MoveToPosition(handle, 1);
+        Store.DeleteRecord(handle, 2);
+        Add(handle, Three(text(u'a'), 4));
+        batch.Commit();
+    }
+    const auto day = [&] { return Store.ReadField(handle, 1).left(10); };
+    Store.FindRecord(handle, 0, text(u'f'));
+    EXPECT_EQ(day(), u"2024-03-01"_s);
+    Store.FindRecord(handle, 0, text(u'g')); // deleted
+    EXPECT_EQ(Store.GetLastStatus(handle), RecordStore::NoExactMatch);
+    EXPECT_EQ(day(), u"2024-03-03"_s);
+    Store.SortTable(handle, u"0"_s);
+    Store.MoveToPosition(handle, 0);
+    EXPECT_EQ(day(), u"2024-03-04"_s);
+    EXPECT_EQ(Name(handle), text(u'a'));
+    EXPECT_EQ(Store.NumbersOf(handle, 0), numbers) << "the table has been read anew";
+    EXPECT_EQ(numbers->Text(*numbers->Find(text(u'a'))), text(u'a'));
+    EXPECT_EQ(NamesInFile(u"T"_s), text(u'f') + u' ' + text(u'h') + u' ' + text(u'a'));
 }

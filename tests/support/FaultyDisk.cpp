@@ -88,11 +88,14 @@ struct FaultyDisk::Vfs
         const InsideSqlite inside;
         FaultyDisk &disk = DiskOf(vfs);
         const bool watched = disk.Watches(path) && ::access(path, F_OK) == 0;
-        if (watched && disk.Fails(Call::Delete, path))
+        const bool fails = watched && disk.Fails(Call::Delete, path);
+        if (fails && !disk.DeletesAnyway())
             return SQLITE_IOERR_DELETE;
         if (watched)
             disk.NameChanges(path);
         const int result = RealOf(vfs)->xDelete(RealOf(vfs), path, syncsFolder);
+        if (fails)
+            return SQLITE_IOERR_DELETE;
         if (watched && syncsFolder != 0)
             disk.Synced(QFileInfo(QFile::decodeName(path)).path().toUtf8());
         return result;
@@ -221,6 +224,7 @@ void FaultyDisk::FailAt(int call, DiskFault fault, FaultLasts lasts)
     m_fault = fault;
     m_lasts = lasts;
     m_calls = 0;
+    m_flushes = 0;
     m_failedCall.clear();
     m_unsynced.clear();
 }
@@ -238,6 +242,8 @@ bool FaultyDisk::Watches(const QByteArray &path) const
 
 bool FaultyDisk::Fails(Call call, const QByteArray &path)
 {
+    if (m_fault == DiskFault::DeletedAnyway && call != Call::Delete)
+        return false;
     const bool needsSpace = call == Call::Create || call == Call::Write || call == Call::Sync;
     if (m_fault == DiskFault::Full && !needsSpace)
         return false;
@@ -354,17 +360,38 @@ bool FailsWith(FaultyDisk::Call call, const char *path)
     return true;
 }
 
+std::array<char, 4096> PathOf(int file)
+{
+    std::array<char, 4096> path = {};
+    const std::string link = "/proc/self/fd/" + std::to_string(file);
+    if (::readlink(link.c_str(), path.data(), path.size() - 1) < 0)
+        path[0] = '\0';
+    return path;
+}
+
+void CountFlush(const char *path)
+{
+    if (theDisk != nullptr && theDisk->Watches(path))
+        theDisk->CountFlush();
+}
+
 } // namespace
 
 extern "C" {
 
 int unlink(const char *path) noexcept
 {
-    if (FailsWith(FaultyDisk::Call::Delete, path))
+    const bool fails = FailsWith(FaultyDisk::Call::Delete, path);
+    const int reason = errno;
+    if (fails && !theDisk->DeletesAnyway())
         return -1;
     if (IsCounted(path))
         theDisk->NameChanges(path);
-    return static_cast<int>(syscall(SYS_unlink, path));
+    const int result = static_cast<int>(syscall(SYS_unlink, path));
+    if (!fails)
+        return result;
+    errno = reason;
+    return -1;
 }
 
 int link(const char *from, const char *to) noexcept
@@ -389,15 +416,20 @@ int rename(const char *from, const char *to) noexcept
 
 int fsync(int file)
 {
-    std::array<char, 4096> path = {};
-    const std::string link = "/proc/self/fd/" + std::to_string(file);
-    if (::readlink(link.c_str(), path.data(), path.size() - 1) < 0)
-        path[0] = '\0';
+    const std::array<char, 4096> path = PathOf(file);
+    CountFlush(path.data());
     if (FailsWith(FaultyDisk::Call::Sync, path.data()))
         return -1;
     const int result = static_cast<int>(syscall(SYS_fsync, file));
     if (IsCounted(path.data()))
         theDisk->Synced(path.data());
     return result;
+}
+
+// Only SQLite's, which is watched where SQLite asks for it.
+int fdatasync(int file)
+{
+    CountFlush(PathOf(file).data());
+    return static_cast<int>(syscall(SYS_fdatasync, file));
 }
 }

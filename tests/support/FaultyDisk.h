@@ -15,6 +15,7 @@ enum class DiskFault
     Full, ///< what needs space fails: writing, creating, putting on the disk
     InputOutput, ///< every call fails
     Kill, ///< the process is killed before the call
+    DeletedAnyway, ///< deleting a file does it and is reported as failed
     PowerLoss ///< the call and all that follow have no effect; see LosePower
 };
 
@@ -28,7 +29,7 @@ enum class FaultLasts
 ///
 /// Counted: opening, writing, truncating, syncing and deleting, as SQLite asks for them, and
 ///          unlink, link, rename and fsync as everybody else does. Of a Full disk only those that
-///          can meet it.
+///          can meet it, and of DeletedAnyway only deleting.
 /// Shape:   SQLite's default disk is replaced while the object lives, and the calls of the C
 ///          library always pass through here; one object at a time.
 class FaultyDisk
@@ -44,6 +45,9 @@ public:
     /// From now on nothing fails; the number of calls that were counted.
     int Mend();
     bool HasFailed() const { return !m_failedCall.isEmpty(); }
+    /// How often something was put on the disk since FailAt, by SQLite or anybody else: contents of
+    /// files and names in folders.
+    int Flushes() const { return m_flushes; }
     const QByteArray &FailedCall() const { return m_failedCall; } ///< "write ABC.db-journal"
 
     /// Leaves on the disk what a loss of power now would: what was synced, and of the rest, sector
@@ -64,6 +68,8 @@ public:
     struct Vfs;
     bool Watches(const QByteArray &path) const;
     bool Fails(Call call, const QByteArray &path);
+    bool DeletesAnyway() const { return m_fault == DiskFault::DeletedAnyway; }
+    void CountFlush() { ++m_flushes; }
     bool IsFull() const { return m_fault == DiskFault::Full; }
     void ContentsChange(const QByteArray &path); ///< before they do
     void NameChanges(const QByteArray &path);
@@ -86,6 +92,7 @@ private:
     FaultLasts m_lasts = FaultLasts::Once;
     int m_failAt = 0;
     int m_calls = 0;
+    int m_flushes = 0;
     QByteArray m_failedCall;
     std::map<QByteArray, Unsynced> m_unsynced;
 };

@@ -1,0 +1,11 @@
+# Read by cpack once for each kind of package: which component goes into it, and where to.
+if(CPACK_GENERATOR STREQUAL "DEB")
+    set(component system)
+    set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+else()
+    set(component portable)
+    set(CPACK_PACKAGE_FILE_NAME "worklog-remote-${CPACK_PACKAGE_VERSION}-portable")
+endif()
+list(GET CPACK_INSTALL_CMAKE_PROJECTS 0 build_folder)
+list(GET CPACK_INSTALL_CMAKE_PROJECTS 1 project)
+set(CPACK_INSTALL_CMAKE_PROJECTS "${build_folder};${project};${component};/")
