@@ -354,6 +354,7 @@ void frmEntryList::Render()
 {
     for (size_t i = 0; i < EntryControls; ++i)
         DrawControl(*m_widgets.at(i), m_screen[static_cast<EntryControl>(i)]);
+    NameLookUpButtons();
     const QSignalBlocker blocked(ui->dtpDate);
     if (m_screen.Date.isValid())
         ui->dtpDate->setDate(m_screen.Date);
@@ -362,6 +363,17 @@ void frmEntryList::Render()
     if (const auto *box = qobject_cast<QLineEdit *>(focusWidget()))
         m_mask.TakeAsGood(box->text());
     MoveFocus();
+}
+
+void frmEntryList::NameLookUpButtons()
+{
+    const auto name = [this](QPushButton &button, EntryControl label) {
+        if (const QString &caption = m_screen[label].Text; !caption.isEmpty())
+            button.setAccessibleName(LookUpName(caption));
+    };
+    name(*ui->cmdCustomer, EntryControl::lblCustomer);
+    name(*ui->cmdProject, EntryControl::lblProject);
+    name(*ui->cmdActivity, EntryControl::lblActivity);
 }
 
 void frmEntryList::MoveFocus()

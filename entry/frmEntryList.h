@@ -64,6 +64,7 @@ private:
     void DrawArrows();
 
     void Render(); ///< the one place that writes controls
+    void NameLookUpButtons();
     void MoveFocus();
 
     /// Runs what an event asks for, reports its run-time error and draws the window.

@@ -101,6 +101,7 @@ void frmTransFilter::Render()
 {
     for (const Row &row : m_rows) {
         ShowData(*row.Label, CaptionText(m_mod.Caption(row.Field)));
+        row.Button->setAccessibleName(LookUpName(m_mod.Caption(row.Field)));
         if (row.Box->text() != m_mod.Text(row.Field))
             row.Box->setText(m_mod.Text(row.Field));
         ShowData(*row.Name, m_mod.Name(row.Field));

@@ -48,9 +48,21 @@ public:
     {
         beginResetModel();
         m_records = std::move(records);
+        m_arrows.clear();
         m_order.resize(m_records ? static_cast<size_t>(m_records->RecordCount()) : 0);
         std::iota(m_order.begin(), m_order.end(), 0);
         endResetModel();
+    }
+
+    /// What a heading says to those who do not see its arrow.
+    void SetArrow(int column, std::optional<SortOrder> arrow)
+    {
+        if (arrow)
+            m_arrows[column] = *arrow;
+        else
+            m_arrows.remove(column);
+        if (column >= 0 && column < columnCount())
+            emit headerDataChanged(Qt::Horizontal, column, column);
     }
 
     void SetAlignment(int column, Qt::Alignment alignment) { m_alignments[column] = alignment; }
@@ -98,6 +110,9 @@ public:
             return For(role, m_records->FieldName(section));
         if (role == Qt::TextAlignmentRole)
             return QVariant::fromValue(AlignmentOf(section));
+        if (role == Qt::AccessibleDescriptionRole && m_arrows.contains(section))
+            return m_arrows.value(section) == SortOrder::Ascending ? u"sorted, ascending"_s
+                                                                   : u"sorted, descending"_s;
         return {};
     }
 
@@ -115,6 +130,7 @@ private:
     std::shared_ptr<const clsRecordSet> m_records;
     std::vector<int> m_order; // the record of each row
     QHash<int, Qt::Alignment> m_alignments;
+    QHash<int, SortOrder> m_arrows;
 };
 
 /// Row 0 of the grid: clicks are the grid's, and a cell can carry a picture at its right.
@@ -286,6 +302,7 @@ void clsGrid::SetArrowPictures(const QPixmap &up, const QPixmap &down)
 
 void clsGrid::SetHeaderArrow(int column, std::optional<SortOrder> arrow)
 {
+    m_model->SetArrow(column, arrow);
     m_header->SetPicture(column,
         !arrow                               ? QPixmap()
             : *arrow == SortOrder::Ascending ? m_up
@@ -350,9 +367,30 @@ void clsGrid::mouseMoveEvent(QMouseEvent *event)
         QTableView::mouseMoveEvent(event);
 }
 
+bool clsGrid::ClickHeading(int number)
+{
+    if (!m_header->sectionsClickable())
+        return false;
+    for (int column = 0; column < Cols(); ++column) {
+        if (isColumnHidden(column) || --number > 0)
+            continue;
+        const int row = m_mouseRow;
+        const int mouseColumn = m_mouseColumn;
+        MouseIsAt(0, column);
+        emit m_header->sectionClicked(column);
+        MouseIsAt(row, mouseColumn);
+        return true;
+    }
+    return false;
+}
+
 void clsGrid::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();
+    // The mouse's click on a heading, for those who have none.
+    const bool isDigit = key >= Qt::Key_1 && key <= Qt::Key_9;
+    if (isDigit && event->modifiers() == Qt::ControlModifier && ClickHeading(key - Qt::Key_0))
+        return;
     const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (key != Qt::Key_Up && key != Qt::Key_Down && !isEnter) {
         QTableView::keyPressEvent(event);
