@@ -8,6 +8,7 @@
 #include "platform/clsUpperCase.h"
 #include "platform/DataLabel.h"
 #include "platform/FormEvents.h"
+#include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 #include "summary/frmHrsSumm.h"
 #include "sync/frmConfigure.h"
@@ -87,6 +88,10 @@ void DrawControl(QWidget &widget, const ControlState &state)
         DrawLabel(*label, state);
     else if (auto *check = qobject_cast<QCheckBox *>(&widget))
         check->setChecked(state.Checked);
+    if (qobject_cast<QLabel *>(&widget) == nullptr) {
+        widget.setToolTip(PlainToolTip(state.ToolTip));
+        widget.setAccessibleDescription(state.ToolTip);
+    }
     widget.setVisible(state.Visible);
     widget.setEnabled(state.Enabled);
 }
@@ -352,6 +357,7 @@ void frmEntryList::Handle(const std::function<void()> &action)
 
 void frmEntryList::Render()
 {
+    m_entryModule.ExplainFields();
     for (size_t i = 0; i < EntryControls; ++i)
         DrawControl(*m_widgets.at(i), m_screen[static_cast<EntryControl>(i)]);
     NameLookUpButtons();
@@ -360,9 +366,30 @@ void frmEntryList::Render()
         ui->dtpDate->setDate(m_screen.Date);
     for (int panel = 1; panel <= EntryScreen::StatusPanels; ++panel)
         ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
+    RenderTitle();
+    RenderNotice();
     if (const auto *box = qobject_cast<QLineEdit *>(focusWidget()))
         m_mask.TakeAsGood(box->text());
     MoveFocus();
+}
+
+void frmEntryList::RenderTitle()
+{
+    if (m_entryModule.Changed == isWindowModified())
+        return;
+    // The place for the platform's mark stands in the title only while there is something to mark:
+    // whoever asks an unchanged window for its title gets the plain one.
+    const QString title = u"Worklog Remote"_s;
+    if (m_entryModule.Changed)
+        setWindowTitle(title + u"[*]"_s);
+    setWindowModified(m_entryModule.Changed);
+    if (!m_entryModule.Changed)
+        setWindowTitle(title);
+}
+
+void frmEntryList::RenderNotice()
+{
+    ui->StatusBar1->ShowNotice(m_screen.PutBack ? m_screen.PutBack->Text : QString());
 }
 
 void frmEntryList::NameLookUpButtons()
@@ -407,6 +434,10 @@ bool frmEntryList::IsCodeBox(const QWidget &control) const
 
 void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
 {
+    if (m_screen.PutBack && &WidgetOf(m_screen.PutBack->About) != &control) {
+        m_screen.PutBack.reset();
+        RenderNotice();
+    }
     m_focusByMouse = event.reason() == Qt::MouseFocusReason;
     m_pressGivesFocus = m_focusByMouse;
     if (&control == ui->dtpDate)
@@ -537,20 +568,20 @@ void frmEntryList::ApplyList(const QComboBox &list)
     });
 }
 
+frmEntryList::Digits frmEntryList::DigitsOf(const QWidget &box) const
+{
+    if (&box == ui->txtHours)
+        return m_entryModule.Entry.IsExpense() ? Digits{5, 2} : Digits{2, 2};
+    if (&box == ui->txtRate)
+        return {5, 3};
+    if (&box == ui->txtAmount)
+        return {8, 2};
+    return {};
+}
+
 void frmEntryList::SetMask(const QWidget &box)
 {
-    struct Digits
-    {
-        int Integer;
-        int Decimal;
-    };
-    Digits digits{};
-    if (&box == ui->txtHours)
-        digits = m_entryModule.Entry.IsExpense() ? Digits{5, 2} : Digits{2, 2};
-    else if (&box == ui->txtRate)
-        digits = {5, 3};
-    else if (&box == ui->txtAmount)
-        digits = {8, 2};
+    const Digits digits = DigitsOf(box);
     m_mask = clsM90Mask();
     m_mask.SetMask(digits.Integer, digits.Decimal);
     m_mask.TakeAsGood(static_cast<const QLineEdit &>(box).text());
@@ -582,13 +613,18 @@ void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
     if (!TakeFocusForEdit(control, box))
         return;
     const clsM90Mask::Verified verified = m_mask.gVerify_Change(box.text(), box.cursorPosition());
-    if (verified.Text != box.text()) {
+    const bool putBack = verified.Text != box.text();
+    if (putBack) {
         box.setText(verified.Text);
         box.setCursorPosition(verified.Caret);
     }
     m_screen[control].Text = verified.Text;
     m_fieldEdited = true;
     m_entryModule.FieldEdited();
+    if (putBack) {
+        const Digits digits = DigitsOf(box);
+        m_screen.PutBack = {control, DigitsTaken(digits.Integer, digits.Decimal)};
+    }
     Render();
 }
 

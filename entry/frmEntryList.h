@@ -65,6 +65,8 @@ private:
 
     void Render(); ///< the one place that writes controls
     void NameLookUpButtons();
+    void RenderTitle();
+    void RenderNotice();
     void MoveFocus();
 
     /// Runs what an event asks for, reports its run-time error and draws the window.
@@ -91,6 +93,12 @@ private:
     /// refused.
     bool TakeFocusForEdit(EntryControl control, QLineEdit &box);
     void QuantityEdited(EntryControl control, QLineEdit &box);
+    struct Digits
+    {
+        int Integer = 0;
+        int Decimal = 0;
+    };
+    Digits DigitsOf(const QWidget &box) const; ///< that its mask takes
     void SetMask(const QWidget &box);
     QWidget &WidgetOf(EntryControl control) const;
     void FocusTo(EntryControl control);

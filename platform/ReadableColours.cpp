@@ -32,7 +32,8 @@ bool StandsOut(const QColor &colour, const QList<QColor> &from, double ratio)
 }
 
 /// The colour of the nearest lightness that is good enough; none where there is no such one.
-template <class IsGood> std::optional<QColor> Nearest(const QColor &colour, IsGood &&isGood)
+template <class IsGood>
+std::optional<QColor> Nearest(const QColor &colour, IsGood &&isGood)
 {
     if (isGood(colour))
         return colour;
@@ -134,7 +135,7 @@ QColor LineColour(const QPalette &palette)
 {
     const QList<QColor> around = {palette.color(QPalette::Window), palette.color(QPalette::Base)};
     const QColor mid = palette.color(QPalette::Mid);
-    return Nearest(mid,
-        [&](const QColor &tried) { return StandsOut(tried, around, LeastPartContrast); })
-        .value_or(palette.color(QPalette::WindowText));
+    return Nearest(mid, [&](const QColor &tried) {
+        return StandsOut(tried, around, LeastPartContrast);
+    }).value_or(palette.color(QPalette::WindowText));
 }

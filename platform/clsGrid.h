@@ -39,7 +39,8 @@ public:
     int MouseCol() const override { return m_mouseColumn; }
 
 signals:
-    /// The grid was clicked, or a heading by Control and its number, or Down, Up or Enter pressed in it (the row has then moved).
+    /// The grid was clicked, or a heading by Control and its number, or Down, Up or Enter pressed
+    /// in it (the row has then moved).
     void Click();
 
 protected:

@@ -68,8 +68,8 @@ void clsReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOptio
     }
 }
 
-void clsReadableStyle::drawComplexControl(ComplexControl control,
-    const QStyleOptionComplex *option, QPainter *painter, const QWidget *widget) const
+void clsReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+    QPainter *painter, const QWidget *widget) const
 {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     if (control == CC_ComboBox || control == CC_SpinBox)

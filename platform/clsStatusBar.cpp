@@ -2,6 +2,8 @@
 
 #include "platform/DataLabel.h"
 
+#include <QAccessible>
+
 using namespace Qt::StringLiterals;
 
 clsStatusBar::clsStatusBar(QWidget *parent)
@@ -21,4 +23,15 @@ clsStatusBar::clsStatusBar(QWidget *parent)
 void clsStatusBar::SetPanelText(int panel, const QString &text)
 {
     ShowData(*m_panels.at(static_cast<size_t>(panel - 1)), text);
+}
+
+void clsStatusBar::ShowNotice(const QString &text)
+{
+    if (text == currentMessage())
+        return;
+    showMessage(text.left(MostCharactersShown));
+    if (text.isEmpty())
+        return;
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }

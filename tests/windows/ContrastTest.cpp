@@ -118,21 +118,20 @@ TEST_P(Contrast, EveryTextCanBeRead)
         QPalette::ColorRole Text;
         QPalette::ColorRole On;
     };
-    const std::array pairs
-        = {Pair{"labels", QPalette::WindowText, QPalette::Window},
-            Pair{"boxes", QPalette::Text, QPalette::Base},
-            Pair{"other rows", QPalette::Text, QPalette::AlternateBase},
-            Pair{"closed boxes", QPalette::Text, QPalette::Button},
-            Pair{"buttons", QPalette::ButtonText, QPalette::Button},
-            Pair{"the selection", QPalette::HighlightedText, QPalette::Highlight},
-            Pair{"tool tips", QPalette::ToolTipText, QPalette::ToolTipBase},
-            Pair{"links", QPalette::Link, QPalette::Base},
-            Pair{"followed links", QPalette::LinkVisited, QPalette::Base},
-            Pair{"hints", QPalette::PlaceholderText, QPalette::Base}};
+    const std::array pairs = {Pair{"labels", QPalette::WindowText, QPalette::Window},
+        Pair{"boxes", QPalette::Text, QPalette::Base},
+        Pair{"other rows", QPalette::Text, QPalette::AlternateBase},
+        Pair{"closed boxes", QPalette::Text, QPalette::Button},
+        Pair{"buttons", QPalette::ButtonText, QPalette::Button},
+        Pair{"the selection", QPalette::HighlightedText, QPalette::Highlight},
+        Pair{"tool tips", QPalette::ToolTipText, QPalette::ToolTipBase},
+        Pair{"links", QPalette::Link, QPalette::Base},
+        Pair{"followed links", QPalette::LinkVisited, QPalette::Base},
+        Pair{"hints", QPalette::PlaceholderText, QPalette::Base}};
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
         for (const Pair &pair : pairs)
-            EXPECT_GE(ContrastRatio(Colour(pair.Text, group), Colour(pair.On, group)),
-                LeastTextContrast)
+            EXPECT_GE(
+                ContrastRatio(Colour(pair.Text, group), Colour(pair.On, group)), LeastTextContrast)
                 << pair.Name << ' ' << Colour(pair.Text, group).name().toStdString() << " on "
                 << Colour(pair.On, group).name().toStdString();
     }
@@ -143,8 +142,8 @@ TEST_P(Contrast, LinesAndTheSelectionStandOut)
     for (const QPalette::ColorRole surface : {QPalette::Window, QPalette::Base, QPalette::Button})
         EXPECT_GE(ContrastRatio(Colour(QPalette::Highlight), Colour(surface)), LeastPartContrast);
     for (const QPalette::ColorRole surface : {QPalette::Window, QPalette::Base})
-        EXPECT_GE(ContrastRatio(LineColour(QApplication::palette()), Colour(surface)),
-            LeastPartContrast);
+        EXPECT_GE(
+            ContrastRatio(LineColour(QApplication::palette()), Colour(surface)), LeastPartContrast);
 }
 
 TEST_P(Contrast, ABoxIsSeenInItsWindow)
@@ -156,8 +155,8 @@ TEST_P(Contrast, ABoxIsSeenInItsWindow)
         if (box.hasFocus())
             continue;
         const QPoint middle = box.mapTo(&Window(), QPoint(box.width() / 2, 0));
-        EXPECT_GE(ContrastRatio(picture.pixelColor(middle), Colour(QPalette::Window)),
-            LeastPartContrast)
+        EXPECT_GE(
+            ContrastRatio(picture.pixelColor(middle), Colour(QPalette::Window)), LeastPartContrast)
             << name;
     }
 }
@@ -169,8 +168,8 @@ TEST_P(Contrast, TheControlWithTheKeysIsSeen)
             const auto *option = qobject_cast<const QRadioButton *>(control);
             if (option != nullptr && !option->isChecked())
                 continue; // the keys choose it when they reach it
-            const QRect around(control->mapTo(&window, QPoint(-2, -2)),
-                control->size() + QSize(4, 4));
+            const QRect around(
+                control->mapTo(&window, QPoint(-2, -2)), control->size() + QSize(4, 4));
             control->setFocus(Qt::OtherFocusReason);
             LetEventsRun();
             if (!control->hasFocus())

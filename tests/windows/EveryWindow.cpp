@@ -102,8 +102,8 @@ QList<QWidget *> FocusChain(QWidget &window)
     for (QWidget *control = window.nextInFocusChain(); control != &window;
          control = control->nextInFocusChain()) {
         const bool takesTab = (control->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
-        if (takesTab && control->window() == &window && control->isVisible()
-            && control->isEnabled() && control->focusProxy() == nullptr)
+        if (takesTab && control->window() == &window && control->isVisible() && control->isEnabled()
+            && control->focusProxy() == nullptr)
             chain.append(control);
     }
     return chain;

@@ -43,16 +43,16 @@ QString Named(const QWidget &control)
     if (!control.objectName().isEmpty())
         return control.objectName();
     const auto *button = qobject_cast<const QAbstractButton *>(&control);
-    return button != nullptr ? button->text() : QString::fromLatin1(control.metaObject()->className());
+    return button != nullptr ? button->text()
+                             : QString::fromLatin1(control.metaObject()->className());
 }
 
 /// Above what, and in one line left of what. Controls stand in one line when their middles are less
 /// than half a control apart.
 void SortAsRead(QList<QWidget *> &controls, const QWidget &window)
 {
-    const auto at = [&](const QWidget *control) {
-        return control->mapTo(&window, control->rect().center());
-    };
+    const auto at
+        = [&](const QWidget *control) { return control->mapTo(&window, control->rect().center()); };
     std::sort(controls.begin(), controls.end(), [&](const QWidget *one, const QWidget *other) {
         const QPoint a = at(one);
         const QPoint b = at(other);
@@ -146,8 +146,8 @@ QStringList WithoutShortCuts(const QStringList &order)
             names.erase(names.begin() + first, names.begin() + last);
         return names;
     };
-    return withoutBetween(withoutBetween(order, u"txtActivity"_s, u"txtHours"_s), u"txtHours"_s,
-        u"txtDescription"_s);
+    return withoutBetween(
+        withoutBetween(order, u"txtActivity"_s, u"txtHours"_s), u"txtHours"_s, u"txtDescription"_s);
 }
 
 } // namespace
