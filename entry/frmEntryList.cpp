@@ -7,6 +7,7 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/clsUpperCase.h"
 #include "platform/DataLabel.h"
+#include "platform/FieldWidth.h"
 #include "platform/FormEvents.h"
 #include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
@@ -32,6 +33,7 @@ namespace {
 
 constexpr int GridMarginTwips = 540; // left and right of the grid together
 constexpr double WindowToGridHeight = 2.85;
+constexpr int LongestCode = 15;
 
 constexpr std::array<const char *, EntryControls> ControlNames = {"cboCompany", "lblCompanyName",
     "txtUser", "lblUserName", "dtpDate", "lblCustomer", "txtCustomer", "cmdCustomer", "lblProject",
@@ -65,6 +67,7 @@ void DrawList(QComboBox &list, const ControlState &state)
     if (items != state.Items) {
         list.clear();
         list.addItems(state.Items);
+        FitOpenedList(list);
     }
     list.setCurrentIndex(state.Index);
     DrawBackground(list, state.ButtonFace);
@@ -89,7 +92,9 @@ void DrawControl(QWidget &widget, const ControlState &state)
     else if (auto *check = qobject_cast<QCheckBox *>(&widget))
         check->setChecked(state.Checked);
     if (qobject_cast<QLabel *>(&widget) == nullptr) {
-        widget.setToolTip(PlainToolTip(state.ToolTip));
+        const auto *list = qobject_cast<QComboBox *>(&widget);
+        const bool isAnswer = list == nullptr || !state.ToolTip.isEmpty();
+        widget.setToolTip(PlainToolTip(isAnswer ? state.ToolTip : ClippedItem(*list)));
         widget.setAccessibleDescription(state.ToolTip);
     }
     widget.setVisible(state.Visible);
@@ -124,6 +129,7 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule,
     m_screen[EntryControl::txtMultiplierFactor].Locked = true;
     m_screen[EntryControl::txtMultiplierFactor].InTabOrder = false;
     DrawArrows();
+    FitFields();
     ConnectCodes();
     ConnectLists();
     ConnectQuantities();
@@ -141,6 +147,18 @@ frmEntryList::~frmEntryList()
     m_entryModule.TakeFocusedBox = [] { return true; };
     m_entryModule.ShowLookup = [] {};
     m_dialogs.Filter.SelectEntryBox = [](FilterField) {};
+}
+
+void frmEntryList::FitFields()
+{
+    const QString code(LongestCode, u'N'); // as wide as capital letters and digits are
+    for (QLineEdit *box : {ui->txtCustomer, ui->txtProject, ui->txtActivity})
+        FitToText(*box, code);
+    FitToText(*ui->txtUser, u"WWW"_s);
+    FitToText(*ui->txtMultiplierCode, u"WW"_s);
+    FitToText(*ui->txtMultiplierFactor, u"00000.0000"_s);
+    for (QLineEdit *box : {ui->txtHours, ui->txtRate, ui->txtAmount})
+        FitToText(*box, u"00000000.00"_s);
 }
 
 void frmEntryList::DrawArrows()

@@ -62,6 +62,7 @@ private:
     void ConnectCommands();
     void ConnectDialogs();
     void DrawArrows();
+    void FitFields(); ///< each as wide as what may stand in it
 
     void Render(); ///< the one place that writes controls
     void NameLookUpButtons();

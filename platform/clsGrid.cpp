@@ -1,15 +1,18 @@
 #include "platform/clsGrid.h"
 
 #include "platform/DataLabel.h"
+#include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeaderV2>
 #include <QtMath>
+#include <QToolTip>
 
 #include <algorithm>
 #include <numeric>
@@ -20,15 +23,28 @@ namespace {
 
 constexpr int PictureMarginPixels = 4;
 
+/// What a cell's text leaves free at both sides, and the line beside the cell.
+int CellMargins(const QWidget &grid)
+{
+    return 2 * (grid.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &grid) + 1) + 1;
+}
+
+/// Shows the text that a cell has too little room for; a cell that shows all of it has no tip.
+void ShowWholeText(const QHelpEvent &help, bool isClipped, const QString &text, QWidget &viewport)
+{
+    if (isClipped)
+        QToolTip::showText(help.globalPos(), PlainToolTip(text), &viewport);
+    else
+        QToolTip::hideText();
+}
+
 /// The widget's font, or a smaller one in which a date fits its column: the columns' widths are
 /// fixed, for letters of eight points.
 QFont GridFont(const QWidget &grid)
 {
     constexpr int dateColumnTwips = 960 + 110; // the narrowest
     constexpr qreal leastPoints = 6;
-    const int cellMargins
-        = 2 * (grid.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &grid) + 1) + 1;
-    const int room = PixelsFromTwips(dateColumnTwips, grid) - cellMargins;
+    const int room = PixelsFromTwips(dateColumnTwips, grid) - CellMargins(grid);
     QFont font = grid.font();
     while (font.pointSizeF() > leastPoints
         && QFontMetrics(font).horizontalAdvance(u"00/00/0000"_s) > room)
@@ -143,6 +159,7 @@ public:
     {
         setSectionsClickable(true);
         setHighlightSections(false);
+        setTextElideMode(Qt::ElideRight);
         setMouseTracking(true);
         setSectionResizeMode(QHeaderView::Interactive);
     }
@@ -177,6 +194,7 @@ protected:
         option.rect = style()
                           ->subElementRect(QStyle::SE_HeaderLabel, &option, this)
                           .adjusted(0, 0, -room, 0);
+        option.text = fontMetrics().elidedText(option.text, Qt::ElideRight, option.rect.width());
         style()->drawControl(QStyle::CE_HeaderLabel, &option, painter, this);
         painter->restore();
         painter->drawPixmap(QPointF(rectangle.right() - PictureMarginPixels - size.width(),
@@ -185,6 +203,13 @@ protected:
     }
     bool viewportEvent(QEvent *event) override
     {
+        if (event->type() == QEvent::ToolTip) {
+            const auto &help = static_cast<QHelpEvent &>(*event);
+            const int section = logicalIndexAt(help.pos());
+            ShowWholeText(help, section >= 0 && IsClipped(section),
+                model()->headerData(section, orientation(), Qt::EditRole).toString(), *viewport());
+            return true;
+        }
         if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
             const auto *mouse = static_cast<QMouseEvent *>(event);
             m_grid.MouseIsAt(0, logicalIndexAt(mouse->position().toPoint()));
@@ -195,6 +220,17 @@ protected:
     }
 
 private:
+    bool IsClipped(int section) const
+    {
+        const QString text = model()->headerData(section, orientation()).toString();
+        const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
+        const QPixmap picture = m_pictures.value(section);
+        const int arrow = picture.isNull()
+            ? 0
+            : PictureMarginPixels + qCeil(picture.deviceIndependentSize().width());
+        return fontMetrics().horizontalAdvance(text) > sectionSize(section) - margins - arrow;
+    }
+
     clsGrid &m_grid;
     QHash<int, QPixmap> m_pictures;
 };
@@ -344,8 +380,22 @@ bool clsGrid::event(QEvent *event)
     return handled;
 }
 
+bool clsGrid::IsClipped(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return false;
+    const int room = visualRect(index).intersected(viewport()->rect()).width();
+    return fontMetrics().horizontalAdvance(index.data().toString()) > room - CellMargins(*this) + 1;
+}
+
 bool clsGrid::viewportEvent(QEvent *event)
 {
+    if (event->type() == QEvent::ToolTip) {
+        const auto &help = static_cast<QHelpEvent &>(*event);
+        const QModelIndex index = indexAt(help.pos());
+        ShowWholeText(help, IsClipped(index), index.data(Qt::EditRole).toString(), *viewport());
+        return true;
+    }
     if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
         const QPoint at = static_cast<QMouseEvent *>(event)->position().toPoint();
         const int row = rowAt(at.y());

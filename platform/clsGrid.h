@@ -53,6 +53,7 @@ protected:
 private:
     friend class clsGridHeader;
     void MouseIsAt(int row, int column);
+    bool IsClipped(const QModelIndex &index) const;
     bool ClickHeading(int number); ///< the visible columns count from 1; false without such a one
 
     clsGridModel *m_model;

@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -23,6 +25,20 @@ void DrawLine(QPainter &painter, const QStyleOption &option, const QColor &colou
     const qreal half = width / 2;
     painter.drawRoundedRect(
         QRectF(option.rect).adjusted(half, half, -half, -half), CornerRadius, CornerRadius);
+    painter.restore();
+}
+
+void DrawCircle(QPainter &painter, const QStyleOption &option)
+{
+    if (!option.state.testFlag(QStyle::State_Enabled))
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(LineColour(option.palette));
+    const QRectF around = option.rect;
+    const qreal radius = std::min(around.width(), around.height()) / 2 - 1;
+    painter.drawEllipse(around.center(), radius, radius);
     painter.restore();
 }
 
@@ -59,6 +75,9 @@ void clsReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOptio
     case PE_FrameLineEdit:
     case PE_IndicatorCheckBox:
         DrawFrame(*painter, *option, true);
+        break;
+    case PE_IndicatorRadioButton:
+        DrawCircle(*painter, *option);
         break;
     case PE_PanelButtonCommand:
         DrawFrame(*painter, *option, false); // its text shows where a button is

@@ -21,6 +21,9 @@ public:
     /// one gives the panels back.
     void ShowNotice(const QString &text);
 
+protected:
+    void paintEvent(QPaintEvent *event) override; ///< with one line between two panels
+
 private:
     std::array<QLabel *, Panels> m_panels;
 };
