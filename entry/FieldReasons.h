@@ -6,8 +6,8 @@
 
 #include <QString>
 
-/// What the window tells a user who wonders: why a field is closed, where the rate has come from,
-/// why a code was put back. Texts to show as they are; nothing here decides anything.
+/// What the window tells a user who wonders: why a field is closed, where the rate has come from.
+/// Texts to show as they are; nothing here decides anything.
 
 /// What the answers depend on.
 struct FieldFacts
@@ -49,11 +49,6 @@ RateSource RateSourceOf(const EntryBeingEdited &entry, const QString &billingOpt
 /// Says so with the company's words, and that the box shows it multiplied where it does.
 QString RateSourceText(
     RateSource source, const EntryBeingEdited &entry, const OptionsRecord &options);
-
-/// "No customer ABD." with the company's word for a customer.
-QString NoSuchCode(const QString &term, const QString &code);
-/// Likewise for a project, which is one of a customer.
-QString NoSuchProject(const OptionsRecord &options, const QString &code, const QString &customer);
 
 /// What a box of numbers takes.
 QString DigitsTaken(int integerDigits, int decimalDigits);

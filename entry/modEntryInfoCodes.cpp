@@ -3,6 +3,7 @@
 #include "entry/modEntryInfo.h"
 
 #include "figures/BillingTexts.h"
+#include "figures/CodeTexts.h"
 #include "store/PadKey.h"
 
 using namespace Qt::StringLiterals;

@@ -6,6 +6,11 @@
 #include "platform/clsUpperCase.h"
 #include "platform/DataLabel.h"
 #include "platform/FormEvents.h"
+#include "platform/PlainToolTip.h"
+
+#include <QAccessible>
+#include <QTimer>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -41,8 +46,12 @@ void frmTransFilter::ConnectRow(const Row &row)
     row.Box->installEventFilter(this);
     row.Box->setValidator(new clsUpperCase(row.Box));
     const FilterField field = row.Field;
-    connect(row.Box, &QLineEdit::textEdited, this,
-        [this, field](const QString &text) { m_mod.Text(field) = text; });
+    connect(
+        row.Box, &QLineEdit::textEdited, this, [this, field, box = row.Box](const QString &text) {
+            m_mod.Text(field) = text;
+            box->setAccessibleDescription({});
+            QToolTip::hideText();
+        });
     connect(row.Button, &QPushButton::clicked, this, [this, field] {
         if (CheckFocusedBox())
             OpenLookup(field, LookupStart::AtTheTop);
@@ -132,7 +141,23 @@ void frmTransFilter::FocusTo(FilterField field)
 bool frmTransFilter::CheckFocusedBox()
 {
     const Row *row = RowWithBox(focusWidget());
-    return row == nullptr || Handle([&] { m_mod.CheckBox(row->Field); });
+    return row == nullptr || Check(*row);
+}
+
+bool frmTransFilter::Check(const Row &row)
+{
+    const bool checked = Handle([&] { m_mod.CheckBox(row.Field); });
+    const QString why = m_mod.PutBackText();
+    row.Box->setAccessibleDescription(why);
+    if (why.isEmpty())
+        return checked;
+    QAccessibleEvent alert(row.Box, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+    // When the focus has arrived where it goes: its coming hides every tip.
+    QTimer::singleShot(0, row.Box, [box = row.Box, why] {
+        QToolTip::showText(box->mapToGlobal(QPoint(0, box->height())), PlainToolTip(why), box);
+    });
+    return checked;
 }
 
 void frmTransFilter::OpenLookup(FilterField field, LookupStart start)
@@ -193,7 +218,7 @@ bool frmTransFilter::HandleBoxEvent(const Row &row, QEvent &event)
     }
     case QEvent::FocusOut:
         if (isVisible() && EntersField(static_cast<QFocusEvent &>(event)))
-            Handle([&] { m_mod.CheckBox(row.Field); });
+            Check(row);
         return false;
     default:
         return false;

@@ -1,6 +1,7 @@
 // Why a field is closed, where a rate has come from, and what is said of a code that is not there.
 
 #include "entry/FieldReasons.h"
+#include "figures/CodeTexts.h"
 #include "tests/support/PrintQt.h"
 
 #include <gtest/gtest.h>
