@@ -153,9 +153,11 @@ bool frmTransFilter::Check(const Row &row)
         return checked;
     QAccessibleEvent alert(row.Box, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
-    // When the focus has arrived where it goes: its coming hides every tip.
-    QTimer::singleShot(0, row.Box, [box = row.Box, why] {
-        QToolTip::showText(box->mapToGlobal(QPoint(0, box->height())), PlainToolTip(why), box);
+    // Where the name would stand, so that it covers nothing to press; and when the focus has
+    // arrived where it goes, as its coming hides every tip.
+    QTimer::singleShot(0, row.Name, [name = row.Name, why] {
+        constexpr int belowThePoint = 16; // is where a tip is shown
+        QToolTip::showText(name->mapToGlobal(QPoint(0, -belowThePoint)), PlainToolTip(why), name);
     });
     return checked;
 }
