@@ -1,5 +1,6 @@
 #include "app/clsApplication.h"
 
+#include "platform/clsReadableStyle.h"
 #include "platform/clsRunTimeError.h"
 
 #include <new>
@@ -10,6 +11,15 @@ clsApplication::clsApplication(int &argc, char **argv, clsMessageBox &messages)
     : QApplication(argc, argv)
     , m_messages(messages)
 {
+    UseReadableLook();
+}
+
+bool clsApplication::event(QEvent *event)
+{
+    const bool handled = QApplication::event(event);
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        UseReadableLook();
+    return handled;
 }
 
 bool clsApplication::notify(QObject *receiver, QEvent *event)

@@ -3,6 +3,7 @@
 #include "app/DatabaseCheck.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/Paths.h"
+#include "platform/WindowPlace.h"
 
 #include <QApplication>
 #include <QScopedValueRollback>
@@ -95,11 +96,13 @@ void clsProgram::ShowMainWindow()
         &clsProgram::DeleteDatabasesCommand, Qt::QueuedConnection);
     connect(m_window.get(), &frmEntryList::Terminated, this, &clsProgram::MainWindowTerminated);
     emit MainWindowChanged(m_window.get());
+    RestoreWindowPlace(*m_window, m_services.Settings);
     m_window->show();
 }
 
 void clsProgram::MainWindowTerminated()
 {
+    SaveWindowPlace(*m_window, m_services.Settings);
     Report([this] {
         if (!m_session.NotSynchronised && !m_session.SynchronisationInProgress)
             m_entryList.SaveLastCompany();

@@ -63,6 +63,7 @@ struct ControlState
     bool Locked = false; ///< shown and reachable, but not editable
     bool InTabOrder = true;
     bool Checked = false;
+    QString ToolTip; ///< why it is closed, or where its value comes from
 
     QString ItemText() const { return Items.value(Index); }
     void Open() { Enable(true); }
@@ -97,6 +98,13 @@ struct EntryScreen
 
     QDate Date; ///< of the date picker
     std::array<QString, StatusPanels> Panels;
+    /// A quiet line at the bottom: why what was typed has been put back.
+    struct Notice
+    {
+        EntryControl About;
+        QString Text;
+    };
+    std::optional<Notice> PutBack; ///< until something else is typed or another field entered
     std::optional<FocusRequest> Focus; ///< taken away by the form when it has moved the focus
 
 private:

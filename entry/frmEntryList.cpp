@@ -7,7 +7,9 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/clsUpperCase.h"
 #include "platform/DataLabel.h"
+#include "platform/FieldWidth.h"
 #include "platform/FormEvents.h"
+#include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 #include "summary/frmHrsSumm.h"
 #include "sync/frmConfigure.h"
@@ -31,6 +33,7 @@ namespace {
 
 constexpr int GridMarginTwips = 540; // left and right of the grid together
 constexpr double WindowToGridHeight = 2.85;
+constexpr int LongestCode = 15;
 
 constexpr std::array<const char *, EntryControls> ControlNames = {"cboCompany", "lblCompanyName",
     "txtUser", "lblUserName", "dtpDate", "lblCustomer", "txtCustomer", "cmdCustomer", "lblProject",
@@ -64,6 +67,7 @@ void DrawList(QComboBox &list, const ControlState &state)
     if (items != state.Items) {
         list.clear();
         list.addItems(state.Items);
+        FitOpenedList(list);
     }
     list.setCurrentIndex(state.Index);
     DrawBackground(list, state.ButtonFace);
@@ -87,6 +91,12 @@ void DrawControl(QWidget &widget, const ControlState &state)
         DrawLabel(*label, state);
     else if (auto *check = qobject_cast<QCheckBox *>(&widget))
         check->setChecked(state.Checked);
+    if (qobject_cast<QLabel *>(&widget) == nullptr) {
+        const auto *list = qobject_cast<QComboBox *>(&widget);
+        const bool isAnswer = list == nullptr || !state.ToolTip.isEmpty();
+        widget.setToolTip(PlainToolTip(isAnswer ? state.ToolTip : ClippedItem(*list)));
+        widget.setAccessibleDescription(state.ToolTip);
+    }
     widget.setVisible(state.Visible);
     widget.setEnabled(state.Enabled);
 }
@@ -119,6 +129,7 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule,
     m_screen[EntryControl::txtMultiplierFactor].Locked = true;
     m_screen[EntryControl::txtMultiplierFactor].InTabOrder = false;
     DrawArrows();
+    FitFields();
     ConnectCodes();
     ConnectLists();
     ConnectQuantities();
@@ -136,6 +147,18 @@ frmEntryList::~frmEntryList()
     m_entryModule.TakeFocusedBox = [] { return true; };
     m_entryModule.ShowLookup = [] {};
     m_dialogs.Filter.SelectEntryBox = [](FilterField) {};
+}
+
+void frmEntryList::FitFields()
+{
+    const QString code(LongestCode, u'N'); // as wide as capital letters and digits are
+    for (QLineEdit *box : {ui->txtCustomer, ui->txtProject, ui->txtActivity})
+        FitToText(*box, code);
+    FitToText(*ui->txtUser, u"WWW"_s);
+    FitToText(*ui->txtMultiplierCode, u"WW"_s);
+    FitToText(*ui->txtMultiplierFactor, u"00000.0000"_s);
+    for (QLineEdit *box : {ui->txtHours, ui->txtRate, ui->txtAmount})
+        FitToText(*box, u"00000000.00"_s);
 }
 
 void frmEntryList::DrawArrows()
@@ -352,16 +375,50 @@ void frmEntryList::Handle(const std::function<void()> &action)
 
 void frmEntryList::Render()
 {
+    m_entryModule.ExplainFields();
     for (size_t i = 0; i < EntryControls; ++i)
         DrawControl(*m_widgets.at(i), m_screen[static_cast<EntryControl>(i)]);
+    NameLookUpButtons();
     const QSignalBlocker blocked(ui->dtpDate);
     if (m_screen.Date.isValid())
         ui->dtpDate->setDate(m_screen.Date);
     for (int panel = 1; panel <= EntryScreen::StatusPanels; ++panel)
         ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
+    RenderTitle();
+    RenderNotice();
     if (const auto *box = qobject_cast<QLineEdit *>(focusWidget()))
         m_mask.TakeAsGood(box->text());
     MoveFocus();
+}
+
+void frmEntryList::RenderTitle()
+{
+    if (m_entryModule.Changed == isWindowModified())
+        return;
+    // The place for the platform's mark stands in the title only while there is something to mark:
+    // whoever asks an unchanged window for its title gets the plain one.
+    const QString title = u"Worklog Remote"_s;
+    if (m_entryModule.Changed)
+        setWindowTitle(title + u"[*]"_s);
+    setWindowModified(m_entryModule.Changed);
+    if (!m_entryModule.Changed)
+        setWindowTitle(title);
+}
+
+void frmEntryList::RenderNotice()
+{
+    ui->StatusBar1->ShowNotice(m_screen.PutBack ? m_screen.PutBack->Text : QString());
+}
+
+void frmEntryList::NameLookUpButtons()
+{
+    const auto name = [this](QPushButton &button, EntryControl label) {
+        if (const QString &caption = m_screen[label].Text; !caption.isEmpty())
+            button.setAccessibleName(LookUpName(caption));
+    };
+    name(*ui->cmdCustomer, EntryControl::lblCustomer);
+    name(*ui->cmdProject, EntryControl::lblProject);
+    name(*ui->cmdActivity, EntryControl::lblActivity);
 }
 
 void frmEntryList::MoveFocus()
@@ -395,6 +452,10 @@ bool frmEntryList::IsCodeBox(const QWidget &control) const
 
 void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
 {
+    if (m_screen.PutBack && &WidgetOf(m_screen.PutBack->About) != &control) {
+        m_screen.PutBack.reset();
+        RenderNotice();
+    }
     m_focusByMouse = event.reason() == Qt::MouseFocusReason;
     m_pressGivesFocus = m_focusByMouse;
     if (&control == ui->dtpDate)
@@ -525,20 +586,20 @@ void frmEntryList::ApplyList(const QComboBox &list)
     });
 }
 
+frmEntryList::Digits frmEntryList::DigitsOf(const QWidget &box) const
+{
+    if (&box == ui->txtHours)
+        return m_entryModule.Entry.IsExpense() ? Digits{5, 2} : Digits{2, 2};
+    if (&box == ui->txtRate)
+        return {5, 3};
+    if (&box == ui->txtAmount)
+        return {8, 2};
+    return {};
+}
+
 void frmEntryList::SetMask(const QWidget &box)
 {
-    struct Digits
-    {
-        int Integer;
-        int Decimal;
-    };
-    Digits digits{};
-    if (&box == ui->txtHours)
-        digits = m_entryModule.Entry.IsExpense() ? Digits{5, 2} : Digits{2, 2};
-    else if (&box == ui->txtRate)
-        digits = {5, 3};
-    else if (&box == ui->txtAmount)
-        digits = {8, 2};
+    const Digits digits = DigitsOf(box);
     m_mask = clsM90Mask();
     m_mask.SetMask(digits.Integer, digits.Decimal);
     m_mask.TakeAsGood(static_cast<const QLineEdit &>(box).text());
@@ -570,13 +631,18 @@ void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
     if (!TakeFocusForEdit(control, box))
         return;
     const clsM90Mask::Verified verified = m_mask.gVerify_Change(box.text(), box.cursorPosition());
-    if (verified.Text != box.text()) {
+    const bool putBack = verified.Text != box.text();
+    if (putBack) {
         box.setText(verified.Text);
         box.setCursorPosition(verified.Caret);
     }
     m_screen[control].Text = verified.Text;
     m_fieldEdited = true;
     m_entryModule.FieldEdited();
+    if (putBack) {
+        const Digits digits = DigitsOf(box);
+        m_screen.PutBack = {control, DigitsTaken(digits.Integer, digits.Decimal)};
+    }
     Render();
 }
 

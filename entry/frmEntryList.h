@@ -62,8 +62,12 @@ private:
     void ConnectCommands();
     void ConnectDialogs();
     void DrawArrows();
+    void FitFields(); ///< each as wide as what may stand in it
 
     void Render(); ///< the one place that writes controls
+    void NameLookUpButtons();
+    void RenderTitle();
+    void RenderNotice();
     void MoveFocus();
 
     /// Runs what an event asks for, reports its run-time error and draws the window.
@@ -90,6 +94,12 @@ private:
     /// refused.
     bool TakeFocusForEdit(EntryControl control, QLineEdit &box);
     void QuantityEdited(EntryControl control, QLineEdit &box);
+    struct Digits
+    {
+        int Integer = 0;
+        int Decimal = 0;
+    };
+    Digits DigitsOf(const QWidget &box) const; ///< that its mask takes
     void SetMask(const QWidget &box);
     QWidget &WidgetOf(EntryControl control) const;
     void FocusTo(EntryControl control);

@@ -75,6 +75,7 @@ void modEntryInfo::Show(Reading reading)
     m_loading = true;
     const auto shown = qScopeGuard([this] { m_loading = false; });
     m_activityFocusRequested = false;
+    m_screen.PutBack.reset();
     m_statusTextBefore = m_previousStatusText;
     if (EntryLoaded && reading == Reading::Stored && !m_list.SuppressRowSelect)
         ReadStoredEntry();
@@ -294,6 +295,44 @@ void modEntryInfo::ShowFieldCaptions()
     m_screen[EntryControl::lblActivity].Text = options.Activity_Term;
 }
 
+FieldFacts modEntryInfo::Facts() const
+{
+    const OptionsRecord &options = m_tables.Options.Working;
+    FieldFacts facts;
+    facts.NotSynchronised = m_session.NotSynchronised;
+    facts.Approved = m_screen[EntryControl::chkApproved].Checked;
+    facts.ApprovedAndLocked = facts.Approved && LocksApproved();
+    facts.HasCustomer = !Entry.CustomerCode.isEmpty();
+    facts.IsExpense = Entry.IsExpense();
+    facts.AmountOnly = IsYes(Entry.AmountOnly);
+    facts.MayBeBilled = !IsNotBilled();
+    facts.BillingSwitchOn = IsYes(options.Billing_Option_Switch);
+    facts.RatePermission = RateLevel();
+    facts.Changed = Changed;
+    facts.EntryLoaded = EntryLoaded;
+    facts.OnHold = IsYes(Entry.OnHold);
+    facts.CustomerTerm = options.Customer_Term;
+    return facts;
+}
+
+void modEntryInfo::ExplainFields()
+{
+    const FieldFacts facts = Facts();
+    for (size_t i = 0; i < EntryControls; ++i) {
+        const auto control = static_cast<EntryControl>(i);
+        ControlState &state = m_screen[control];
+        const bool closed = !state.Enabled || state.Locked || state.ButtonFace;
+        state.ToolTip = closed ? WhyClosed(control, facts) : QString();
+    }
+    if (facts.NotSynchronised)
+        return;
+    const OptionsRecord &options = m_tables.Options.Working;
+    QString &rate = m_screen[EntryControl::txtRate].ToolTip;
+    const QString source
+        = RateSourceText(RateSourceOf(Entry, options.Billing_Option_Setting), Entry, options);
+    rate = source.isEmpty() || rate.isEmpty() ? source + rate : source + u'\n' + rate;
+}
+
 void modEntryInfo::RememberFocusTexts()
 {
     m_previousCustomer = m_screen[EntryControl::txtCustomer].Text;
@@ -309,6 +348,7 @@ void modEntryInfo::FieldEdited()
     if (m_loading)
         return;
     Changed = true;
+    m_screen.PutBack.reset();
     m_screen[EntryControl::cboCompany].Close();
 }
 

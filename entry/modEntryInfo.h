@@ -2,6 +2,7 @@
 
 #include "entry/EntryListState.h"
 #include "entry/EntryScreen.h"
+#include "entry/FieldReasons.h"
 #include "lookup/modTransFilter.h"
 #include "platform/clsClock.h"
 #include "platform/clsMessageBox.h"
@@ -54,6 +55,8 @@ public:
     void ShowRecordStatus();
     /// Shows and enables the fields for the company's options and the employee.
     void ShowFieldCaptions();
+    /// Puts beside each field why it is closed, and beside the rate where it has come from.
+    void ExplainFields();
 
     // Edits; each but the last marks the entry changed.
     void FieldEdited();
@@ -133,7 +136,9 @@ private:
     void ApplyBillingRules();
 
     void OpenProject(bool open);
-    CodeCheck Refuse(EntryControl box, QString &code, const QString &previous);
+    /// `why` is shown at the bottom of the window.
+    CodeCheck Refuse(EntryControl box, QString &code, const QString &previous, const QString &why);
+    FieldFacts Facts() const;
     void SelectFieldText(EntryControl box);
     void TakeActivity(bool found);
     void ShowAgain();

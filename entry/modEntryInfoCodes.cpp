@@ -3,6 +3,7 @@
 #include "entry/modEntryInfo.h"
 
 #include "figures/BillingTexts.h"
+#include "figures/CodeTexts.h"
 #include "store/PadKey.h"
 
 using namespace Qt::StringLiterals;
@@ -22,8 +23,10 @@ void modEntryInfo::SelectFieldText(EntryControl box)
     m_screen.Focus = {box, true};
 }
 
-CodeCheck modEntryInfo::Refuse(EntryControl box, QString &code, const QString &previous)
+CodeCheck modEntryInfo::Refuse(
+    EntryControl box, QString &code, const QString &previous, const QString &why)
 {
+    m_screen.PutBack = {box, why};
     code = previous;
     m_screen[box].Text = previous;
     SelectFieldText(box);
@@ -41,7 +44,8 @@ CodeCheck modEntryInfo::CheckCustomer()
         return CodeCheck::Accepted;
     }
     if (!m_tables.Customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
-        return Refuse(EntryControl::txtCustomer, Entry.CustomerCode, m_previousCustomer);
+        return Refuse(EntryControl::txtCustomer, Entry.CustomerCode, m_previousCustomer,
+            NoSuchCode(m_tables.Options.Working.Customer_Term, Entry.CustomerCode));
     ShowAgain();
     ApplyBillingRules();
     return CodeCheck::Accepted;
@@ -55,7 +59,8 @@ CodeCheck modEntryInfo::CheckProject()
         return CodeCheck::Accepted;
     }
     if (!m_tables.Projects.Find(0, ProjectKey(Entry.CustomerCode, Entry.ProjectCode)))
-        return Refuse(EntryControl::txtProject, Entry.ProjectCode, m_previousProject);
+        return Refuse(EntryControl::txtProject, Entry.ProjectCode, m_previousProject,
+            NoSuchProject(m_tables.Options.Working, Entry.ProjectCode, Entry.CustomerCode));
     // Coming from the lookup the entry is shown and its rules run once, by whoever opened it.
     if (m_pendingLookup == LookupKinds::Projects)
         return CodeCheck::Accepted;
@@ -105,7 +110,8 @@ CodeCheck modEntryInfo::CheckActivity()
     modDBActi &activities = m_tables.Activities;
     const bool found = !blank && activities.Find(0, PadKey(Entry.ActivityCode, KeyWidth::Activity));
     if (!blank && !found)
-        return Refuse(EntryControl::txtActivity, Entry.ActivityCode, m_previousActivity);
+        return Refuse(EntryControl::txtActivity, Entry.ActivityCode, m_previousActivity,
+            NoSuchCode(m_tables.Options.Working.Activity_Term, Entry.ActivityCode));
     if (found)
         activities.ReadActivity(activities.Record);
     TakeActivity(found);
@@ -148,8 +154,8 @@ CodeCheck modEntryInfo::CheckMultiplier()
             Entry.MultiplierFactor = multipliers.Record.Factor;
         } else {
             // The factor stays 1 although the former code comes back; this is kept.
-            result = Refuse(
-                EntryControl::txtMultiplierCode, Entry.MultiplierCode, m_previousMultiplier);
+            result = Refuse(EntryControl::txtMultiplierCode, Entry.MultiplierCode,
+                m_previousMultiplier, NoSuchCode(u"Multiplier"_s, Entry.MultiplierCode));
         }
     }
     RecalcAmount();

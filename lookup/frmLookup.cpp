@@ -3,7 +3,9 @@
 #include "lookup/ui_frmLookup.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/DataLabel.h"
+#include "platform/FieldWidth.h"
 #include "platform/FormEvents.h"
+#include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 
 #include <QAbstractItemView>
@@ -123,6 +125,7 @@ void frmLookup::Form_Activate()
     m_mod.OpenLookup();
     ui->cboLookupBy->clear();
     ui->cboLookupBy->addItems(m_mod.Screen.LookupByItems);
+    FitOpenedList(*ui->cboLookupBy);
     m_keyTyped = false;
     Render();
 }
@@ -144,6 +147,7 @@ void frmLookup::Render()
     if (ui->txtLookup->text() != screen.SearchText)
         ui->txtLookup->setText(screen.SearchText);
     ui->cboLookupBy->setCurrentIndex(screen.LookupByIndex);
+    ui->cboLookupBy->setToolTip(PlainToolTip(ClippedItem(*ui->cboLookupBy)));
     {
         const QSignalBlocker blocked(ui->scrLookup);
         ui->scrLookup->setRange(0, screen.Scroll.Maximum);

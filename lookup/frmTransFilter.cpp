@@ -6,6 +6,11 @@
 #include "platform/clsUpperCase.h"
 #include "platform/DataLabel.h"
 #include "platform/FormEvents.h"
+#include "platform/PlainToolTip.h"
+
+#include <QAccessible>
+#include <QTimer>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -41,8 +46,12 @@ void frmTransFilter::ConnectRow(const Row &row)
     row.Box->installEventFilter(this);
     row.Box->setValidator(new clsUpperCase(row.Box));
     const FilterField field = row.Field;
-    connect(row.Box, &QLineEdit::textEdited, this,
-        [this, field](const QString &text) { m_mod.Text(field) = text; });
+    connect(
+        row.Box, &QLineEdit::textEdited, this, [this, field, box = row.Box](const QString &text) {
+            m_mod.Text(field) = text;
+            box->setAccessibleDescription({});
+            QToolTip::hideText();
+        });
     connect(row.Button, &QPushButton::clicked, this, [this, field] {
         if (CheckFocusedBox())
             OpenLookup(field, LookupStart::AtTheTop);
@@ -101,6 +110,7 @@ void frmTransFilter::Render()
 {
     for (const Row &row : m_rows) {
         ShowData(*row.Label, CaptionText(m_mod.Caption(row.Field)));
+        row.Button->setAccessibleName(LookUpName(m_mod.Caption(row.Field)));
         if (row.Box->text() != m_mod.Text(row.Field))
             row.Box->setText(m_mod.Text(row.Field));
         ShowData(*row.Name, m_mod.Name(row.Field));
@@ -131,7 +141,25 @@ void frmTransFilter::FocusTo(FilterField field)
 bool frmTransFilter::CheckFocusedBox()
 {
     const Row *row = RowWithBox(focusWidget());
-    return row == nullptr || Handle([&] { m_mod.CheckBox(row->Field); });
+    return row == nullptr || Check(*row);
+}
+
+bool frmTransFilter::Check(const Row &row)
+{
+    const bool checked = Handle([&] { m_mod.CheckBox(row.Field); });
+    const QString why = m_mod.PutBackText();
+    row.Box->setAccessibleDescription(why);
+    if (why.isEmpty())
+        return checked;
+    QAccessibleEvent alert(row.Box, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+    // Where the name would stand, so that it covers nothing to press; and when the focus has
+    // arrived where it goes, as its coming hides every tip.
+    QTimer::singleShot(0, row.Name, [name = row.Name, why] {
+        constexpr int belowThePoint = 16; // is where a tip is shown
+        QToolTip::showText(name->mapToGlobal(QPoint(0, -belowThePoint)), PlainToolTip(why), name);
+    });
+    return checked;
 }
 
 void frmTransFilter::OpenLookup(FilterField field, LookupStart start)
@@ -192,7 +220,7 @@ bool frmTransFilter::HandleBoxEvent(const Row &row, QEvent &event)
     }
     case QEvent::FocusOut:
         if (isVisible() && EntersField(static_cast<QFocusEvent &>(event)))
-            Handle([&] { m_mod.CheckBox(row.Field); });
+            Check(row);
         return false;
     default:
         return false;

@@ -67,6 +67,8 @@ private:
     bool HandleBoxKey(const Row &row, const QKeyEvent &event);
     void GotFocus(const Row &row, bool byMouse);
     void FocusTo(FilterField field);
+    /// Checks the box; a code that is put back is named beside it, without taking the focus.
+    bool Check(const Row &row); ///< false when the check itself failed
     bool CheckFocusedBox(); ///< false when the check itself failed
     void OpenLookup(FilterField field, LookupStart start);
     void MoveOnAfter(FilterField field);

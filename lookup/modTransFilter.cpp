@@ -1,5 +1,6 @@
 #include "lookup/modTransFilter.h"
 
+#include "figures/CodeTexts.h"
 #include "store/PadKey.h"
 
 #include <QScopeGuard>
@@ -121,6 +122,13 @@ std::optional<QString> modTransFilter::FoundName(FilterField field)
     return ActivityName();
 }
 
+QString modTransFilter::WhyPutBack(FilterField field)
+{
+    return field == FilterField::Project
+        ? NoSuchProject(m_tables.Options.Working, m_filter.FilterProject, m_filter.FilterCustomer)
+        : NoSuchCode(Caption(field), Of(field).Code);
+}
+
 void modTransFilter::ReadName(FilterField field)
 {
     // An unknown customer has no name; an unknown project or activity reads "All".
@@ -173,6 +181,7 @@ void modTransFilter::CheckBox(FilterField name)
 {
     const Field field = Of(name);
     m_filter.FilterCodeReverted = false;
+    m_putBackText.clear();
     field.Code = field.Text;
     if (field.Code.isEmpty()) {
         field.Name = All;
@@ -181,6 +190,7 @@ void modTransFilter::CheckBox(FilterField name)
         return;
     }
     if (field.Code != field.Previous && !FoundName(name)) {
+        m_putBackText = WhyPutBack(name);
         field.Code = field.Previous;
         m_filter.FilterCodeReverted = true;
     }

@@ -57,6 +57,9 @@ public:
     bool ProjectIsOpen() const { return m_projectIsOpen; }
     bool CodeReverted() const { return m_filter.FilterCodeReverted; }
 
+    /// Why the last check put a code back; empty when it did not.
+    const QString &PutBackText() const { return m_putBackText; }
+
     QString FilterCustomerName;
     QString FilterProjectName;
     QString FilterActivityName;
@@ -79,6 +82,7 @@ private:
     std::optional<QString> ProjectName();
     std::optional<QString> ActivityName();
     std::optional<QString> FoundName(FilterField field); ///< of the edited code, where it is known
+    QString WhyPutBack(FilterField field); ///< of the code that is being edited
     void ReadName(FilterField field);
     void OpenProject();
     void CloseProject();
@@ -89,5 +93,6 @@ private:
     QString m_customerText;
     QString m_projectText;
     QString m_activityText;
+    QString m_putBackText;
     bool m_projectIsOpen = false;
 };

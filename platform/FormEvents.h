@@ -35,3 +35,9 @@ inline QString CaptionText(QString text)
 {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
+
+/// What a screen reader calls the button beside a field of that caption, which shows dots only.
+inline QString LookUpName(const QString &caption)
+{
+    return QLatin1String("Look up ") + caption;
+}

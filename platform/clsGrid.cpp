@@ -1,15 +1,18 @@
 #include "platform/clsGrid.h"
 
 #include "platform/DataLabel.h"
+#include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeaderV2>
 #include <QtMath>
+#include <QToolTip>
 
 #include <algorithm>
 #include <numeric>
@@ -20,15 +23,28 @@ namespace {
 
 constexpr int PictureMarginPixels = 4;
 
+/// What a cell's text leaves free at both sides, and the line beside the cell.
+int CellMargins(const QWidget &grid)
+{
+    return 2 * (grid.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &grid) + 1) + 1;
+}
+
+/// Shows the text that a cell has too little room for; a cell that shows all of it has no tip.
+void ShowWholeText(const QHelpEvent &help, bool isClipped, const QString &text, QWidget &viewport)
+{
+    if (isClipped)
+        QToolTip::showText(help.globalPos(), PlainToolTip(text), &viewport);
+    else
+        QToolTip::hideText();
+}
+
 /// The widget's font, or a smaller one in which a date fits its column: the columns' widths are
 /// fixed, for letters of eight points.
 QFont GridFont(const QWidget &grid)
 {
     constexpr int dateColumnTwips = 960 + 110; // the narrowest
     constexpr qreal leastPoints = 6;
-    const int cellMargins
-        = 2 * (grid.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &grid) + 1) + 1;
-    const int room = PixelsFromTwips(dateColumnTwips, grid) - cellMargins;
+    const int room = PixelsFromTwips(dateColumnTwips, grid) - CellMargins(grid);
     QFont font = grid.font();
     while (font.pointSizeF() > leastPoints
         && QFontMetrics(font).horizontalAdvance(u"00/00/0000"_s) > room)
@@ -48,9 +64,21 @@ public:
     {
         beginResetModel();
         m_records = std::move(records);
+        m_arrows.clear();
         m_order.resize(m_records ? static_cast<size_t>(m_records->RecordCount()) : 0);
         std::iota(m_order.begin(), m_order.end(), 0);
         endResetModel();
+    }
+
+    /// What a heading says to those who do not see its arrow.
+    void SetArrow(int column, std::optional<SortOrder> arrow)
+    {
+        if (arrow)
+            m_arrows[column] = *arrow;
+        else
+            m_arrows.remove(column);
+        if (column >= 0 && column < columnCount())
+            emit headerDataChanged(Qt::Horizontal, column, column);
     }
 
     void SetAlignment(int column, Qt::Alignment alignment) { m_alignments[column] = alignment; }
@@ -98,6 +126,9 @@ public:
             return For(role, m_records->FieldName(section));
         if (role == Qt::TextAlignmentRole)
             return QVariant::fromValue(AlignmentOf(section));
+        if (role == Qt::AccessibleDescriptionRole && m_arrows.contains(section))
+            return m_arrows.value(section) == SortOrder::Ascending ? u"sorted, ascending"_s
+                                                                   : u"sorted, descending"_s;
         return {};
     }
 
@@ -115,6 +146,7 @@ private:
     std::shared_ptr<const clsRecordSet> m_records;
     std::vector<int> m_order; // the record of each row
     QHash<int, Qt::Alignment> m_alignments;
+    QHash<int, SortOrder> m_arrows;
 };
 
 /// Row 0 of the grid: clicks are the grid's, and a cell can carry a picture at its right.
@@ -127,6 +159,7 @@ public:
     {
         setSectionsClickable(true);
         setHighlightSections(false);
+        setTextElideMode(Qt::ElideRight);
         setMouseTracking(true);
         setSectionResizeMode(QHeaderView::Interactive);
     }
@@ -161,6 +194,7 @@ protected:
         option.rect = style()
                           ->subElementRect(QStyle::SE_HeaderLabel, &option, this)
                           .adjusted(0, 0, -room, 0);
+        option.text = fontMetrics().elidedText(option.text, Qt::ElideRight, option.rect.width());
         style()->drawControl(QStyle::CE_HeaderLabel, &option, painter, this);
         painter->restore();
         painter->drawPixmap(QPointF(rectangle.right() - PictureMarginPixels - size.width(),
@@ -169,6 +203,13 @@ protected:
     }
     bool viewportEvent(QEvent *event) override
     {
+        if (event->type() == QEvent::ToolTip) {
+            const auto &help = static_cast<QHelpEvent &>(*event);
+            const int section = logicalIndexAt(help.pos());
+            ShowWholeText(help, section >= 0 && IsClipped(section),
+                model()->headerData(section, orientation(), Qt::EditRole).toString(), *viewport());
+            return true;
+        }
         if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
             const auto *mouse = static_cast<QMouseEvent *>(event);
             m_grid.MouseIsAt(0, logicalIndexAt(mouse->position().toPoint()));
@@ -179,6 +220,17 @@ protected:
     }
 
 private:
+    bool IsClipped(int section) const
+    {
+        const QString text = model()->headerData(section, orientation()).toString();
+        const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, this);
+        const QPixmap picture = m_pictures.value(section);
+        const int arrow = picture.isNull()
+            ? 0
+            : PictureMarginPixels + qCeil(picture.deviceIndependentSize().width());
+        return fontMetrics().horizontalAdvance(text) > sectionSize(section) - margins - arrow;
+    }
+
     clsGrid &m_grid;
     QHash<int, QPixmap> m_pictures;
 };
@@ -286,6 +338,7 @@ void clsGrid::SetArrowPictures(const QPixmap &up, const QPixmap &down)
 
 void clsGrid::SetHeaderArrow(int column, std::optional<SortOrder> arrow)
 {
+    m_model->SetArrow(column, arrow);
     m_header->SetPicture(column,
         !arrow                               ? QPixmap()
             : *arrow == SortOrder::Ascending ? m_up
@@ -327,8 +380,22 @@ bool clsGrid::event(QEvent *event)
     return handled;
 }
 
+bool clsGrid::IsClipped(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return false;
+    const int room = visualRect(index).intersected(viewport()->rect()).width();
+    return fontMetrics().horizontalAdvance(index.data().toString()) > room - CellMargins(*this) + 1;
+}
+
 bool clsGrid::viewportEvent(QEvent *event)
 {
+    if (event->type() == QEvent::ToolTip) {
+        const auto &help = static_cast<QHelpEvent &>(*event);
+        const QModelIndex index = indexAt(help.pos());
+        ShowWholeText(help, IsClipped(index), index.data(Qt::EditRole).toString(), *viewport());
+        return true;
+    }
     if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
         const QPoint at = static_cast<QMouseEvent *>(event)->position().toPoint();
         const int row = rowAt(at.y());
@@ -350,9 +417,30 @@ void clsGrid::mouseMoveEvent(QMouseEvent *event)
         QTableView::mouseMoveEvent(event);
 }
 
+bool clsGrid::ClickHeading(int number)
+{
+    if (!m_header->sectionsClickable())
+        return false;
+    for (int column = 0; column < Cols(); ++column) {
+        if (isColumnHidden(column) || --number > 0)
+            continue;
+        const int row = m_mouseRow;
+        const int mouseColumn = m_mouseColumn;
+        MouseIsAt(0, column);
+        emit m_header->sectionClicked(column);
+        MouseIsAt(row, mouseColumn);
+        return true;
+    }
+    return false;
+}
+
 void clsGrid::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();
+    // The mouse's click on a heading, for those who have none.
+    const bool isDigit = key >= Qt::Key_1 && key <= Qt::Key_9;
+    if (isDigit && event->modifiers() == Qt::ControlModifier && ClickHeading(key - Qt::Key_0))
+        return;
     const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (key != Qt::Key_Up && key != Qt::Key_Down && !isEnter) {
         QTableView::keyPressEvent(event);

@@ -39,7 +39,8 @@ public:
     int MouseCol() const override { return m_mouseColumn; }
 
 signals:
-    /// The grid was clicked, or Down, Up or Enter pressed in it (the row has then moved).
+    /// The grid was clicked, or a heading by Control and its number, or Down, Up or Enter pressed
+    /// in it (the row has then moved).
     void Click();
 
 protected:
@@ -52,6 +53,8 @@ protected:
 private:
     friend class clsGridHeader;
     void MouseIsAt(int row, int column);
+    bool IsClipped(const QModelIndex &index) const;
+    bool ClickHeading(int number); ///< the visible columns count from 1; false without such a one
 
     clsGridModel *m_model;
     clsGridHeader *m_header;

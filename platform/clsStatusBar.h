@@ -17,6 +17,12 @@ public:
     explicit clsStatusBar(QWidget *parent = nullptr);
 
     void SetPanelText(int panel, const QString &text);
+    /// A line in the place of the panels, which screen readers say; it takes no focus. An empty
+    /// one gives the panels back.
+    void ShowNotice(const QString &text);
+
+protected:
+    void paintEvent(QPaintEvent *event) override; ///< with one line between two panels
 
 private:
     std::array<QLabel *, Panels> m_panels;

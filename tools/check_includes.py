@@ -15,7 +15,7 @@ ROOMS = {
     "store": {"platform"},
     "session": {"store", "platform"},
     "figures": {"session", "store", "platform"},
-    "lookup": {"session", "store", "platform"},
+    "lookup": {"figures", "session", "store", "platform"},
     "summary": {"figures", "session", "store", "platform"},
     "sync": {"session", "store", "platform"},
     "help": {"platform"},

@@ -22,6 +22,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -722,4 +723,39 @@ TEST_F(Program, DatabasesThatCannotBeDeletedAreToldAndFoundAgain)
     // The company that was left stands open again.
     EXPECT_EQ(Control<QLabel>(*program.MainWindow(), "lblCompanyName").text(), u"Xylo"_s);
     EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+}
+
+TEST_F(Program, TheWindowOpensWhereItWasClosed)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s)});
+    QPoint corner;
+    QSize size;
+    {
+        clsProgram program(Folder(), Services());
+        program.StartUp();
+        frmEntryList &window = *program.MainWindow();
+        ASSERT_TRUE(ShowActive(window));
+        // The screen of the tests is no wider than the window may become.
+        size = window.minimumSizeHint() + QSize(0, 25);
+        window.resize(size);
+        window.move(0, 11);
+        corner = window.pos();
+        window.close();
+    }
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    EXPECT_EQ(program.MainWindow()->size(), size);
+    EXPECT_EQ(program.MainWindow()->pos(), corner);
+}
+
+TEST_F(Program, AWindowOfAScreenThatIsGoneOpensOnTheOneThatIsThere)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany(u"ABC"_s)});
+    m_settings.SaveSetting(u"Window"_s, u"Place"_s, u"-5000 9000 500 300 0 0 0"_s);
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(ShowActive(*program.MainWindow()));
+    const frmEntryList &window = *program.MainWindow();
+    EXPECT_TRUE(window.screen()->availableGeometry().contains(window.pos()));
 }

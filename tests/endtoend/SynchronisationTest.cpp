@@ -43,8 +43,6 @@ protected:
     {
         program.EnterTime(hours, description);
         program.Key(u"Tab"_s);
-        program.WaitForFocus(u"msgEntryList"_s);
-        program.Key(u"Tab"_s);
         program.WaitForFocus(u"cmdOK"_s);
         program.Key(u"Return"_s);
         program.WaitForText(u"txtDescription"_s, QString());

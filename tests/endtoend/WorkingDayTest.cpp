@@ -38,14 +38,12 @@ protected:
         program.WaitForFocus(u"txtDescription"_s);
     }
 
-    /// The description, then over the list to OK.
+    /// The description, and on to OK.
     void DescribeAndSave(ProgramUnderTest &program, const QString &description)
     {
         program.WaitForFocus(u"txtDescription"_s);
         program.Type(description);
         program.WaitForText(u"txtDescription"_s, description);
-        program.Key(u"Tab"_s);
-        program.WaitForFocus(u"msgEntryList"_s);
         program.Key(u"Tab"_s);
         program.WaitForFocus(u"cmdOK"_s);
         ++m_saved;

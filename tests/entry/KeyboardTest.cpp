@@ -340,11 +340,11 @@ TEST_F(Keyboard, TheTabOrderIsTheOrderOfTheFields)
             break;
     }
     EXPECT_THAT(order,
-        ElementsAre(u"cboCompany"_s, u"dtpDate"_s, u"txtCustomer"_s, u"txtProject"_s,
-            u"txtActivity"_s, u"cboBStatus"_s, u"cboBOption"_s, u"txtMultiplierCode"_s,
-            u"txtHours"_s, u"txtRate"_s, u"chkReimburse"_s, u"chkApproved"_s, u"chkOnHold"_s,
-            u"txtDescription"_s, u"msgEntryList"_s, u"cmdOK"_s, u"cmdUndo"_s, u"cmdDel"_s,
-            u"cmdSync"_s, u"cmdHelp"_s, u"cmdHrsSumm"_s, u"cmdTransFilter"_s));
+        ElementsAre(u"cboCompany"_s, u"msgEntryList"_s, u"dtpDate"_s, u"txtCustomer"_s,
+            u"txtProject"_s, u"txtActivity"_s, u"cboBStatus"_s, u"cboBOption"_s,
+            u"txtMultiplierCode"_s, u"txtHours"_s, u"txtRate"_s, u"chkReimburse"_s,
+            u"chkApproved"_s, u"chkOnHold"_s, u"txtDescription"_s, u"cmdOK"_s, u"cmdUndo"_s,
+            u"cmdDel"_s, u"cmdHrsSumm"_s, u"cmdTransFilter"_s, u"cmdSync"_s, u"cmdHelp"_s));
 }
 
 TEST_F(Keyboard, TheGridTakesItsShareOfTheWindowOnEveryResize)

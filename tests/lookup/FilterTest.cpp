@@ -5,6 +5,8 @@
 #include "lookup/modTransFilter.h"
 #include "tests/lookup/LookupFixture.h"
 
+#include <QToolTip>
+
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -228,6 +230,28 @@ TEST_F(TransFilter, OKChecksTheBoxThatHasTheFocus)
         EXPECT_TRUE(QTest::qWaitFor([this] { return !Window().isVisible(); }));
     });
     EXPECT_EQ(Filter.AppliedFilterCustomer, u"0300"_s);
+}
+
+TEST_F(TransFilter, ACodeThatIsPutBackIsNamedBesideItsBox)
+{
+    Open([this] {
+        Type("txtCustomer", u"NONE"_s);
+        Press("txtCustomer", Qt::Key_Return);
+        EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text() == u"No customer NONE."_s; }));
+        EXPECT_EQ(Box("txtCustomer").accessibleDescription(), u"No customer NONE."_s);
+        EXPECT_EQ(Focused(), u"txtCustomer"_s);
+        Type("txtCustomer", u"0100"_s);
+        EXPECT_EQ(Box("txtCustomer").accessibleDescription(), QString());
+        Press("txtCustomer", Qt::Key_Tab);
+        Type("txtProject", u"<B>X"_s);
+        Press("txtProject", Qt::Key_Tab);
+        EXPECT_TRUE(QTest::qWaitFor([] {
+            return QToolTip::text() == u"<span>No project &lt;B&gt;X for customer 0100.</span>"_s;
+        }));
+        EXPECT_EQ(Focused(), u"txtActivity"_s) << "the tip takes no focus";
+        QToolTip::hideText();
+        Leave();
+    });
 }
 
 TEST_F(TransFilter, EmptyingTheCustomerEmptiesTheProjectAndKeepsTheActivity)

@@ -1,0 +1,132 @@
+#include "platform/clsReadableStyle.h"
+
+#include "platform/ReadableColours.h"
+
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QEvent>
+#include <QPainter>
+#include <QStyleOption>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qreal CornerRadius = 2;
+
+void DrawLine(QPainter &painter, const QStyleOption &option, const QColor &colour, qreal width)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(colour, width));
+    const qreal half = width / 2;
+    painter.drawRoundedRect(
+        QRectF(option.rect).adjusted(half, half, -half, -half), CornerRadius, CornerRadius);
+    painter.restore();
+}
+
+void DrawCircle(QPainter &painter, const QStyleOption &option)
+{
+    if (!option.state.testFlag(QStyle::State_Enabled))
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(LineColour(option.palette));
+    const QRectF around = option.rect;
+    const qreal radius = std::min(around.width(), around.height()) / 2 - 1;
+    painter.drawEllipse(around.center(), radius, radius);
+    painter.restore();
+}
+
+/// Around something to type into, to choose from or to press.
+void DrawFrame(QPainter &painter, const QStyleOption &option, bool framed)
+{
+    constexpr qreal focusWidth = 2;
+    if (option.state.testFlag(QStyle::State_HasFocus))
+        DrawLine(painter, option, option.palette.color(QPalette::Highlight), focusWidth);
+    else if (framed && option.state.testFlag(QStyle::State_Enabled))
+        DrawLine(painter, option, LineColour(option.palette), 1);
+}
+
+} // namespace
+
+clsReadableStyle::clsReadableStyle()
+    : QProxyStyle(u"fusion"_s)
+{
+}
+
+void clsReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+    QPainter *painter, const QWidget *widget) const
+{
+    if (element == PE_FrameFocusRect) {
+        DrawLine(*painter, *option, option->palette.color(QPalette::Highlight), 1);
+        return;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    switch (element) {
+    case PE_Frame:
+        if (qobject_cast<const QAbstractScrollArea *>(widget) != nullptr)
+            DrawFrame(*painter, *option, true);
+        break;
+    case PE_FrameLineEdit:
+    case PE_IndicatorCheckBox:
+        DrawFrame(*painter, *option, true);
+        break;
+    case PE_IndicatorRadioButton:
+        DrawCircle(*painter, *option);
+        break;
+    case PE_PanelButtonCommand:
+        DrawFrame(*painter, *option, false); // its text shows where a button is
+        break;
+    default:
+        break;
+    }
+}
+
+void clsReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+    QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox || control == CC_SpinBox)
+        DrawFrame(*painter, *option, true);
+}
+
+void clsReadableStyle::polish(QWidget *widget)
+{
+    QProxyStyle::polish(widget);
+    // Of lists and pages only the inside is drawn again when the focus comes or goes.
+    if (qobject_cast<QAbstractScrollArea *>(widget) != nullptr)
+        widget->installEventFilter(this);
+}
+
+void clsReadableStyle::unpolish(QWidget *widget)
+{
+    widget->removeEventFilter(this);
+    QProxyStyle::unpolish(widget);
+}
+
+bool clsReadableStyle::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        static_cast<QWidget *>(watched)->update();
+    return QProxyStyle::eventFilter(watched, event);
+}
+
+void UseReadableLook()
+{
+    const QStyle *style = QApplication::style();
+    if (qobject_cast<const clsReadableStyle *>(style) == nullptr && style->name() == "fusion"_L1)
+        QApplication::setStyle(new clsReadableStyle); // the application's from now on
+    const QPalette former = QApplication::palette();
+    const QPalette readable = ReadableColours(former);
+    if (readable.resolveMask() == 0)
+        return;
+    // Only what was put right is the program's own: all else follows the theme when it changes.
+    QPalette all = readable.resolve(former);
+    all.setResolveMask(readable.resolveMask() | former.resolveMask());
+    QApplication::setPalette(all);
+}
