@@ -55,6 +55,7 @@ void CompanyBench::MeasureAll()
     MeasureSummary();
     MeasureFilter();
     MeasureSort();
+    MeasureSelection();
 }
 
 void CompanyBench::Add(
@@ -166,4 +167,18 @@ void CompanyBench::MeasureSort()
         if (grid.Rows() > LeastSortedRows)
             Add(work, times.Work, 2 * times.Limit, "2 x " + Decimal(times.Limit));
     }
+}
+
+void CompanyBench::MeasureSelection()
+{
+    const clsGrid &grid = m_program.Grid();
+    std::vector<double> selected;
+    for (int i = 0; i < PairRounds; ++i) {
+        const QPoint row(20, grid.rowViewportPosition(1 + i % 5) + 5);
+        selected.push_back(Milliseconds([&] {
+            DoAndPaint(*grid.viewport(),
+                [&] { QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::NoModifier, row); });
+        }));
+    }
+    Times[RowSelected] = Median(selected);
 }
