@@ -32,4 +32,6 @@ QT_QPA_PLATFORM=offscreen build/release/bench/windowbench "$data" || missed=1
 echo "On a virtual display:"
 xvfb-run --auto-servernum sh -c 'openbox & exec "$@"' - \
     env QT_QPA_PLATFORM=xcb build/release/bench/windowbench "$data" || missed=1
+echo "The pieces by themselves:"
+build/release/bench/pieces || missed=1
 exit $missed
