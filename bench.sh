@@ -20,6 +20,8 @@ make_company() { # name customers projects entries days
 }
 make_company 10k 20000 50000 10000 250
 make_company 100k 20000 50000 100000 1000
+make_company customers10k 10000 500 100 10
+make_company customers100k 100000 500 100 10
 make_company projects 20000 1000000 100000 1000
 make_company million 1000000 1000000 100000 1000
 
@@ -30,4 +32,6 @@ QT_QPA_PLATFORM=offscreen build/release/bench/windowbench "$data" || missed=1
 echo "On a virtual display:"
 xvfb-run --auto-servernum sh -c 'openbox & exec "$@"' - \
     env QT_QPA_PLATFORM=xcb build/release/bench/windowbench "$data" || missed=1
+echo "The pieces by themselves:"
+build/release/bench/pieces || missed=1
 exit $missed

@@ -4,22 +4,9 @@
 #include "platform/clsWindowFolderBrowser.h"
 #include "platform/clsWindowMessageBox.h"
 #include "platform/Paths.h"
-
-#include <QIcon>
+#include "platform/ProgramIcon.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QIcon ProgramIcon()
-{
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256})
-        icon.addFile(u":/icons/%1.png"_s.arg(size));
-    return icon;
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {

@@ -55,6 +55,7 @@ void CompanyBench::MeasureAll()
     MeasureSummary();
     MeasureFilter();
     MeasureSort();
+    MeasureSelection();
 }
 
 void CompanyBench::Add(
@@ -108,8 +109,8 @@ void CompanyBench::MeasureSummary()
                 m_program.OpenDialog([&] { ShowBareDialog(m_program.Window()); }).Painted);
         });
     Add("summary opened", Median(shown), 1.5 * times.Limit, "1.5 x " + Decimal(times.Limit));
-    Add("summary opened and painted", Median(painted), 1.5 * times.Limit + Median(bare),
-        "1.5 x " + Decimal(times.Limit) + " + " + Decimal(Median(bare)));
+    Add("summary opened and painted", Median(painted), 1.5 * times.Limit + Median(bare) + m_paint,
+        "1.5 x " + Decimal(times.Limit) + " + " + Decimal(Median(bare)) + " + " + Decimal(m_paint));
 }
 
 void CompanyBench::MeasureFilter()
@@ -166,4 +167,18 @@ void CompanyBench::MeasureSort()
         if (grid.Rows() > LeastSortedRows)
             Add(work, times.Work, 2 * times.Limit, "2 x " + Decimal(times.Limit));
     }
+}
+
+void CompanyBench::MeasureSelection()
+{
+    const clsGrid &grid = m_program.Grid();
+    std::vector<double> selected;
+    for (int i = 0; i < PairRounds; ++i) {
+        const QPoint row(20, grid.rowViewportPosition(1 + i % 5) + 5);
+        selected.push_back(Milliseconds([&] {
+            DoAndPaint(*grid.viewport(),
+                [&] { QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::NoModifier, row); });
+        }));
+    }
+    Times[RowSelected] = Median(selected);
 }

@@ -6,6 +6,9 @@
 
 #include <map>
 
+/// The name of the work in CompanyBench::Times.
+inline const std::string RowSelected = "row selected";
+
 /// One company and everything that is measured on it.
 class CompanyBench
 {
@@ -22,6 +25,7 @@ private:
     void MeasureSummary();
     void MeasureFilter();
     void MeasureSort();
+    void MeasureSelection();
     void Add(const std::string &work, double measured, double allowed, const std::string &goal);
     std::function<void()> RefreshLimit()
     {

@@ -18,6 +18,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int Searches = 20000;
+constexpr int KeyRounds = 200;
+constexpr int ColdSearches = 101;
+constexpr size_t CacheLine = 64;
 constexpr int NameField = 2;
 const std::string Million = "1,000,000";
 
@@ -98,7 +101,92 @@ std::vector<std::string> CustomerNames(Tables &tables)
     return names;
 }
 
+/// Names of which some are searched for.
+std::vector<QString> SomeOf(const std::vector<std::string> &names)
+{
+    std::vector<QString> some;
+    std::mt19937 engine(7);
+    for (int i = 0; i < Searches; ++i)
+        some.push_back(QString::fromStdString(names[engine() % names.size()]));
+    return some;
+}
+
+/// What is looked for, one after the other, while a lookup is open.
+const std::vector<QString> TypedTexts = {u"t"_s, u"c05"_s, u"elm d"_s, u"C0999999"_s, u"zz"_s,
+    u"brook"_s, u"c0431977"_s, u"moor t"_s, u"kestrel q"_s};
+
+/// Searches in a company of any size.
+class SearchedCompany
+{
+public:
+    explicit SearchedCompany(const QString &folder)
+        : m_open(folder + u"/program"_s)
+        , m_wanted(SomeOf(CustomerNames(m_open.Store)))
+        , m_lookup(m_open.Store)
+    {
+    }
+
+    /// The median of single searches, each as if it were a user's: what came before it has long
+    /// left the processor's cache.
+    double Find()
+    {
+        m_open.Store.Customers.Find(NameField, m_wanted.front());
+        std::vector<double> times;
+        for (int i = 0; i < ColdSearches; ++i) {
+            for (size_t at = 0; at < m_other.size(); at += CacheLine)
+                ++m_other[at];
+            const QString &name = m_wanted[static_cast<size_t>(i)];
+            times.push_back(Milliseconds([&] { m_open.Store.Customers.Find(NameField, name); }));
+        }
+        return Median(times);
+    }
+    /// Runs the measurement while the lookup stands open.
+    void WithLookup(const std::function<void()> &measure)
+    {
+        m_lookup.Open([&](QWidget &) { measure(); });
+    }
+    void Keys()
+    {
+        for (int round = 0; round < KeyRounds; ++round) {
+            for (const QString &text : TypedTexts) {
+                m_lookup.Module.Screen.SearchText = text;
+                m_lookup.Module.FindLookupText();
+            }
+        }
+    }
+
+private:
+    OpenTables m_open;
+    std::vector<QString> m_wanted;
+    std::vector<char> m_other = std::vector<char>(64 << 20); // more than any cache holds
+    CustomerLookup m_lookup;
+};
+
 } // namespace
+
+void MeasureSearchGrowth(const QString &small, const QString &large, Report &report)
+{
+    SearchedCompany ten(small);
+    SearchedCompany hundred(large);
+    const auto add = [&](const std::string &work, const Pair &times) {
+        report.Add({"growth: " + work, "10,000 to 100,000 customers", times.Work / times.Limit,
+            MostSearchGrowth, "times", Decimal(MostSearchGrowth) + " times"});
+    };
+    std::vector<double> few;
+    std::vector<double> many;
+    for (int round = 0; round < PairRounds; ++round) {
+        few.push_back(ten.Find());
+        many.push_back(hundred.Find());
+    }
+    add("FindRecord", {Median(few), Median(many)});
+    ten.WithLookup([&] {
+        hundred.WithLookup([&] {
+            ten.Keys();
+            hundred.Keys();
+            add("key in the lookup", TimePairs([&] { ten.Keys(); }, [&] { hundred.Keys(); }));
+        });
+    });
+}
 
 MillionBench::MillionBench(const QString &folder, Report &report)
     : m_folder(folder + u"/program"_s)
@@ -110,10 +198,7 @@ void MillionBench::MeasureFind() const
 {
     OpenTables open(m_folder);
     std::vector<std::string> names = CustomerNames(open.Store);
-    std::vector<QString> wanted;
-    std::mt19937 engine(7);
-    for (int i = 0; i < Searches; ++i)
-        wanted.push_back(QString::fromStdString(names[engine() % names.size()]));
+    const std::vector<QString> wanted = SomeOf(names);
     std::vector<std::string> wantedTexts;
     for (const QString &text : wanted)
         wantedTexts.push_back(text.toStdString());
@@ -152,8 +237,7 @@ void MillionBench::MeasureKeys(const QString &choice) const
             painted.push_back(Milliseconds(
                 [&] { DoAndPaint(page, [&] { QTest::keyClick(&box, letter.toLatin1()); }); }));
         }
-        for (const QString &text : {u"t"_s, u"c05"_s, u"elm d"_s, u"C0999999"_s, u"zz"_s,
-                 u"brook"_s, u"c0431977"_s, u"moor t"_s, u"kestrel q"_s}) {
+        for (const QString &text : TypedTexts) {
             lookup.Module.Screen.SearchText = text;
             searched.push_back(Milliseconds([&] { lookup.Module.FindLookupText(); }));
         }

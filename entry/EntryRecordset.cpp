@@ -144,6 +144,14 @@ std::vector<quint32> EntryRecordset::RanksOfCustomers() const
         [&](const Row &row) { return m_texts->CustomerAt(row.Customer); });
 }
 
+std::vector<quint32> EntryRecordset::RanksOfTypes() const
+{
+    std::vector<quint32> ranks(m_rows.size());
+    std::transform(m_rows.begin(), m_rows.end(), ranks.begin(),
+        [](const Row &row) { return row.IsExpense ? 0U : 1U; });
+    return ranks;
+}
+
 std::vector<quint32> EntryRecordset::Ranks(int field) const
 {
     if (m_emptyRecords > 0)
@@ -163,7 +171,7 @@ std::vector<quint32> EntryRecordset::Ranks(int field) const
         return RanksOfTexts(m_rows, m_texts->Activities(),
             [&](const Row &row) { return m_texts->ActivityAt(row.Activity); });
     case EntryColumn::TimeOrExpense:
-        return RanksOfNumbers(m_rows, [](const Row &row) { return row.IsExpense ? 0 : 1; });
+        return RanksOfTypes();
     case EntryColumn::Hours:
         return RanksOfNumbers(m_rows, [](const Row &row) { return RoundedTo(row.Hours, 2); });
     case EntryColumn::Rate:

@@ -52,6 +52,7 @@ private:
     QString Number(Currency value, int decimals) const;
 
     std::vector<quint32> RanksOfCustomers() const;
+    std::vector<quint32> RanksOfTypes() const;
 
     std::shared_ptr<EntryTexts> m_texts;
     QString m_customerBefore;

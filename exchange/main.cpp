@@ -2,8 +2,10 @@
 #include "exchange/ExchangeLog.h"
 #include "exchange/SampleRoot.h"
 #include "exchange/Synchronisation.h"
+#include "platform/clsReadableStyle.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/Display.h"
+#include "platform/ProgramIcon.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -60,5 +62,7 @@ int main(int argc, char **argv)
     }
     ChooseDisplay();
     const QApplication application(ownName, argv);
+    QApplication::setWindowIcon(ProgramIcon());
+    UseReadableLook();
     return Synchronise(command.Folder);
 }

@@ -76,17 +76,18 @@ QColor OnOpaque(QColor colour, const QColor &below)
         colour.blueF() * part + below.blueF() * (1 - part));
 }
 
-void ReadableTexts(const QPalette &palette, QPalette::ColorGroup group, QPalette &result)
+void ReadableTexts(
+    const QPalette &palette, QPalette::ColorGroup group, double ratio, QPalette &result)
 {
     for (const TextRole &role : TextRoles()) {
         QList<QColor> on;
         for (const QPalette::ColorRole below : role.On)
             on.append(palette.color(group, below));
         const QColor own = OnOpaque(palette.color(group, role.Text), on.front());
-        if (StandsOut(own, on, LeastTextContrast))
+        if (StandsOut(own, on, ratio))
             continue;
-        if (const std::optional<QColor> readable = Nearest(
-                own, [&](const QColor &tried) { return StandsOut(tried, on, LeastTextContrast); }))
+        if (const std::optional<QColor> readable
+            = Nearest(own, [&](const QColor &tried) { return StandsOut(tried, on, ratio); }))
             result.setColor(group, role.Text, *readable);
     }
 }
@@ -125,9 +126,10 @@ QPalette ReadableColours(const QPalette &palette)
 {
     QPalette result;
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        ReadableTexts(palette, group, result);
+        ReadableTexts(palette, group, LeastTextContrast, result);
         ReadableSelection(palette, group, result);
     }
+    ReadableTexts(palette, QPalette::Disabled, LeastPartContrast, result);
     return result;
 }
 
@@ -138,4 +140,12 @@ QColor LineColour(const QPalette &palette)
     return Nearest(mid, [&](const QColor &tried) {
         return StandsOut(tried, around, LeastPartContrast);
     }).value_or(palette.color(QPalette::WindowText));
+}
+
+QColor FaintLineColour(const QPalette &palette, QPalette::ColorRole surface)
+{
+    constexpr float partOfText = 0.25F;
+    QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+    text.setAlphaF(partOfText);
+    return OnOpaque(text, palette.color(surface));
 }

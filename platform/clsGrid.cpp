@@ -85,17 +85,20 @@ public:
 
     void Sort(int column, SortOrder order)
     {
-        // Rank and record in one number: equal values keep the order of the record set.
-        const std::vector<quint32> ranks = m_records->Ranks(column);
-        std::vector<quint64> keys;
-        keys.reserve(ranks.size());
-        for (const quint32 rank : ranks) {
-            const quint32 place = order == SortOrder::Ascending ? rank : ~rank;
-            keys.push_back(quint64(place) << 32 | keys.size());
-        }
-        std::sort(keys.begin(), keys.end());
-        std::transform(keys.begin(), keys.end(), m_order.begin(),
-            [](quint64 key) { return static_cast<int>(key & 0xffffffff); });
+        // Ranks are counted, not compared: equal values keep the order of the record set.
+        std::vector<quint32> ranks = m_records->Ranks(column);
+        if (ranks.empty())
+            return;
+        const quint32 last = *std::max_element(ranks.begin(), ranks.end());
+        if (order == SortOrder::Descending)
+            std::transform(ranks.begin(), ranks.end(), ranks.begin(),
+                [&](quint32 rank) { return last - rank; });
+        std::vector<size_t> begins(size_t(last) + 2); // by rank: the first of its rows
+        for (const quint32 rank : ranks)
+            ++begins[rank + 1];
+        std::partial_sum(begins.begin(), begins.end(), begins.begin());
+        for (size_t record = 0; record < ranks.size(); ++record)
+            m_order[begins[ranks[record]]++] = static_cast<int>(record);
         emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     }
 

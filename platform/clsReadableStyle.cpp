@@ -1,5 +1,6 @@
 #include "platform/clsReadableStyle.h"
 
+#include "platform/MessagePictures.h"
 #include "platform/ReadableColours.h"
 
 #include <QAbstractScrollArea>
@@ -15,6 +16,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qreal CornerRadius = 2;
+constexpr int SpaceBelowTitle = 3; // of a group
+
+/// Whether it has the keys at times; other frames only stand around something.
+bool Scrolls(const QWidget *widget)
+{
+    return qobject_cast<const QAbstractScrollArea *>(widget) != nullptr;
+}
 
 void DrawLine(QPainter &painter, const QStyleOption &option, const QColor &colour, qreal width)
 {
@@ -66,10 +74,17 @@ void clsReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOptio
         DrawLine(*painter, *option, option->palette.color(QPalette::Highlight), 1);
         return;
     }
+    if (element == PE_FrameGroupBox || (element == PE_Frame && !Scrolls(widget))) {
+        QStyleOption frame = *option;
+        if (element == PE_FrameGroupBox)
+            frame.rect.setTop(frame.rect.top() + frame.fontMetrics.height() + SpaceBelowTitle);
+        DrawLine(*painter, frame, FaintLineColour(option->palette, QPalette::Window), 1);
+        return;
+    }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
     case PE_Frame:
-        if (qobject_cast<const QAbstractScrollArea *>(widget) != nullptr)
+        if (Scrolls(widget))
             DrawFrame(*painter, *option, true);
         break;
     case PE_FrameLineEdit:
@@ -95,11 +110,43 @@ void clsReadableStyle::drawComplexControl(ComplexControl control, const QStyleOp
         DrawFrame(*painter, *option, true);
 }
 
+int clsReadableStyle::pixelMetric(
+    PixelMetric metric, const QStyleOption *option, const QWidget *widget) const
+{
+    // A column's heading begins and ends where its cells do.
+    if (metric == PM_HeaderMargin)
+        return QProxyStyle::pixelMetric(PM_FocusFrameHMargin, option, widget) + 1;
+    return QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+int clsReadableStyle::styleHint(
+    StyleHint hint, const QStyleOption *option, const QWidget *widget, QStyleHintReturn *data) const
+{
+    switch (hint) {
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+        return 0;
+    case SH_Table_GridLineColor:
+        if (option != nullptr)
+            return static_cast<int>(FaintLineColour(option->palette, QPalette::Base).rgb());
+        break;
+    default:
+        break;
+    }
+    return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QIcon clsReadableStyle::standardIcon(
+    StandardPixmap picture, const QStyleOption *option, const QWidget *widget) const
+{
+    const QIcon own = MessagePicture(picture);
+    return own.isNull() ? QProxyStyle::standardIcon(picture, option, widget) : own;
+}
+
 void clsReadableStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
     // Of lists and pages only the inside is drawn again when the focus comes or goes.
-    if (qobject_cast<QAbstractScrollArea *>(widget) != nullptr)
+    if (Scrolls(widget))
         widget->installEventFilter(this);
 }
 

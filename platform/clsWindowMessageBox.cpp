@@ -1,7 +1,9 @@
 #include "platform/clsWindowMessageBox.h"
 
 #include <QApplication>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QStyle>
 
 using namespace Qt::StringLiterals;
 
@@ -80,5 +82,8 @@ MessageAnswer clsWindowMessageBox::Ask(
     box.setDefaultButton(BoxButton(preset));
     if (buttons == MessageButtons::YesNo)
         box.setEscapeButton(QMessageBox::No);
+    // A short text stands beside the middle of the picture.
+    if (auto *parts = qobject_cast<QGridLayout *>(box.layout()))
+        parts->setRowMinimumHeight(0, box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize));
     return AnswerOf(box.exec());
 }

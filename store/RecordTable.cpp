@@ -222,7 +222,7 @@ void RecordTable::Remove(size_t position)
 
 RecordTable::SortKey RecordTable::TextKey(std::string_view text, size_t from)
 {
-    return {TextPrefix(text, from), TextPrefix(text, from + 8)};
+    return {TextPrefix(text, from), TextPrefix(text, from + 8), TextPrefix(text, from + 16)};
 }
 
 /// The key of the value, of a text from the given byte on.
@@ -230,7 +230,7 @@ RecordTable::SortKey RecordTable::KeyOf(Slot slot, size_t field, size_t from) co
 {
     const Column &column = m_columns[field];
     if (column.Type != FieldType::String)
-        return {NumberKey(column.Numbers[slot]), 0};
+        return {NumberKey(column.Numbers[slot]), 0, 0};
     return TextKey(TextAt(slot, field), from);
 }
 
@@ -242,7 +242,7 @@ int RecordTable::CompareSlots(Slot a, Slot b, size_t field) const
     return column.Numbers[a] < column.Numbers[b] ? -1 : column.Numbers[a] > column.Numbers[b];
 }
 
-/// Sorts by the sixteen bytes of the values from the given one on.
+/// Sorts by the keys of the values from the given byte on.
 void RecordTable::SortRun(Run run, size_t field, size_t from) const
 {
     for (Keyed &record : run)
@@ -264,14 +264,14 @@ bool RecordTable::SettleEquals(Run run, size_t field, size_t from, const Precede
             ++end;
         const Run equals = run.subspan(begin, end - begin);
         const bool goesOn
-            = m_columns[field].Type == FieldType::String && (equals.front().Key.Second & 0xff) != 0;
+            = m_columns[field].Type == FieldType::String && (equals.front().Key.Third & 0xff) != 0;
         begin = end;
         if (equals.size() == 1)
             continue;
-        if (goesOn && from + 16 < mostBytes) {
+        if (goesOn && from + SortKey::Bytes < mostBytes) {
             const SortKey key = equals.front().Key;
-            SortRun(equals, field, from + 16);
-            unique = SettleEquals(equals, field, from + 16, precedes) && unique;
+            SortRun(equals, field, from + SortKey::Bytes);
+            unique = SettleEquals(equals, field, from + SortKey::Bytes, precedes) && unique;
             for (Keyed &record : equals)
                 record.Key = key;
             continue;
@@ -397,7 +397,7 @@ RecordTable::Found RecordTable::FindFirstNotBelow(size_t field, const StoredValu
     const Index &index = m_indexes[field];
     const bool isText = m_columns[field].Type == FieldType::String;
     const SortKey sortKey = isText ? TextKey(std::get<std::string>(key), 0)
-                                   : SortKey{NumberKey(std::get<qint64>(key)), 0};
+                                   : SortKey{NumberKey(std::get<qint64>(key)), 0, 0};
     const auto isBelow = [&](const Keyed &record) {
         if (!isText || !(record.Key == sortKey))
             return record.Key < sortKey;

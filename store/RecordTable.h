@@ -83,16 +83,20 @@ private:
         std::vector<Cell> Cells;
         std::vector<qint64> Numbers;
     };
-    /// The part of a value that is looked at first: of a text its first sixteen bytes. Values whose
+    /// The part of a value that is looked at first: of a text its first `Bytes` bytes. Values whose
     /// keys differ are ordered as their keys.
     struct SortKey
     {
+        static constexpr size_t Bytes = 24;
         quint64 First = 0;
         quint64 Second = 0;
+        quint64 Third = 0;
         bool operator==(const SortKey &) const = default;
         bool operator<(const SortKey &other) const
         {
-            return First != other.First ? First < other.First : Second < other.Second;
+            if (First != other.First)
+                return First < other.First;
+            return Second != other.Second ? Second < other.Second : Third < other.Third;
         }
     };
     struct Keyed

@@ -68,6 +68,13 @@ protected:
 
 } // namespace
 
+TEST_F(FirstSteps, BeginWithAMessageWhoseButtonHasWordsAlone)
+{
+    ProgramUnderTest program(m_place.ProgramFolder(), m_display);
+    program.WaitForMessage(u"Please perform a synchronization first."_s);
+    EXPECT_FALSE(program.HasPicture(u"OK"_s)); // as everywhere in the program
+}
+
 TEST_F(FirstSteps, LeadFromNothingToAnHourAndTwoExpensesInAccounting)
 {
     m_place.RemoveLaunchFile();

@@ -29,6 +29,7 @@ protected:
     }
     void ByKeyAndButton(ProgramUnderTest &program, const QString &page, const QString &window)
     {
+        program.WaitUntilActive(window); // a key pressed earlier goes nowhere
         program.Key(u"F1"_s);
         SeePage(program, page, window);
         program.Click(u"cmdHelp"_s);

@@ -1,5 +1,7 @@
 // A user's tour of the built program on a virtual display: synchronise, enter, synchronise again.
-// Leaves screenshots and the collected entries in the folder that it is given.
+// Leaves screenshots and the collected entries in the folder that it is given, and in its folder
+// "windows" a picture of every window by itself. QT_SCALE_FACTOR in the environment makes all of it
+// larger, and a desktop's variables give it that desktop's colours.
 
 #include "tests/endtoend/driver/ProgramUnderTest.h"
 #include "tests/endtoend/driver/VirtualDisplay.h"
@@ -25,6 +27,17 @@ struct Hour
     QString Description;
 };
 
+/// So that the client's window stays for seconds.
+constexpr int ManyCustomers = 400000;
+
+/// How much larger the toolkit makes the windows, and a display must be.
+qreal Scale()
+{
+    bool isNumber = false;
+    const qreal scale = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&isNumber);
+    return isNumber ? scale : 1;
+}
+
 class Tour
 {
 public:
@@ -35,10 +48,20 @@ public:
 
     void Play()
     {
+        PlayTheProgram();
+        PlayTheClient();
+    }
+
+private:
+    void PlayTheProgram()
+    {
         ProgramUnderTest program(m_place.ProgramFolder(), m_display);
         program.WaitForMessage(u"Please perform a synchronization first."_s);
         Picture(u"A first start asks for a synchronisation"_s);
+        program.Photograph(Window(u"first-start"_s));
         program.Answer(u"OK"_s);
+        program.WaitUntilActive();
+        program.Photograph(Window(u"main-window-locked"_s), u"frmEntryList"_s);
 
         program.Click(u"cmdSync"_s);
         ProgramUnderTest::WaitUntil(
@@ -52,6 +75,7 @@ public:
         program.ClickRow(u"msgEntryList"_s, 0);
         program.WaitForText(u"txtDescription"_s, u"Workshop on site"_s);
         Picture(u"An entry of the list in the editor"_s);
+        program.Photograph(Window(u"main-window"_s), u"frmEntryList"_s);
         LookIntoEveryWindow(program);
 
         program.Click(u"cmdSync"_s);
@@ -65,30 +89,78 @@ public:
         KeepCollectedEntries();
     }
 
-private:
+    /// A company with so many customers that the client's window can be looked at.
+    void PlayTheClient()
+    {
+        QByteArray customers;
+        for (int i = 0; i < ManyCustomers; ++i)
+            customers += "M" + QByteArray::number(i) + ",Customer by name of "
+                + QByteArray::number(i) + ",,N,0\n";
+        m_place.Replace(
+            u"ABC"_s, u"Customers"_s, "zz-Fifteen-Long,", customers + "zz-Fifteen-Long,");
+        ProgramUnderTest client(
+            {m_place.Client(), {}, {u"-hd"_s, u"by-hand"_s, m_place.ProgramFolder()}}, m_display);
+        const QString enough = u"30%"_s;
+        ProgramUnderTest::WaitUntil(u"the client to be amid the customers"_s, [&] {
+            const QString done = client.Text(u"prgTable"_s);
+            return client.Text(u"lblTable"_s) == u"Customers"_s && done.size() == enough.size()
+                && done >= enough;
+        });
+        Picture(u"Many customers on their way"_s);
+        client.Photograph(Window(u"progress"_s), u"frmProgress"_s);
+        client.WaitForEnd();
+    }
+
     void LookIntoEveryWindow(ProgramUnderTest &program)
     {
         program.Click(u"cmdCustomer"_s);
-        PictureOf(program, u"frmLookup"_s, u"Customers to choose from"_s);
+        PictureOf(program, u"frmLookup"_s, u"Customers to choose from"_s, u"lookup"_s);
         program.Click(u"cmdTransFilter"_s);
-        PictureOf(program, u"frmTransFilter"_s, u"The transaction filter"_s);
+        PictureOf(
+            program, u"frmTransFilter"_s, u"The transaction filter"_s, u"transaction-filter"_s);
         program.Click(u"cmdHrsSumm"_s);
-        PictureOf(program, u"frmHrsSumm"_s, u"The hours of each day"_s);
+        PictureOf(program, u"frmHrsSumm"_s, u"The hours of each day"_s, u"hours-summary"_s);
         program.ChooseByKeys(u"Options"_s, u"Configure"_s);
-        PictureOf(program, u"frmConfigure"_s, u"Where the accounting system is"_s);
+        PictureOf(program, u"frmConfigure"_s, u"Where the accounting system is"_s,
+            u"synchronisation-settings"_s);
         program.ChooseByKeys(u"Options"_s, u"Sync"_s);
-        PictureOf(program, u"frmSyncOptions"_s, u"What a synchronisation does"_s);
+        PictureOf(program, u"frmSyncOptions"_s, u"What a synchronisation does"_s,
+            u"synchronisation-options"_s);
         program.WaitUntilActive();
         program.Key(u"F1"_s);
-        PictureOf(program, u"frmHelp"_s, u"Help beside the window"_s);
+        PictureOf(program, u"frmHelp"_s, u"Help beside the window"_s, u"help"_s);
         program.WaitUntilActive();
+        LookAtTheQuestions(program);
+    }
+
+    void LookAtTheQuestions(ProgramUnderTest &program)
+    {
+        program.ChooseByKeys(u"Utilities"_s, u"Delete Databases"_s);
+        program.WaitForMessage(u"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\n"
+                               u"Do you wish to continue?"_s);
+        Picture(u"Before everything is deleted"_s);
+        program.Photograph(Window(u"delete-question"_s));
+        program.Answer(u"No"_s);
+
+        program.Click(u"txtDescription"_s);
+        program.WaitForFocus(u"txtDescription"_s);
+        program.Key(u"ctrl+a"_s);
+        program.Enter(u"txtDescription"_s, u"Workshop on site, day 2"_s);
+        program.ClickRow(u"msgEntryList"_s, 1);
+        program.WaitForMessage(u"Do you want to save changes?"_s);
+        Picture(u"Before a change is lost"_s);
+        program.Photograph(Window(u"save-question"_s));
+        program.Answer(u"No"_s);
+        program.WaitForText(u"txtDescription"_s, u"Minutes of it"_s);
     }
 
     /// Of a window that is opening; Escape closes it again.
-    void PictureOf(ProgramUnderTest &program, const QString &window, const QString &title)
+    void PictureOf(
+        ProgramUnderTest &program, const QString &window, const QString &title, const QString &name)
     {
         program.WaitUntilActive(window);
         Picture(title);
+        program.Photograph(Window(name), window);
         program.Key(u"Escape"_s);
         program.WaitUntilClosed(window);
         program.WaitUntilActive();
@@ -123,6 +195,11 @@ private:
         QTextStream(stdout) << name << Qt::endl;
     }
 
+    QString Window(const QString &name) const
+    {
+        return m_album + u"/windows/"_s + name + u".png"_s;
+    }
+
     void KeepCollectedEntries()
     {
         QFile file(m_album + u"/collected entries.csv"_s);
@@ -136,7 +213,7 @@ private:
 
     QString m_album;
     WorkPlace m_place;
-    VirtualDisplay m_display;
+    VirtualDisplay m_display{(QSizeF(1366, 768) * Scale()).toSize()};
     int m_pictures = 0;
 };
 
@@ -146,7 +223,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2 || !QDir().mkpath(arguments[1])) {
+    if (arguments.size() != 2 || !QDir().mkpath(arguments[1] + u"/windows"_s)) {
         QTextStream(stderr) << "usage: tour <folder for the pictures>" << Qt::endl;
         return 2;
     }

@@ -378,7 +378,7 @@ TEST_F(F1, InAMessageBoxOpensThePageAboutWhatItSays)
         const char *Title;
     };
     const std::vector<Case> cases = {
-        {"Please perform a synchronization first.", "The message about the first synchronisation"},
+        {"Please perform a synchronization first.", "The first synchronisation"},
         {"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\nDo you wish to continue?",
             "Deleting the databases"},
         {"Failed to delete databases.", "Deleting the databases"},

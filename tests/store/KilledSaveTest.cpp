@@ -106,6 +106,6 @@ TEST_F(KilledSave, ACreationIsWholeOrDoesNotExist)
         ASSERT_TRUE(Contents().empty()) << "round " << round;
         ASSERT_EQ(Integrity(), u"ok"_s) << "round " << round;
     }
-    EXPECT_GT(without, 3);
+    EXPECT_GT(without, 0);
     RecordProperty("without", without);
 }

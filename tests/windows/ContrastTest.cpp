@@ -4,8 +4,10 @@
 #include "platform/ReadableColours.h"
 #include "tests/windows/EveryWindow.h"
 
+#include <QGroupBox>
 #include <QRadioButton>
 #include <QStyleFactory>
+#include <QTableWidget>
 
 #include <algorithm>
 #include <array>
@@ -146,6 +148,33 @@ TEST_P(Contrast, LinesAndTheSelectionStandOut)
     for (const QPalette::ColorRole surface : {QPalette::Window, QPalette::Base})
         EXPECT_GE(
             ContrastRatio(LineColour(QApplication::palette()), Colour(surface)), LeastPartContrast);
+}
+
+TEST_P(Contrast, WhatIsClosedStillSaysSomething)
+{
+    using Pair = std::pair<QPalette::ColorRole, QPalette::ColorRole>;
+    for (const auto &[text, on] : {Pair(QPalette::WindowText, QPalette::Window),
+             Pair(QPalette::Text, QPalette::Base), Pair(QPalette::ButtonText, QPalette::Button)})
+        EXPECT_GE(ContrastRatio(Colour(text, QPalette::Disabled), Colour(on, QPalette::Disabled)),
+            LeastPartContrast)
+            << text;
+}
+
+TEST_P(Contrast, GridsAndGroupsHaveLines)
+{
+    constexpr double faintButThere = 1.3;
+    QTableWidget grid(1, 1);
+    grid.setShowGrid(true);
+    grid.show();
+    const QRect cell = grid.visualRect(grid.model()->index(0, 0));
+    const QColor line
+        = grid.viewport()->grab().toImage().pixelColor(cell.center().x(), cell.bottom() + 1);
+    EXPECT_GE(ContrastRatio(line, Colour(QPalette::Base)), faintButThere);
+
+    QGroupBox group(u"Group"_s);
+    group.resize(100, 60);
+    const QColor frame = group.grab().toImage().pixelColor(50, 59);
+    EXPECT_GE(ContrastRatio(frame, Colour(QPalette::Window)), faintButThere);
 }
 
 TEST_P(Contrast, ABoxIsSeenInItsWindow)

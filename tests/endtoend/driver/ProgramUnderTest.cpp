@@ -53,7 +53,7 @@ ProgramUnderTest::ProgramUnderTest(const Command &command, const VirtualDisplay 
         environment.insert(it.key(), it.value());
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_process.start(command.Path, QStringList());
+    m_process.start(command.Path, command.Arguments);
     if (!m_process.waitForStarted(DeadlineMilliseconds))
         throw std::runtime_error("the program does not start");
 }
@@ -130,6 +130,14 @@ QString ProgramUnderTest::Title(const QString &window)
 QString ProgramUnderTest::MessageText()
 {
     return Ask(u"windows"_s)[u"modal"_s].toObject()[u"text"_s].toString();
+}
+
+bool ProgramUnderTest::HasPicture(const QString &button)
+{
+    const QJsonObject found = Ask(u"button"_s, button);
+    if (!found[u"found"_s].toBool())
+        throw std::runtime_error("no such button: " + button.toStdString());
+    return found[u"picture"_s].toBool();
 }
 
 QList<QStringList> ProgramUnderTest::Rows(const QString &grid)
@@ -314,6 +322,13 @@ void ProgramUnderTest::WaitForRows(const QString &grid, int count)
 {
     WaitUntil(grid + u" to show "_s + QString::number(count) + u" rows"_s,
         [&] { return Rows(grid).size() == count; });
+}
+
+void ProgramUnderTest::Photograph(const QString &fileName, const QString &window)
+{
+    const QJsonObject found
+        = window.isEmpty() ? Ask(u"windows"_s)[u"modal"_s].toObject() : Ask(u"control"_s, window);
+    m_display.Screenshot(fileName, found[u"window"_s].toString().toULongLong());
 }
 
 int ProgramUnderTest::WaitForEnd()

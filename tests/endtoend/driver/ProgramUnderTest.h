@@ -22,6 +22,7 @@ public:
     {
         QString Path;
         QMap<QString, QString> Environment;
+        QStringList Arguments = {};
     };
 
     /// Starts <folder>/WorklogRemote on the display; both outlive the object. The user's settings
@@ -39,6 +40,7 @@ public:
     bool IsOpen(const QString &window);
     QString Title(const QString &window); ///< empty when it is not open
     QString MessageText(); ///< of the message box on top, else empty
+    bool HasPicture(const QString &button); ///< of the message box on top
     QList<QStringList> Rows(const QString &grid); ///< the texts of its data rows
     QStringList Headers(const QString &grid);
 
@@ -69,6 +71,9 @@ public:
     bool IsRunning() const { return m_process.state() == QProcess::Running; }
     qint64 ProcessId() const { return m_process.processId(); }
     void Kill();
+
+    /// A picture of the open window with its frame; without a name, of the message box on top.
+    void Photograph(const QString &fileName, const QString &window = {});
 
     static void WaitUntil(const QString &what, const std::function<bool()> &condition);
 

@@ -20,12 +20,12 @@ QProcessEnvironment On(const QString &display)
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay()
+VirtualDisplay::VirtualDisplay(QSize size)
 {
     // The server writes the number of the display that it found free when it is ready.
     m_server.start(u"Xvfb"_s,
-        {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1366x768x24"_s, u"-nolisten"_s,
-            u"tcp"_s});
+        {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+            u"%1x%2x24"_s.arg(size.width()).arg(size.height()), u"-nolisten"_s, u"tcp"_s});
     while (!m_server.canReadLine()) {
         if (!m_server.waitForReadyRead(StartMilliseconds))
             throw std::runtime_error("no virtual display");
@@ -91,4 +91,9 @@ qulonglong VirtualDisplay::WindowWithKeyboard() const
 void VirtualDisplay::Screenshot(const QString &fileName) const
 {
     Run(u"import"_s, {u"-window"_s, u"root"_s, fileName});
+}
+
+void VirtualDisplay::Screenshot(const QString &fileName, qulonglong window) const
+{
+    Run(u"import"_s, {u"-silent"_s, u"-window"_s, QString::number(window), u"-frame"_s, fileName});
 }

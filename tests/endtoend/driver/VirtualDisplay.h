@@ -1,13 +1,15 @@
 #pragma once
 
 #include <QProcess>
+#include <QSize>
 #include <QString>
 
 /// A display of its own with a window manager, for as long as the object lives.
 class VirtualDisplay
 {
 public:
-    VirtualDisplay(); ///< throws std::runtime_error when the display does not come up
+    /// In pixels; throws std::runtime_error when the display does not come up.
+    explicit VirtualDisplay(QSize size = {1366, 768});
     ~VirtualDisplay();
 
     const QString &Name() const { return m_name; } ///< ":99"
@@ -22,6 +24,8 @@ public:
 
     /// The whole display as a PNG file.
     void Screenshot(const QString &fileName) const;
+    /// One window with its frame, as the display numbers its windows.
+    void Screenshot(const QString &fileName, qulonglong window) const;
 
 private:
     void Run(const QString &program, const QStringList &arguments) const;

@@ -21,6 +21,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QTableView>
 #include <QTimer>
 
@@ -46,6 +47,8 @@ QString TextOf(const QWidget &control)
         return button->text();
     if (const auto *date = qobject_cast<const QDateTimeEdit *>(&control))
         return date->text();
+    if (const auto *progress = qobject_cast<const QProgressBar *>(&control))
+        return progress->text();
     if (const auto *message = qobject_cast<const QMessageBox *>(&control))
         return message->text();
     if (const auto *bar = qobject_cast<const QMenuBar *>(&control))
@@ -55,11 +58,14 @@ QString TextOf(const QWidget &control)
     return {};
 }
 
+/// In the display's pixels, which at a scale of 200 % are twice as many as the toolkit counts.
 QJsonObject RectOf(const QWidget &control, const QRect &rectangle)
 {
-    const QPoint corner = control.mapToGlobal(rectangle.topLeft());
-    return {{u"x"_s, corner.x()}, {u"y"_s, corner.y()}, {u"width"_s, rectangle.width()},
-        {u"height"_s, rectangle.height()}};
+    const qreal scale = control.devicePixelRatioF();
+    const QPointF corner = QPointF(control.mapToGlobal(rectangle.topLeft())) * scale;
+    const QSizeF size = QSizeF(rectangle.size()) * scale;
+    return {{u"x"_s, qRound(corner.x())}, {u"y"_s, qRound(corner.y())},
+        {u"width"_s, qRound(size.width())}, {u"height"_s, qRound(size.height())}};
 }
 
 QJsonObject Describe(const QWidget &control)
@@ -75,8 +81,10 @@ QJsonObject Describe(const QWidget &control)
     object[u"active"_s] = control.isActiveWindow();
     object[u"window"_s] = QString::number(control.window()->winId());
     object[u"focused"_s] = QApplication::focusWidget() == &control;
-    if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&control)) {
         object[u"checked"_s] = button->isChecked();
+        object[u"picture"_s] = !button->icon().isNull();
+    }
     if (const auto *list = qobject_cast<const QComboBox *>(&control)) {
         QJsonArray items;
         for (int i = 0; i < list->count(); ++i)
