@@ -3,6 +3,7 @@
 
 #include "entry/EntryColumn.h"
 #include "tests/reliability/ProgramOnDisk.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/Soak.h"
 #include "tests/support/Windows.h"
 
@@ -98,6 +99,8 @@ protected:
 
 TEST_F(WorkingDay, EndsWithTheMemoryOfItsFirstHour)
 {
+    if (KeepsFreedMemory)
+        GTEST_SKIP() << "the address sanitizer keeps freed memory";
     const int saves = Rounds(30, 625);
     const int lookups = Rounds(8, 125);
     const int dialogs = Rounds(2, 25);

@@ -74,7 +74,11 @@ QAccessibleInterface &CellOf(QWidget &grid, int row, int column)
 QAccessibleInterface &HeadingOf(QWidget &grid, int column)
 {
     const QAccessibleTableCellInterface *cell = CellOf(grid, 0, column).tableCellInterface();
-    return There(cell == nullptr ? nullptr : cell->columnHeaderCells().value(0));
+    QAccessibleInterface &heading
+        = There(cell == nullptr ? nullptr : cell->columnHeaderCells().value(0));
+    // The toolkit makes a new one for each who asks, and forgets it unless it is registered.
+    QAccessible::registerAccessibleInterface(&heading);
+    return heading;
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -50,7 +51,8 @@ constexpr std::array Themes = {
 
 QPalette PaletteOf(const Theme &theme)
 {
-    QPalette palette = QStyleFactory::create(u"fusion"_s)->standardPalette();
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(u"fusion"_s));
+    QPalette palette = fusion->standardPalette();
     const auto set = [&](const char *colour, std::initializer_list<QPalette::ColorRole> roles) {
         for (const QPalette::ColorRole role : roles) {
             if (*colour != '\0')
