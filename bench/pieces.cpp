@@ -40,7 +40,7 @@ public:
                 CustomerRecord customer;
                 customer.Customer_Number = CodeOf(i);
                 customer.Customer_Key = PadKey(customer.Customer_Number, KeyWidth::Customer);
-                customer.Customer_Name = u"The customer with the number "_s + CodeOf(i);
+                customer.Customer_Name = NameOf(i, records);
                 RecordStore::PutRow(row, customer);
                 store.AppendRow(made, row);
             }
@@ -66,6 +66,13 @@ public:
     }
 
 private:
+    /// Many begin alike, and their order has nothing to do with that of the codes.
+    static QString NameOf(qint64 number, qint64 records)
+    {
+        static const QStringList words = {u"Alder"_s, u"Brook"_s, u"Elm"_s, u"Fenwick"_s,
+            u"Juniper"_s, u"Kestrel"_s, u"Thistle"_s};
+        return words[number * 5 % words.size()] + u" Partners "_s + CodeOf(number * 7919 % records);
+    }
     static QString CodeOf(qint64 number) { return u"C%1"_s.arg(number, 7, 10, QChar(u'0')); }
 
     const quint32 Creator = CodeNumber(u"WkLg"_s);
@@ -120,6 +127,20 @@ void ReorderTable(benchmark::State &state)
     }
 }
 BENCHMARK(ReorderTable)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void FirstSortByName(benchmark::State &state)
+{
+    CustomerTable table(state.range(0));
+    for (auto step : state) {
+        state.PauseTiming();
+        table.Close();
+        table.Open();
+        table.Customers.MoveFirst();
+        state.ResumeTiming();
+        table.Store().SortTable(table.Customers.Handle, u"2"_s);
+    }
+}
+BENCHMARK(FirstSortByName)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 void ReadRecord(benchmark::State &state)
 {
