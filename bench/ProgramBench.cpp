@@ -1,5 +1,7 @@
 #include "bench/ProgramBench.h"
 
+#include "bench/Measure.h"
+
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTimer>
@@ -22,6 +24,26 @@ public:
 
 private:
     int m_count = 0;
+};
+
+/// Calls back when a dialog is shown.
+class ShowWatcher : public QObject
+{
+public:
+    explicit ShowWatcher(const std::function<void()> &shown)
+        : m_shown(shown)
+    {
+        qApp->installEventFilter(this);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<QDialog *>(watched) != nullptr)
+            m_shown();
+        return false;
+    }
+
+private:
+    std::function<void()> m_shown;
 };
 
 } // namespace
@@ -65,14 +87,22 @@ ProgramBench::Opening ProgramBench::OpenDialog(
     Opening opened;
     QElapsedTimer clock;
     const auto now = [&] { return static_cast<double>(clock.nsecsElapsed()) / 1e6; };
+    const ShowWatcher watcher([&] { opened.Shown = now(); });
     QTimer::singleShot(0, &Window(), [&] {
         QWidget *dialog = QApplication::activeModalWidget();
         if (dialog == nullptr)
             throw std::runtime_error("no dialog has opened");
-        opened.Shown = now();
         WaitForPaint(*dialog);
         opened.Painted = now();
         RequireActive(*dialog);
+        LetEventsRun();
+        opened.Paint = Milliseconds([&] {
+            DoAndPaint(*dialog, [&] {
+                dialog->update();
+                for (QWidget *part : dialog->findChildren<QWidget *>())
+                    part->update();
+            });
+        });
         steps(*dialog);
         if (QApplication::activeModalWidget() == dialog)
             dialog->close();

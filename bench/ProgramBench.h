@@ -25,11 +25,13 @@ public:
     frmEntryList &Window() const { return *m_program->MainWindow(); }
     clsGrid &Grid() const { return Control<clsGrid>(Window(), "msgEntryList"); }
 
-    /// Milliseconds until a dialog waits for the user, and until it is painted.
+    /// Milliseconds until a dialog is handed to the window system with all that it shows, until it
+    /// is painted, and what painting it once more takes.
     struct Opening
     {
         double Shown = 0;
         double Painted = 0;
+        double Paint = 0;
     };
     /// Opens a modal dialog by the action, runs the steps in it and closes it.
     Opening OpenDialog(

@@ -3,7 +3,6 @@
 #include "figures/HoursByDay.h"
 #include "summary/HoursColumn.h"
 
-#include <QLocale>
 #include <QScopeGuard>
 
 #include <array>
@@ -20,9 +19,9 @@ SortOrder OrderOf(qint16 direction)
 
 } // namespace
 
-QString HoursText(Currency value)
+QString HoursText(Currency value, QChar decimalSign)
 {
-    return FormatCurrency(value, 2, LeadingZero::Yes, QLocale().decimalPoint().at(0));
+    return FormatCurrency(value, 2, LeadingZero::Yes, decimalSign);
 }
 
 modHrsSumm::modHrsSumm(
@@ -93,6 +92,7 @@ bool modHrsSumm::FillHoursSummaryGrid()
 {
     modDBHrsS &days = m_tables.HoursSummary;
     m_dayCount = 0;
+    m_decimalSign = QLocale().decimalPoint().at(0);
     try {
         m_recordset = std::make_shared<clsTextRecordSet>(
             QStringList{u"Date Hidden"_s, u"Date"_s, u"Billable"_s, u"No Charge"_s,
@@ -113,11 +113,12 @@ void modHrsSumm::AddDayRow(const HoursSummaryRecord &day)
     const QDate calendarDay = day.Date.date();
     const QString dateHidden = calendarDay.toString(u"yyyyMMdd"_s);
     const QString date = calendarDay.toString(u"MM/dd/yyyy"_s);
-    const QString billable = HoursText(day.Billable);
-    const QString noCharge = HoursText(day.NoCharge);
-    const QString doNotBill = HoursText(day.DoNotBill);
-    const QString totalHours = HoursText(hours);
-    const QString amount = HoursText(day.Amount);
+    const auto text = [&](Currency value) { return HoursText(value, m_decimalSign); };
+    const QString billable = text(day.Billable);
+    const QString noCharge = text(day.NoCharge);
+    const QString doNotBill = text(day.DoNotBill);
+    const QString totalHours = text(hours);
+    const QString amount = text(day.Amount);
     const QString id = QString::number(m_tables.HoursSummary.GetRecordPosition());
     m_recordset->AddRecord(std::array<QStringView, HoursColumn::Count>{
         dateHidden, date, billable, noCharge, doNotBill, totalHours, amount, id});

@@ -7,6 +7,7 @@
 #include "session/SortState.h"
 #include "store/Tables.h"
 
+#include <QLocale>
 #include <QString>
 
 #include <memory>
@@ -22,7 +23,7 @@ struct HoursTotals
 };
 
 /// Two decimals, a zero before the decimal sign, which is the system's: "0.50".
-QString HoursText(Currency value);
+QString HoursText(Currency value, QChar decimalSign = QLocale().decimalPoint().at(0));
 
 /// Sums up the time entries of the current company that pass the transaction filter, day by day
 /// and by billing status, and shows them in a grid.
@@ -70,5 +71,6 @@ private:
     std::shared_ptr<clsTextRecordSet> m_recordset;
     HoursTotals m_totals;
     qint32 m_dayCount = 0; // grid rows
+    QChar m_decimalSign; // the system's
     bool m_rowSelected = false;
 };
