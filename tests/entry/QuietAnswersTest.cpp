@@ -29,6 +29,20 @@ protected:
         GoTo(box);
         Type(code);
     }
+    void EnterCodes()
+    {
+        TypeCode("txtCustomer", u"0100"_s);
+        Press(Qt::Key_Return);
+        TypeCode("txtActivity", u"CONS"_s);
+        Press(Qt::Key_Return);
+    }
+    void LeaveRatesTo(Currency customer)
+    {
+        for (CustomerRecord &record : Company.Customers)
+            record.Rate = customer;
+        for (ActivityRecord &record : Company.Activities)
+            record.Rate = Currency();
+    }
 };
 
 } // namespace
@@ -124,17 +138,11 @@ TEST_F(QuietAnswers, TheTitleIsMarkedWhileThereIsSomethingToSave)
 
 TEST_F(QuietAnswers, TheRatesToolTipSaysWhereItHasComeFrom)
 {
-    for (CustomerRecord &customer : Company.Customers)
-        customer.Rate = Currency::FromWhole(50);
+    LeaveRatesTo(Currency::FromWhole(50));
     for (ProjectRecord &project : Company.Projects)
         project.Rate = Currency();
-    for (ActivityRecord &activity : Company.Activities)
-        activity.Rate = Currency();
     Start();
-    TypeCode("txtCustomer", u"0100"_s);
-    Press(Qt::Key_Return);
-    TypeCode("txtActivity", u"CONS"_s);
-    Press(Qt::Key_Return);
+    EnterCodes();
     ASSERT_EQ(Text("txtRate"), u"50.000"_s);
     EXPECT_EQ(ToolTip("txtRate"), u"The rate of the customer."_s);
     TypeCode("txtRate", u"80"_s);
@@ -148,15 +156,9 @@ TEST_F(QuietAnswers, AClosedRateSaysBoth)
     Company.Employee.Rate_Permission = u"3"_s;
     Company.Employee.Rate = Currency::FromWhole(40);
     Company.Divisions.clear();
-    for (CustomerRecord &customer : Company.Customers)
-        customer.Rate = Currency();
-    for (ActivityRecord &activity : Company.Activities)
-        activity.Rate = Currency();
+    LeaveRatesTo(Currency());
     Start();
-    TypeCode("txtCustomer", u"0100"_s);
-    Press(Qt::Key_Return);
-    TypeCode("txtActivity", u"CONS"_s);
-    Press(Qt::Key_Return);
+    EnterCodes();
     EXPECT_FALSE(Any("txtRate").isEnabled());
     EXPECT_EQ(ToolTip("txtRate"),
         u"The rate of the %1.\nYour rate permission does not cover it."_s.arg(
