@@ -140,6 +140,27 @@ Function CheckChosenFolder
     Call EndWhileItRuns
 FunctionEnd
 
+; Sets the error flag where the command line names a folder that was not taken: NSIS goes on with
+; its own choice when the folder is impossible or stands in quotes, and nobody would notice.
+Function TakeTheFolderOfTheCommandLine
+    System::Call 'kernel32::GetCommandLineW() w .r0'
+    StrLen $1 $0
+    ${ForEach} $2 0 $1 + 1
+        StrCpy $3 $0 3 $2
+        ${If} $3 S== "/D="
+            IntOp $2 $2 + 3
+            StrCpy $3 $0 "" $2
+            ClearErrors
+            ${If} $3 != $INSTDIR
+            ${AndIf} $3 != "$INSTDIR\"
+                SetErrors
+            ${EndIf}
+            Return
+        ${EndIf}
+    ${Next}
+    ClearErrors
+FunctionEnd
+
 Function .onInit
     ${IfNot} ${AtLeastBuild} 17763
         MessageBox MB_OK|MB_ICONSTOP "${NAME} needs Windows 10, version 1809, or a later one." \
@@ -149,6 +170,11 @@ Function .onInit
     ${EndIf}
     ; Who installs silently sees no page on which the folder would be looked at.
     ${If} ${Silent}
+        Call TakeTheFolderOfTheCommandLine
+        ${If} ${Errors}
+            SetErrorLevel 4
+            Quit
+        ${EndIf}
         Call TryToWrite
         ${If} ${Errors}
             SetErrorLevel 4
