@@ -14,6 +14,8 @@
 Target amd64-unicode
 Unicode true
 SetCompressor /SOLID lzma
+; The programs have much in common, which is found only within this many megabytes.
+SetCompressorDictSize 32
 ; The same files give the same setup program, whenever they were built.
 SetDateSave off
 
