@@ -83,6 +83,7 @@ are in it, you will be asked first whether they are to stay."
     !insertmacro ${action} "pvxwin32.exe"
     !insertmacro ${action} "README.txt"
     !insertmacro ${action} "LICENSE.txt"
+    !insertmacro ${action} "THIRD-PARTY.txt"
 !macroend
 
 ; Asks until the file can be written, or else ends with nothing changed.

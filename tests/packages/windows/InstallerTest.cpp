@@ -49,19 +49,44 @@ TEST_F(Installer, BringsEveryProgramIntoAFolderWithBlanks)
     EXPECT_GT(installed.take(u"uninstall.exe"_s).size(), 0);
     EXPECT_THAT(installed.keys(),
         UnorderedElementsAre(u"WorklogRemote.exe"_s, u"WL.HLP"_s, u"worklog-report.exe"_s,
-            u"worklog-report.txt"_s, u"pvxwin32.exe"_s, u"README.txt"_s, u"LICENSE.txt"_s));
+            u"worklog-report.txt"_s, u"pvxwin32.exe"_s, u"README.txt"_s, u"LICENSE.txt"_s,
+            u"THIRD-PARTY.txt"_s));
     EXPECT_EQ(installed, Shipped());
     EXPECT_FALSE(QFile::exists(Folder() + u"/setup.new"_s));
+}
+
+TEST_F(Installer, BringsProgramsThatRunWithNothingElse)
+{
+    InstallHere();
+    QProcess report;
+    report.start(Folder() + u"/worklog-report.exe"_s, {u"--version"_s});
+    ASSERT_TRUE(report.waitForFinished()) << report.errorString().toStdString();
+    EXPECT_EQ(report.exitCode(), 0);
+    EXPECT_THAT(report.readAllStandardOutput().toStdString(), HasSubstr(WORKLOG_VERSION));
+    EXPECT_EQ(
+        QProcess::execute(Folder() + u"/pvxwin32.exe"_s, {u"--sample"_s, Place(u"mas90"_s)}), 0);
+    EXPECT_TRUE(QFile::exists(Place(u"mas90/worklog/Company.csv"_s)));
 }
 
 TEST_F(Installer, BringsTextsThatEveryEditorShowsInLines)
 {
     InstallHere();
-    for (const QString &name : {u"README.txt"_s, u"LICENSE.txt"_s, u"worklog-report.txt"_s}) {
+    for (const QString &name :
+        {u"README.txt"_s, u"LICENSE.txt"_s, u"THIRD-PARTY.txt"_s, u"worklog-report.txt"_s}) {
         const QByteArray text = Contents(Folder()).value(name);
         EXPECT_GT(text.count('\n'), 10) << name.toStdString();
         EXPECT_EQ(text.count('\n'), text.count("\r\n")) << name.toStdString();
     }
+}
+
+TEST_F(Installer, TellsWhoseWorkIsInIt)
+{
+    InstallHere();
+    const std::string text = Contents(Folder()).value(u"THIRD-PARTY.txt"_s).toStdString();
+    for (const char *part : {"qt6-base 6.", "sqlite3 3.", "xxhash 0.", "gcc-mingw-w64 ",
+             "mingw-w64 ", "nsis 3.", "GNU LESSER GENERAL PUBLIC LICENSE",
+             "GNU GENERAL PUBLIC LICENSE", "Files: src/3rdparty/harfbuzz-ng"})
+        EXPECT_THAT(text, HasSubstr(part));
 }
 
 TEST_F(Installer, InstallsIntoAFolderWithLettersOfEveryAlphabet)
