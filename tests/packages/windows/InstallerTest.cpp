@@ -89,6 +89,16 @@ TEST_F(Installer, TellsWhoseWorkIsInIt)
         EXPECT_THAT(text, HasSubstr(part));
 }
 
+TEST_F(Installer, NamesNoPlaceOfTheComputerThatBuiltIt)
+{
+    InstallHere();
+    const Files installed = Contents(Folder());
+    for (auto file = installed.begin(); file != installed.end(); ++file)
+        EXPECT_FALSE(file.value().contains(WORKLOG_BUILT_IN)) << file.key().toStdString();
+    // That is how a text in a file is found.
+    EXPECT_TRUE(installed.value(u"WorklogRemote.exe"_s).contains("SQLite format 3"));
+}
+
 TEST_F(Installer, InstallsIntoAFolderWithLettersOfEveryAlphabet)
 {
     const QString folder = Place(u"Zeiten für Ünal, 工時 & часы"_s);
