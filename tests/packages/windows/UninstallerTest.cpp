@@ -48,6 +48,7 @@ TEST_F(Uninstaller, KeepsTheDataWhenItCannotAsk)
     InstallHere();
     WriteData();
     Write(Folder() + u"/WLRemote.txt"_s, {}); // of a program that was killed
+    Write(Folder() + u"/setup.new/WL.HLP"_s, "a help"); // of a setup program that was killed
     const QVariantMap settings = Settings();
 
     UninstallHere();
