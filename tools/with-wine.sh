@@ -7,8 +7,9 @@ set -euo pipefail
 WINEPREFIX=$(mktemp -d)
 export WINEPREFIX
 export WINEDEBUG=-all # Wine's own remarks
-# Wine would offer to download parts that no program of ours uses.
-export WINEDLLOVERRIDES='mscoree,mshtml='
+# Wine would offer to download parts that no program of ours uses, and would put what a setup
+# program lays into the Start menu into this user's own menu.
+export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 
 finish() {
     wineserver --kill 2>/dev/null || true
