@@ -4,5 +4,5 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-packaging/windows/build.sh
+packaging/windows/build.sh all
 tools/with-wine.sh ctest --preset windows

@@ -42,7 +42,7 @@ fetch_source() { # name version
         apt-get "${settings[@]}" update -q
     fi
     (cd "$work" && apt-get "${settings[@]}" source -q --download-only "$1=$2")
-    dpkg-source --no-check -x "$work/$1_${2#*:}.dsc" "$work/$1"
+    (cd "$work" && dpkg-source --no-check -x "$1_${2#*:}.dsc")
 }
 
 build() { # source folder, build folder, CMake's arguments
@@ -63,13 +63,13 @@ for off in concurrent dbus direct2d directwrite3 dynamicgl glib icu network open
     system_zlib; do
     features+=("-DFEATURE_$off=OFF")
 done
-build "$work/qt6-base" "$work/qt-build" -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF \
+build "$work"/qt6-base-*/ "$work/qt-build" -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF \
     "${features[@]}"
 
 echo "Building SQLite $sqlite_version for Windows."
 fetch_source sqlite3 "$sqlite_version"
 mkdir "$work/sqlite-build"
-(cd "$work/sqlite-build" && "$work/sqlite3/configure" --disable-tcl --disable-readline \
+(cd "$work/sqlite-build" && "$work"/sqlite3-*/configure --disable-tcl --disable-readline \
     && make sqlite3.c)
 # As Debian builds its own: threads may share the library, and what is deleted is overwritten.
 x86_64-w64-mingw32-gcc-posix -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_SECURE_DELETE \

@@ -1,6 +1,7 @@
 #include "app/clsApplication.h"
 
 #include "platform/clsRunTimeError.h"
+#include "platform/Display.h"
 #include "tests/support/PrintQt.h"
 #include "tests/support/Recorded.h"
 
@@ -64,7 +65,7 @@ int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        NeedNoDisplay();
     clsRecordedMessages messages;
     const clsApplication application(argc, argv, messages);
     Told = &messages;

@@ -3,6 +3,7 @@
 #include "entry/EntryColumn.h"
 #include "tests/entry/EntryWindow.h"
 #include "tests/support/Modal.h"
+#include "tests/support/Native.h"
 
 #include <QAction>
 #include <QRadioButton>
@@ -37,7 +38,7 @@ void Dialogs::InDialog(
 {
     WithModal(action, steps);
     Window().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
+    EXPECT_TRUE(WaitUntilActive(Window()));
     LetEventsRun();
 }
 
@@ -205,7 +206,7 @@ TEST_F(Dialogs, ASortInTheSummaryDecidesWhatAClickInTheListToggles)
 TEST_F(Dialogs, ASummaryThatCannotBeBuiltIsToldAndTheListGoesOn)
 {
     Start();
-    const QString scratch = Folder.path() + u"/ABCHoursSummary-WkLg.db"_s;
+    const QString scratch = Native(Folder.path() + u"/ABCHoursSummary-WkLg.db"_s);
     ASSERT_TRUE(QDir().mkpath(scratch + u"/in the way"_s));
     ClickButton("cmdHrsSumm");
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);

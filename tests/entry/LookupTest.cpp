@@ -31,7 +31,7 @@ protected:
             steps(dialog);
         });
         Window().activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
+        EXPECT_TRUE(WaitUntilActive(Window()));
         LetEventsRun();
     }
 

@@ -4,6 +4,7 @@
 
 #include "store/StoreErrors.h"
 #include "tests/entry/OtherProgram.h"
+#include "tests/support/Native.h"
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -21,7 +22,7 @@ protected:
                 QDate(2026, 3, 2), Currency::FromWhole(2), {}, description));
     }
 
-    QString File() const { return Folder.path() + u"/ABCEntries-WkLg.db"_s; }
+    QString File() const { return Native(Folder.path() + u"/ABCEntries-WkLg.db"_s); }
 
     QString Reason() const
     {

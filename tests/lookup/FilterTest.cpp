@@ -627,7 +627,7 @@ TEST_F(TransFilter, ABoxThatTheFocusComesBackToRemembersItsTextAnew)
         Enter("txtCustomer", u"NONE"_s);
         EXPECT_EQ(Boxes().at(0), u"0200"_s);
         Window().activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&Window()));
+        ASSERT_TRUE(WaitUntilActive(Window()));
         Press("txtCustomer", Qt::Key_L, Qt::AltModifier);
         EXPECT_TRUE(QTest::qWaitFor([this] { return Filter.FilterCleared; }));
         EXPECT_EQ(Focused(), u"txtCustomer"_s);

@@ -75,7 +75,7 @@ TEST_F(LookupWindow, ComingBackToItIsNoOpening)
         ASSERT_TRUE(ShowActive(other));
         other.close();
         Window().activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&Window()));
+        ASSERT_TRUE(WaitUntilActive(Window()));
         EXPECT_EQ(Box("txtLookup").text(), u"C070"_s);
         EXPECT_EQ(SelectedCode(), u"C070"_s);
     });

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "tests/support/Windows.h"
+
 #include <QApplication>
 #include <QDialog>
-#include <QTest>
 #include <QTimer>
 #include <QWidget>
 
@@ -26,7 +27,7 @@ void WithModal(Open &&open, Steps &&steps)
             return; // not open yet
         timer.stop();
         try {
-            EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+            EXPECT_TRUE(WaitUntilActive(*dialog));
             steps(*dialog);
             ran = true;
         } catch (const std::exception &error) {
@@ -39,6 +40,9 @@ void WithModal(Open &&open, Steps &&steps)
             ADD_FAILURE() << "the steps have left the dialog open";
             dialog->close();
         }
+        // The dialog's loop was told to end while others ran inside it. On Windows it sees that
+        // only when one more event comes.
+        QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::User));
     });
     timer.start();
     open();

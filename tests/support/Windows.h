@@ -19,12 +19,22 @@ Widget &Control(const QWidget &window, const char *name)
     return *widget;
 }
 
+/// Waits until the window is the active one and a control in it has the keys, which on Windows
+/// comes a moment later.
+inline bool WaitUntilActive(QWidget &window)
+{
+    return QTest::qWaitForWindowActive(&window) && QTest::qWaitFor([&] {
+        const QWidget *control = window.focusWidget();
+        return control == nullptr || !control->isEnabled() || control->hasFocus();
+    });
+}
+
 /// Shows the window and waits until it takes the keys.
 inline bool ShowActive(QWidget &window)
 {
     window.show();
     window.activateWindow();
-    return QTest::qWaitForWindowActive(&window);
+    return WaitUntilActive(window);
 }
 
 /// Lets what is waiting in the event queue happen, sent keys and deferred commands among them.

@@ -5,6 +5,7 @@
 
 #include "platform/clsRunTimeError.h"
 #include "store/StoreErrors.h"
+#include "tests/support/Native.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
@@ -49,7 +50,7 @@ protected:
     {
         return m_folder->Path() + u'/' + name + u".db"_s;
     }
-    QString BackupFolder() const { return m_folder->Path() + u"/backup"_s; }
+    QString BackupFolder() const { return Native(m_folder->Path() + u"/backup"_s); }
     QStringList Times() const
     {
         return QDir(BackupFolder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);

@@ -6,6 +6,7 @@
 #include "sync/frmConfigure.h"
 #include "sync/TextLines.h"
 #include "tests/support/Modal.h"
+#include "tests/support/Native.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/Windows.h"
@@ -38,9 +39,9 @@ class Configure : public testing::Test
 protected:
     Configure() { QDir().mkpath(Folder()); }
 
-    QString Folder() const { return m_place.filePath(u"program"_s); }
-    QString LaunchFile() const { return Folder() + u"/mas90.ini"_s; }
-    QString Place(const QString &name) const { return m_place.filePath(name); }
+    QString Folder() const { return Place(u"program"_s); }
+    QString LaunchFile() const { return Native(Folder() + u"/mas90.ini"_s); }
+    QString Place(const QString &name) const { return Native(m_place.filePath(name)); }
 
     static void Write(const QString &path, const QByteArray &content = {})
     {
@@ -52,7 +53,7 @@ protected:
     static QByteArray Read(const QString &path)
     {
         QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(no such file)";
+        return file.open(QIODevice::ReadOnly | QIODevice::Text) ? file.readAll() : "(no such file)";
     }
     /// An installation that holds soa/startup.m4p.
     QString MAS90(const QString &name = u"acc/mas90"_s)
@@ -112,7 +113,7 @@ protected:
     }
 
     QTemporaryDir m_place;
-    Tables m_tables{m_place.filePath(u"program"_s)};
+    Tables m_tables{Folder()};
     SessionState m_session;
     clsRecordedSettings m_settings;
     clsRecordedBrowser m_browser;
@@ -326,7 +327,7 @@ TEST_F(Configure, TheAppendedFolderIsFoundWhateverItsLetters)
     Show();
     m_browser.Folder = Place(u"acc"_s);
     Click("cmdBrowse");
-    EXPECT_EQ(Box("txtMas90Path"), root);
+    EXPECT_EQ(QFileInfo(Box("txtMas90Path")), QFileInfo(root));
 }
 
 TEST_F(Configure, TheBrowserStartsBeforeTheLastMas90OfThePath)
@@ -395,7 +396,7 @@ TEST_F(Configure, AClientWithoutSotaIniIsAnErrorAndTakesNothing)
     Show();
     m_browser.Folder = Place(u"client"_s);
     Click("cmdBrowse");
-    ExpectMessage(u"Error #53 (File not found: %1/Launcher/sota.ini)."_s.arg(client),
+    ExpectMessage(u"Error #53 (File not found: %1)."_s.arg(Native(client + u"/Launcher/sota.ini"_s)),
         MessageIcon::Exclamation);
     EXPECT_EQ(Box("txtMas90Path"), root);
     EXPECT_TRUE(IsMAS90());
@@ -408,7 +409,8 @@ TEST_F(Configure, AcceptWritesTheMAS90FormAndCloses)
     m_form.Load();
     PlayModal(m_form, [&] { QTest::keyClick(&m_form, Qt::Key_A, Qt::AltModifier); });
     EXPECT_EQ(Read(LaunchFile()),
-        u"%1\n\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA\n"_s
+        Native(u"%1\n\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" "
+               "-ARG RUN_DIRECT UION * WLWXBA\n"_s)
             .arg(root)
             .toUtf8());
     EXPECT_THAT(m_settings.Values, IsEmpty());
@@ -426,8 +428,8 @@ TEST_F(Configure, AcceptWritesTheClientFormAndSavesTheServer)
         Click("cmdAccept");
     });
     EXPECT_EQ(Read(LaunchFile()),
-        root.toUtf8() + "\n\"" + root.toUtf8()
-            + "/launcher/sota.ini\" KV_Client -ARG \"100%1 winter\" \"4000\" \"KV_DIRECT\" "
+        root.toUtf8() + "\n\"" + Native(root + u"/launcher/sota.ini"_s).toUtf8()
+            + "\" KV_Client -ARG \"100%1 winter\" \"4000\" \"KV_DIRECT\" "
               "-ARG=RUN_DIRECT UION * WLWXBA\n");
     EXPECT_EQ(m_settings.Values,
         (QMap<QString, QString>{

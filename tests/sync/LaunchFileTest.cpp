@@ -2,6 +2,7 @@
 
 #include "platform/clsProcess.h"
 #include "platform/clsRunTimeError.h"
+#include "tests/support/Native.h"
 #include "tests/support/PrintQt.h"
 #include "tests/support/Raised.h"
 
@@ -38,7 +39,7 @@ protected:
     static QByteArray Content(const QString &path)
     {
         QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text));
         return file.readAll();
     }
 
@@ -148,22 +149,23 @@ TEST_F(LaunchFileTest, AFolderThatIsGoneIsNamed)
 
 TEST(LaunchArguments, HaveTheFormsOfBothInstallations)
 {
-    EXPECT_EQ(MAS90Arguments(u"/srv/mas90"_s),
-        u"\"/srv/mas90/launcher/sota.ini\" \"/srv/mas90/kv/kv_startup.m4p\" "
-        u"-ARG RUN_DIRECT UION * WLWXBA"_s);
-    EXPECT_EQ(MAS200Arguments(u"/srv/%2/mas90"_s, u"%3"_s, u"10000"_s),
-        u"\"/srv/%2/mas90/launcher/sota.ini\" KV_Client -ARG \"%3\" \"10000\" \"KV_DIRECT\" "
-        u"-ARG=RUN_DIRECT UION * WLWXBA"_s);
+    EXPECT_EQ(MAS90Arguments(Native(u"/srv/mas90"_s)),
+        Native(u"\"/srv/mas90/launcher/sota.ini\" \"/srv/mas90/kv/kv_startup.m4p\" "
+               u"-ARG RUN_DIRECT UION * WLWXBA"_s));
+    EXPECT_EQ(MAS200Arguments(Native(u"/srv/%2/mas90"_s), u"%3"_s, u"10000"_s),
+        Native(u"\"/srv/%2/mas90/launcher/sota.ini\" KV_Client -ARG \"%3\" \"10000\" "
+               u"\"KV_DIRECT\" -ARG=RUN_DIRECT UION * WLWXBA"_s));
 }
 
 TEST(LaunchArguments, KeepAQuoteInANameInItsPlace)
 {
-    EXPECT_THAT(SplitCommandLine(MAS90Arguments(u"/srv/a\" b"_s)),
-        ElementsAre(u"/srv/a\" b/launcher/sota.ini"_s, u"/srv/a\" b/kv/kv_startup.m4p"_s, u"-ARG"_s,
-            u"RUN_DIRECT"_s, u"UION"_s, u"*"_s, u"WLWXBA"_s));
-    EXPECT_THAT(SplitCommandLine(MAS200Arguments(u"/srv"_s, u"ho\"st"_s, u"\"1"_s)),
-        ElementsAre(u"/srv/launcher/sota.ini"_s, u"KV_Client"_s, u"-ARG"_s, u"ho\"st"_s, u"\"1"_s,
-            u"KV_DIRECT"_s, u"-ARG=RUN_DIRECT"_s, u"UION"_s, u"*"_s, u"WLWXBA"_s));
+    EXPECT_THAT(SplitCommandLine(MAS90Arguments(Native(u"/srv/a\" b"_s))),
+        ElementsAre(Native(u"/srv/a\" b/launcher/sota.ini"_s),
+            Native(u"/srv/a\" b/kv/kv_startup.m4p"_s), u"-ARG"_s, u"RUN_DIRECT"_s, u"UION"_s,
+            u"*"_s, u"WLWXBA"_s));
+    EXPECT_THAT(SplitCommandLine(MAS200Arguments(Native(u"/srv"_s), u"ho\"st"_s, u"\"1"_s)),
+        ElementsAre(Native(u"/srv/launcher/sota.ini"_s), u"KV_Client"_s, u"-ARG"_s, u"ho\"st"_s,
+            u"\"1"_s, u"KV_DIRECT"_s, u"-ARG=RUN_DIRECT"_s, u"UION"_s, u"*"_s, u"WLWXBA"_s));
 }
 
 TEST(ClientCommandLine, KeepsAQuoteInTheFoldersName)
@@ -193,11 +195,12 @@ TEST(ClientCommandLine, CannotTellAFolderWithBlanksAndStars)
 
 TEST(ClientCommandLine, PutsTheFolderLastInQuotesWithAStarForEachBlank)
 {
-    const LaunchFile launch{u"/srv/mas90"_s,
+    const LaunchFile launch{Native(u"/srv/mas90"_s),
         u"\"/srv/mas90/launcher/sota.ini\" \"/srv/mas90/kv/kv_startup.m4p\" "
         u"-ARG RUN_DIRECT UION * WLWXBA"_s};
     EXPECT_EQ(ClientCommandLine(launch, u"/home/jo/My Work  Log"_s),
-        u"/srv/mas90/Home/pvxwin32.exe -hd \"/srv/mas90/launcher/sota.ini\" "
-        u"\"/srv/mas90/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA "
-        u"\"/home/jo/My*Work**Log\""_s);
+        Native(u"/srv/mas90/Home/pvxwin32.exe"_s)
+            + u" -hd \"/srv/mas90/launcher/sota.ini\" "
+              u"\"/srv/mas90/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA "
+              u"\"/home/jo/My*Work**Log\""_s);
 }

@@ -1,6 +1,7 @@
 #include "sync/modSync.h"
 
 #include "platform/clsWorkingFolder.h"
+#include "tests/support/Native.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
@@ -42,7 +43,7 @@ protected:
     ModSync() { m_tables.Main.StoreTheCodes(SampleCodes()); }
 
     QString Folder() const { return m_place.filePath(u"program"_s); }
-    QString Root() const { return m_place.filePath(u"mas90"_s); }
+    QString Root() const { return Native(m_place.filePath(u"mas90"_s)); }
     QString File(const QString &name) const { return Folder() + u'/' + name + u".db"_s; }
 
     void MakeInstallation(const QString &marker = u"soa/startup.m4p"_s)
@@ -247,7 +248,7 @@ TEST_F(ModSync, TheClientRunsInItsFolderWithEveryDatabaseClosed)
         QFileInfo(Root() + u"/Home"_s).canonicalFilePath());
     EXPECT_THAT(journals, IsEmpty());
     EXPECT_EQ(QDir::currentPath(), before);
-    EXPECT_THAT(m_process.Programs, ElementsAre(Root() + u"/Home/pvxwin32.exe"_s));
+    EXPECT_THAT(m_process.Programs, ElementsAre(Native(Root() + u"/Home/pvxwin32.exe"_s)));
     EXPECT_THAT(m_process.Arguments, ElementsAre(u"-hd -ARG X \""_s + Folder() + u'"'));
     EXPECT_THAT(m_messages.Texts(), IsEmpty());
     EXPECT_TRUE(m_session.SynchronisationInProgress);
@@ -273,8 +274,8 @@ TEST_F(ModSync, AClientThatDoesNotStartIsNamedAndTheFolderGivenBack)
     const QString before = QDir::currentPath();
     m_sync.RunSynchronisation();
     EXPECT_THAT(m_messages.Texts(),
-        ElementsAre(u"Error #2001 (Unable to start program "_s + Root()
-            + u"/Home/pvxwin32.exe -hd -ARG X \""_s + Folder() + u"\")."_s));
+        ElementsAre(u"Error #2001 (Unable to start program "_s
+            + Native(Root() + u"/Home/pvxwin32.exe"_s) + u" -hd -ARG X \""_s + Folder() + u"\")."_s));
     EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
     EXPECT_EQ(QDir::currentPath(), before);
 }
@@ -286,7 +287,7 @@ TEST_F(ModSync, AMissingHomeFolderIsNamedAndNothingStarts)
     const QString before = QDir::currentPath();
     m_sync.RunSynchronisation();
     EXPECT_THAT(
-        m_messages.Texts(), ElementsAre(u"Error #76 (Path not found: %1/Home)."_s.arg(Root())));
+        m_messages.Texts(), ElementsAre(u"Error #76 (Path not found: %1)."_s.arg(Native(Root() + u"/Home"_s))));
     EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
     EXPECT_THAT(m_process.Programs, IsEmpty());
     EXPECT_EQ(QDir::currentPath(), before);
@@ -299,8 +300,8 @@ TEST_F(ModSync, ALaunchFileWithAQuoteTooManyIsToldAndNothingStarts)
     const QString before = QDir::currentPath();
     m_sync.RunSynchronisation();
     EXPECT_THAT(m_messages.Texts(),
-        ElementsAre(u"Error #2001 (Unable to start program "_s + Root()
-            + u"/Home/pvxwin32.exe -hd -ARG \"X \""_s + Folder() + u"\")."_s));
+        ElementsAre(u"Error #2001 (Unable to start program "_s
+            + Native(Root() + u"/Home/pvxwin32.exe"_s) + u" -hd -ARG \"X \""_s + Folder() + u"\")."_s));
     EXPECT_THAT(m_process.Programs, IsEmpty());
     EXPECT_EQ(QDir::currentPath(), before);
 }

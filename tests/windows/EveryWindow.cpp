@@ -56,7 +56,7 @@ void EveryWindow::InDialogs(const Look &look)
             QTest::keyClick(&dialog, Qt::Key_Escape);
         });
         Window().activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
+        EXPECT_TRUE(WaitUntilActive(Window()));
         LetEventsRun();
     };
     in("frmLookup", [this] { ClickButton("cmdCustomer"); });
