@@ -101,8 +101,7 @@ TEST_F(HelpOfTheProgram, IsUsedWithKeysAndMouseBesideAModalDialog)
     program.WaitForText(u"txtSearch"_s, u"mileage"_s);
 
     // The dialog goes on beside it.
-    program.Key(u"alt+Tab"_s);
-    program.WaitUntilActive(u"frmTransFilter"_s);
+    program.ComeBackTo(u"frmTransFilter"_s);
     program.Click(u"txtCustomer"_s);
     program.WaitForFocus(u"txtCustomer"_s);
     program.Type(u"0100"_s);
@@ -129,7 +128,7 @@ TEST_F(HelpOfTheProgram, TellsAboutTheQuestionThatIsAsked)
 
 TEST_F(HelpOfTheProgram, ThatIsMissingIsToldWithTheNameOfItsFile)
 {
-    const QString file = m_place.ProgramFolder() + u"/WL.HLP"_s;
+    const QString file = m_place.InProgramFolder(u"WL.HLP"_s);
     ASSERT_TRUE(QFile::remove(file));
     ProgramUnderTest program(m_place.ProgramFolder(), m_display);
     program.WaitForFocus(u"dtpDate"_s);

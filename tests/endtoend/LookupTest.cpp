@@ -74,10 +74,7 @@ TEST_F(Lookup, TheMouseWorksOnADisplayAtTwoHundredPercent)
     const WorkPlace place;
     place.Synchronise();
     const VirtualDisplay display({2732, 1536});
-    ProgramUnderTest program({place.ProgramFolder() + u"/WorklogRemote"_s,
-                                 {{u"XDG_CONFIG_HOME"_s, place.ProgramFolder() + u"/settings"_s},
-                                     {u"QT_SCALE_FACTOR"_s, u"2"_s}}},
-        display);
+    ProgramUnderTest program(place.ProgramFolder(), display, {{u"QT_SCALE_FACTOR"_s, u"2"_s}});
     program.WaitForWindow();
     program.Click(u"cmdCustomer"_s);
     program.WaitUntilActive(u"frmLookup"_s);

@@ -1,11 +1,10 @@
 #include "tests/endtoend/driver/ProgramUnderTest.h"
 
-#include <QFileInfo>
+#include "tests/endtoend/driver/System.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QProcessEnvironment>
 #include <QTest>
-#include <QUuid>
 
 #include <stdexcept>
 #include <utility>
@@ -22,6 +21,12 @@ QPoint MiddleOf(const QJsonObject &rectangle)
         rectangle[u"y"_s].toInt() + rectangle[u"height"_s].toInt() / 2};
 }
 
+QMap<QString, QString> Together(QMap<QString, QString> one, const QMap<QString, QString> &other)
+{
+    one.insert(other);
+    return one;
+}
+
 QStringList TextsOf(const QJsonArray &array)
 {
     QStringList texts;
@@ -32,25 +37,23 @@ QStringList TextsOf(const QJsonArray &array)
 
 } // namespace
 
-ProgramUnderTest::ProgramUnderTest(const QString &folder, const VirtualDisplay &display)
-    : ProgramUnderTest(Command{folder + u"/WorklogRemote"_s,
-                           {{u"XDG_CONFIG_HOME"_s, QFileInfo(folder).path() + u"/settings"_s}}},
+ProgramUnderTest::ProgramUnderTest(
+    const QString &folder, const VirtualDisplay &display, const QMap<QString, QString> &environment)
+    : ProgramUnderTest(Command{folder + u'/' + FileNameOf(u"WorklogRemote"_s),
+                           Together(UserOf(folder), environment)},
         display)
 {
 }
 
 ProgramUnderTest::ProgramUnderTest(const Command &command, const VirtualDisplay &display)
     : m_display(display)
-    , m_socketName(u"worklog-"_s + QUuid::createUuid().toString(QUuid::Id128))
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DISPLAY"_s, display.Name());
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-    environment.insert(u"QT_PLUGIN_PATH"_s, QStringLiteral(WORKLOG_PROBE_PLUGINS));
-    environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"worklogprobe"_s);
-    environment.insert(u"WORKLOG_PROBE"_s, m_socketName);
-    for (auto it = command.Environment.begin(); it != command.Environment.end(); ++it)
-        environment.insert(it.key(), it.value());
+    for (const QMap<QString, QString> &part :
+        {display.Environment(), m_probe.Environment(), command.Environment}) {
+        for (auto it = part.begin(); it != part.end(); ++it)
+            environment.insert(it.key(), it.value());
+    }
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.start(command.Path, command.Arguments);
@@ -75,26 +78,9 @@ void ProgramUnderTest::WaitUntil(const QString &what, const std::function<bool()
         throw std::runtime_error("waited in vain for: " + what.toStdString());
 }
 
-bool ProgramUnderTest::Connect()
-{
-    if (m_probe.state() == QLocalSocket::ConnectedState)
-        return true;
-    m_probe.connectToServer(m_socketName);
-    return m_probe.waitForConnected(1000);
-}
-
 QJsonObject ProgramUnderTest::Ask(const QString &verb, const QString &name)
 {
-    if (!IsRunning() || !Connect())
-        return {};
-    const QJsonObject question{{u"ask"_s, verb}, {u"name"_s, name}};
-    m_probe.write(QJsonDocument(question).toJson(QJsonDocument::Compact) + '\n');
-    m_probe.flush();
-    while (!m_probe.canReadLine()) {
-        if (!m_probe.waitForReadyRead(DeadlineMilliseconds))
-            return {}; // it has ended meanwhile
-    }
-    return QJsonDocument::fromJson(m_probe.readLine()).object();
+    return IsRunning() ? m_probe.Ask(ProcessId(), verb, name) : QJsonObject();
 }
 
 QString ProgramUnderTest::Text(const QString &control)
@@ -146,11 +132,6 @@ QList<QStringList> ProgramUnderTest::Rows(const QString &grid)
     for (const QJsonValue &row : Ask(u"table"_s, grid)[u"rows"_s].toArray())
         rows.append(TextsOf(row.toArray()));
     return rows;
-}
-
-QStringList ProgramUnderTest::Headers(const QString &grid)
-{
-    return TextsOf(Ask(u"table"_s, grid)[u"headers"_s].toArray());
 }
 
 void ProgramUnderTest::Click(const QString &control)
