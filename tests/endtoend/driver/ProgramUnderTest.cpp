@@ -2,6 +2,7 @@
 
 #include "tests/endtoend/driver/System.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QProcessEnvironment>
 #include <QTest>
@@ -56,6 +57,7 @@ ProgramUnderTest::ProgramUnderTest(const Command &command, const VirtualDisplay 
     }
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.setWorkingDirectory(QDir::homePath()); // where a desktop starts programs
     m_process.start(command.Path, command.Arguments);
     if (!m_process.waitForStarted(DeadlineMilliseconds))
         throw std::runtime_error("the program does not start");
