@@ -3,6 +3,7 @@
 #include "help/clsHelp.h"
 #include "platform/clsWindowFolderBrowser.h"
 #include "platform/clsWindowMessageBox.h"
+#include "platform/Look.h"
 #include "platform/Paths.h"
 #include "platform/ProgramIcon.h"
 
@@ -10,6 +11,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    ChooseLook();
     clsWindowMessageBox messages;
     clsApplication application(argc, argv, messages);
     // A caret that stands still: a window that nobody touches does not wake the computer.

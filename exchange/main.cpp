@@ -4,12 +4,14 @@
 #include "exchange/Synchronisation.h"
 #include "platform/clsReadableStyle.h"
 #include "platform/clsRunTimeError.h"
+#include "platform/Console.h"
 #include "platform/Display.h"
+#include "platform/Look.h"
+#include "platform/ProgramArguments.h"
 #include "platform/ProgramIcon.h"
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QFile>
 
 #include <cstdio>
 
@@ -19,14 +21,6 @@ namespace {
 
 constexpr int Failed = 1;
 constexpr int CalledWrongly = 2;
-
-QStringList ArgumentsOf(int argc, char **argv)
-{
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QFile::decodeName(argv[i]));
-    return arguments;
-}
 
 int MakeSample(const QString &root)
 {
@@ -43,7 +37,8 @@ int MakeSample(const QString &root)
 
 int main(int argc, char **argv)
 {
-    const CommandLine command = ParseCommandLine(ArgumentsOf(argc, argv));
+    UseCallersConsole();
+    const CommandLine command = ParseCommandLine(ProgramArguments(argc, argv));
     // The arguments are none of the toolkit's business: it would take those out that it knows.
     int ownName = 1;
     switch (command.What) {
@@ -61,6 +56,7 @@ int main(int argc, char **argv)
         break;
     }
     ChooseDisplay();
+    ChooseLook();
     const QApplication application(ownName, argv);
     QApplication::setWindowIcon(ProgramIcon());
     UseReadableLook();

@@ -59,6 +59,16 @@ QString FindIgnoringCase(const QString &root, const QString &relative)
     return FindSteps(root, QDir::fromNativeSeparators(relative).split(u'/', Qt::SkipEmptyParts));
 }
 
+QString NearestFolder(const QString &path)
+{
+    if (path.isEmpty())
+        return QDir::homePath();
+    QString folder = QDir::cleanPath(QDir(path).absolutePath());
+    while (!QFileInfo(folder).isDir() && !QDir(folder).isRoot())
+        folder = QFileInfo(folder).path();
+    return folder;
+}
+
 QByteArray ReadFileHead(const QString &path, qint64 most)
 {
     QFile file(path);

@@ -16,6 +16,9 @@ QString ProgramFolder();
 /// very letters wins over one that differs in case, unless the rest is only found below the other.
 QString FindIgnoringCase(const QString &root, const QString &relative);
 
+/// The folder `path`, or the nearest one above it that is there; the user's own for no path at all.
+QString NearestFolder(const QString &path);
+
 /// The first `most` bytes of a file.
 /// Errors: clsRunTimeError 53 when it is missing, 75 when it cannot be read; both name it.
 QByteArray ReadFileHead(const QString &path, qint64 most);

@@ -1,10 +1,11 @@
 #include "platform/clsRunTimeError.h"
+#include "platform/Display.h"
 #include "platform/Paths.h"
+#include "platform/ProgramArguments.h"
 #include "report/CommandLine.h"
 #include "report/Writing.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QGuiApplication>
 
 #include <cstdio>
@@ -46,11 +47,8 @@ int Report(ReportRequest request)
 
 int main(int argc, char **argv)
 {
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QFile::decodeName(argv[i]));
+    const CommandLine line = ParseCommandLine(ProgramArguments(argc, argv));
     int ownName = 1; // the arguments are none of the toolkit's business
-    const CommandLine line = ParseCommandLine(arguments);
     switch (line.What) {
     case CommandLine::Wish::ShowHelp:
         Print(stdout, HelpText());
@@ -68,8 +66,7 @@ int main(int argc, char **argv)
         const QCoreApplication application(ownName, argv);
         return Report(line.Request);
     }
-    // Nothing is ever shown: the toolkit is here for the fonts.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    NeedNoDisplay();
     const QGuiApplication application(ownName, argv);
     return Report(line.Request);
 }

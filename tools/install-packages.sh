@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# Installs what packages.txt lists and the machine lacks. Needs no privileges when nothing is
-# missing.
+# Installs what packages.txt lists and the machine lacks: tools/install-packages.sh [windows]
+# Needs no privileges when nothing is missing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-mapfile -t wanted < <(sed 's/#.*//' packages.txt | awk 'NF { print $1 }')
+mapfile -t wanted < <(sed 's/#.*//' packages.txt | awk -v asked=" $* " '
+    /^\[/ { skipped = !index(asked, " " substr($1, 2, length($1) - 2) " "); next }
+    NF && !skipped { print $1 }')
 missing=()
 for package in "${wanted[@]}"; do
     state=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)

@@ -14,3 +14,8 @@ void ChooseDisplay()
     else
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
+
+void NeedNoDisplay()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+}

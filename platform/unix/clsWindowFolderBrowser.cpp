@@ -1,5 +1,7 @@
 #include "platform/clsWindowFolderBrowser.h"
 
+#include "platform/Paths.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -9,16 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString NearestFolder(const QString &path)
-{
-    if (path.isEmpty())
-        return QDir::homePath();
-    QString folder = QDir::cleanPath(QDir(path).absolutePath());
-    while (!QFileInfo(folder).isDir() && !QDir(folder).isRoot())
-        folder = QFileInfo(folder).path();
-    return folder;
-}
 
 QLabel *PromptLabel(const QString &prompt, QWidget *parent)
 {

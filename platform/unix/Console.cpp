@@ -1,0 +1,6 @@
+#include "platform/Console.h"
+
+void UseCallersConsole()
+{
+    // Every program has it already.
+}

@@ -1,0 +1,6 @@
+#include "platform/Look.h"
+
+void ChooseLook()
+{
+    // The desktop's theme decides.
+}

@@ -1,0 +1,56 @@
+#include "platform/clsInstanceLock.h"
+
+#include "platform/clsRunTimeError.h"
+
+#include <QDir>
+
+#include <windows.h>
+
+using namespace Qt::StringLiterals;
+
+/// A file held open in a sharing mode that lets others read it only.
+class clsInstanceLock::Channel
+{
+public:
+    explicit Channel(HANDLE file)
+        : m_file(file)
+    {
+    }
+    ~Channel() { ::CloseHandle(m_file); }
+    Channel(const Channel &) = delete;
+    Channel &operator=(const Channel &) = delete;
+
+private:
+    HANDLE m_file;
+};
+
+clsInstanceLock::clsInstanceLock() = default;
+clsInstanceLock::~clsInstanceLock() = default;
+
+void clsInstanceLock::CreateAndHold(const QString &path)
+{
+    // The handle is not inherited: the programs that this one starts do not hold the file.
+    const HANDLE file
+        = ::CreateFileW(qUtf16Printable(QDir::toNativeSeparators(path)), GENERIC_WRITE,
+            FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        const DWORD reason = ::GetLastError();
+        if (reason == ERROR_SHARING_VIOLATION)
+            throw clsRunTimeError(RunTimeErrors::PermissionDenied, u"InstanceLock"_s,
+                u"Permission denied"_s);
+        throw clsRunTimeError(RunTimeErrors::PathAccess, u"InstanceLock"_s,
+            u"The file cannot be created: "_s + path + u" ("_s
+                + qt_error_string(static_cast<int>(reason)) + u")"_s);
+    }
+    m_channel = std::make_unique<Channel>(file);
+}
+
+void clsInstanceLock::Close()
+{
+    m_channel.reset();
+}
+
+bool clsInstanceLock::IsHeld() const
+{
+    return m_channel != nullptr;
+}
