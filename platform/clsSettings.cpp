@@ -1,10 +1,10 @@
 #include "platform/clsSettings.h"
 
 #include "platform/clsRunTimeError.h"
+#include "platform/SettingsOf.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QSettings>
 
 using namespace Qt::StringLiterals;
 
@@ -30,17 +30,15 @@ clsUserSettings::clsUserSettings(const QString &programName)
 QString clsUserSettings::GetSetting(
     const QString &section, const QString &key, const QString &fallback) const
 {
-    // There is no organisation: the program's name stands alone, as the top level of its settings.
-    const QSettings settings(QSettings::NativeFormat, QSettings::UserScope, m_programName);
-    return settings.value(KeyOf(section, key), fallback).toString();
+    return SettingsOf(m_programName)->value(KeyOf(section, key), fallback).toString();
 }
 
 void clsUserSettings::SaveSetting(const QString &section, const QString &key, const QString &value)
 {
-    QSettings settings(QSettings::NativeFormat, QSettings::UserScope, m_programName);
-    settings.setValue(KeyOf(section, key), value);
-    settings.sync();
-    if (settings.status() != QSettings::NoError)
+    const std::unique_ptr<QSettings> settings = SettingsOf(m_programName);
+    settings->setValue(KeyOf(section, key), value);
+    settings->sync();
+    if (settings->status() != QSettings::NoError)
         throw clsRunTimeError(RunTimeErrors::PathAccess, u"Settings"_s,
-            u"The settings cannot be saved: "_s + settings.fileName());
+            u"The settings cannot be saved: "_s + settings->fileName());
 }
