@@ -91,13 +91,10 @@ TEST_F(WorkingDay, IsEnteredWithNothingButKeysAndStandsInTheDatabase)
 
         // A rate of one's own, and an hour too many for the box.
         UpToDescription(program, u"0100"_s, u"1000"_s, u"design"_s, u"123"_s);
-        program.Key(u"shift+Tab"_s);
-        while (!program.HasFocus(u"txtRate"_s))
-            program.Key(u"shift+Tab"_s);
+        program.MoveFocusTo(u"txtRate"_s, u"shift+Tab"_s);
         program.Type(u"80"_s);
         program.Key(u"Return"_s);
-        while (!program.HasFocus(u"txtDescription"_s))
-            program.Key(u"Tab"_s);
+        program.MoveFocusTo(u"txtDescription"_s, u"Tab"_s);
         DescribeAndSave(program, u"A long design"_s);
 
         program.Key(u"Escape"_s);

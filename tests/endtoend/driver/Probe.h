@@ -25,6 +25,7 @@ public:
     ///   button <text>   likewise, in the window that takes all input; and picture, where the
     ///                   system tells
     ///   table <name>    rows: a list of texts each; places: where each row stands
+    ///   focus           the control that has it, described as a control
     ///   windows         modal: the window that takes all input, described as a control
     /// Of two controls of one name it is the one in the window that takes the input. Nothing while
     /// the program does not answer.

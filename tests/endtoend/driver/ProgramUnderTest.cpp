@@ -206,6 +206,19 @@ void ProgramUnderTest::Enter(const QString &control, const QString &text)
     WaitForText(control, text);
 }
 
+void ProgramUnderTest::MoveFocusTo(const QString &control, const QString &key)
+{
+    const auto focused = [&] { return Ask(u"focus"_s)[u"name"_s].toString(); };
+    for (QString at = focused(); at != control;) {
+        const QString before = at;
+        Key(key);
+        WaitUntil(key + u" to move on from "_s + before, [&] {
+            at = focused();
+            return !at.isEmpty() && at != before;
+        });
+    }
+}
+
 void ProgramUnderTest::MoveTo(const QString &text, const QString &control, const QString &key)
 {
     const QString first = Text(control);

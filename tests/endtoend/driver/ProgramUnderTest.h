@@ -52,6 +52,8 @@ public:
     void Enter(const QString &control, const QString &text); ///< into the control with the focus
     /// Opens the menu and chooses the entry, each named by what it says, with keys alone.
     void ChooseByKeys(const QString &menu, const QString &entry);
+    /// Presses the key until the control has the focus, which moves on each time.
+    void MoveFocusTo(const QString &control, const QString &key);
     /// Makes the window active that stands beside the active one.
     void ComeBackTo(const QString &window);
     /// In the folder browser that opens with the prompt.

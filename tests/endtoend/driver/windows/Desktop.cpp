@@ -122,11 +122,7 @@ void ProgramUnderTest::ComeBackTo(const QString &window)
 {
     const auto handle
         = reinterpret_cast<HWND>(Ask(u"control"_s, window)[u"window"_s].toString().toULongLong());
-    RECT frame{};
-    GetWindowRect(handle, &frame);
-    POINT inside{};
-    ClientToScreen(handle, &inside);
-    m_display.Click((frame.left + frame.right) / 2, (frame.top + inside.y) / 2); // its title
+    SwitchToThisWindow(handle, TRUE); // as the task bar does for a click on its button
     WaitUntilActive(window);
 }
 

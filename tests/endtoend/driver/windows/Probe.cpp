@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -167,6 +168,18 @@ public:
         return {{u"found"_s, false}};
     }
 
+    QJsonObject Focus(qint64 process)
+    {
+        for (HWND window : WindowsOf(process)) {
+            const QJsonArray tree = Ask(process, window, "tree");
+            const auto focused = std::find_if(std::next(tree.begin(), tree.isEmpty() ? 0 : 1),
+                tree.end(), [](const QJsonValue &part) { return part[u"focused"_s].toBool(); });
+            if (focused != tree.end() && GetForegroundWindow() == window)
+                return Describe(tree, focused->toObject(), window);
+        }
+        return {{u"found"_s, false}};
+    }
+
     QJsonObject Button(qint64 process, const QString &text)
     {
         const QList<HWND> windows = WindowsOf(process);
@@ -255,6 +268,8 @@ QJsonObject Probe::Ask(qint64 processId, const QString &verb, const QString &nam
         return m_line->Find(processId, name);
     if (verb == "button"_L1)
         return m_line->Button(processId, name);
+    if (verb == "focus"_L1)
+        return m_line->Focus(processId);
     if (verb == "table"_L1)
         return m_line->Table(processId, name);
     return {{u"modal"_s, m_line->Modal(processId)}};
