@@ -83,8 +83,11 @@ void SyncFile(const QString &path)
 /// and the moves below wait for it.
 void SyncFolder(const QString &folder)
 {
-    if (!Exists(folder))
+    const DWORD attributes = ::GetFileAttributesW(Native(folder).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
         RaisePathError(folder, ::GetLastError());
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        RaisePathError(folder, ERROR_DIRECTORY);
 }
 
 void ReplaceFile(const QString &from, const QString &to)

@@ -30,14 +30,13 @@ clsInstanceLock::~clsInstanceLock() = default;
 void clsInstanceLock::CreateAndHold(const QString &path)
 {
     // The handle is not inherited: the programs that this one starts do not hold the file.
-    const HANDLE file
-        = ::CreateFileW(qUtf16Printable(QDir::toNativeSeparators(path)), GENERIC_WRITE,
-            FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = ::CreateFileW(qUtf16Printable(QDir::toNativeSeparators(path)),
+        GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         const DWORD reason = ::GetLastError();
         if (reason == ERROR_SHARING_VIOLATION)
-            throw clsRunTimeError(RunTimeErrors::PermissionDenied, u"InstanceLock"_s,
-                u"Permission denied"_s);
+            throw clsRunTimeError(
+                RunTimeErrors::PermissionDenied, u"InstanceLock"_s, u"Permission denied"_s);
         throw clsRunTimeError(RunTimeErrors::PathAccess, u"InstanceLock"_s,
             u"The file cannot be created: "_s + path + u" ("_s
                 + qt_error_string(static_cast<int>(reason)) + u")"_s);

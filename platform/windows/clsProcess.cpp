@@ -16,7 +16,8 @@ bool clsSystemProcess::RunAndWait(
     // The text goes to the program as it stands: on this system each splits it for itself. Where
     // the program's own name ends is said apart from it, for names with blanks.
     const std::wstring file = QDir::toNativeSeparators(program).toStdWString();
-    std::wstring commandLine = (QDir::toNativeSeparators(program) + u' ' + arguments).toStdWString();
+    std::wstring commandLine
+        = (QDir::toNativeSeparators(program) + u' ' + arguments).toStdWString();
     const std::wstring home = QDir::toNativeSeparators(folder).toStdWString();
 
     STARTUPINFOW window = {};

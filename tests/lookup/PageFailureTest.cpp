@@ -16,7 +16,8 @@ size_t lastSize = 0;
 
 } // namespace
 
-void *operator new(size_t size)
+// Called, not made part of the callers: the compiler would see malloc there and new's other half.
+[[gnu::noinline]] void *operator new(size_t size)
 {
     lastSize = size;
     if (size != 0 && size == refusedSize) {
@@ -28,12 +29,12 @@ void *operator new(size_t size)
     throw std::bad_alloc();
 }
 
-void operator delete(void *memory) noexcept
+[[gnu::noinline]] void operator delete(void *memory) noexcept
 {
     std::free(memory);
 }
 
-void operator delete(void *memory, size_t) noexcept
+[[gnu::noinline]] void operator delete(void *memory, size_t) noexcept
 {
     std::free(memory);
 }

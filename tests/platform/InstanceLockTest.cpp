@@ -71,7 +71,7 @@ TEST_F(InstanceLock, AProgramThatWasStartedMeanwhileDoesNotKeepTheLock)
     clsInstanceLock lock;
     lock.CreateAndHold(m_path);
     QProcess child;
-    child.start(u"cat"_s, QStringList());
+    child.start(QStringLiteral(WAITING_PROGRAM), QStringList());
     ASSERT_TRUE(child.waitForStarted());
     lock.Close();
     clsInstanceLock next;

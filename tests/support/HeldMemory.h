@@ -2,20 +2,5 @@
 
 #include <QtGlobal>
 
-#include <malloc.h>
-
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
-#endif
-
-/// Bytes that the process has taken from the heap and not given back. The address sanitizer keeps
-/// what is freed for a while, and knows what is still held by itself.
-inline qint64 HeldBytes()
-{
-#ifdef __SANITIZE_ADDRESS__
-    return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
-#else
-    const auto heap = ::mallinfo2();
-    return static_cast<qint64>(heap.uordblks + heap.hblkhd);
-#endif
-}
+/// Bytes that the process has taken from the heap and not given back.
+qint64 HeldBytes();

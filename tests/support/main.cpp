@@ -1,3 +1,5 @@
+#include "platform/Look.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -8,6 +10,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
+    ChooseLook();
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

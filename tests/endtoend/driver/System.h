@@ -18,6 +18,9 @@ QProcessEnvironment EnvironmentByHand();
 /// A folder with any name for the six X, as a user finds one quickly in the folder browser.
 QString PlaceOfAUser();
 
+/// To be called before the folder is looked for in the folder browser.
+void PrepareToBrowse(const QString &folder);
+
 /// A folder's name with blanks, foreign letters and whatever else the system lets pass.
 QString OddFolderName();
 

@@ -58,9 +58,7 @@ WorkPlace::WorkPlace(const QString &folderName)
         QFile::copy(BuiltPrograms() + u'/' + name, InProgramFolder(name));
     Run(BuiltPrograms() + u"/pvxwin32.exe"_s, {u"--sample"_s, m_root});
     WriteLaunchFile();
-    // Wine's folder browser goes by the time of the last reading too, and the first one changes it.
-    if (QDir(FolderOfRoot()).isEmpty())
-        throw std::runtime_error("the root is not there");
+    PrepareToBrowse(FolderOfRoot());
 }
 
 WorkPlace::~WorkPlace()

@@ -43,6 +43,8 @@ QString PlaceOfAUser()
     return QDir::temp().filePath(u"worklog-XXXXXX"_s);
 }
 
+void PrepareToBrowse(const QString &) { }
+
 QString OddFolderName()
 {
     return u"Größe und \"Maß\" Büro"_s;

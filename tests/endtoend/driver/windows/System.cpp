@@ -40,6 +40,15 @@ QString PlaceOfAUser()
     return QDir::home().filePath(u"worklog-XXXXXX"_s);
 }
 
+void PrepareToBrowse(const QString &folder)
+{
+    // Wine's browser compares, of every folder on the way, even the time when it was last read. The
+    // first reading after a change sets that time, and may not be the browser's own.
+    QDir above(folder);
+    while (above.cdUp())
+        above.entryList();
+}
+
 QString OddFolderName()
 {
     return u"Größe & 'Maß' im Büro (1) %TEMP%"_s;
