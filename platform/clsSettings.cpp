@@ -1,7 +1,7 @@
 #include "platform/clsSettings.h"
 
 #include "platform/clsRunTimeError.h"
-#include "platform/SettingsOf.h"
+#include "platform/UserSettings.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -30,12 +30,12 @@ clsUserSettings::clsUserSettings(const QString &programName)
 QString clsUserSettings::GetSetting(
     const QString &section, const QString &key, const QString &fallback) const
 {
-    return SettingsOf(m_programName)->value(KeyOf(section, key), fallback).toString();
+    return UserSettings(m_programName)->value(KeyOf(section, key), fallback).toString();
 }
 
 void clsUserSettings::SaveSetting(const QString &section, const QString &key, const QString &value)
 {
-    const std::unique_ptr<QSettings> settings = SettingsOf(m_programName);
+    const std::unique_ptr<QSettings> settings = UserSettings(m_programName);
     settings->setValue(KeyOf(section, key), value);
     settings->sync();
     if (settings->status() != QSettings::NoError)

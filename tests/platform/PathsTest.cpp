@@ -40,7 +40,11 @@ public:
     QString Find(const QString &relative) const
     {
         const QString found = FindIgnoringCase(Root(), relative);
-        return found.isEmpty() ? found : QDir(Root()).relativeFilePath(found);
+        // Where the case of letters makes no difference, the name is as it was asked for.
+        return found.isEmpty()
+            ? found
+            : QDir(QFileInfo(Root()).canonicalFilePath())
+                  .relativeFilePath(QFileInfo(found).canonicalFilePath());
     }
 
 private:

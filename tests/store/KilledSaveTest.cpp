@@ -60,13 +60,13 @@ protected:
 
 } // namespace
 
-TEST_F(KilledSave, FiveHundredTimesLosesNothingThatWasAcknowledged)
+TEST_F(KilledSave, AgainAndAgainLosesNothingThatWasAcknowledged)
 {
     Build(u"T"_s, {});
     std::vector<ThreeFields> before;
     int halfDone = 0; // a journal stayed behind: the kill met the middle of a save
     int inFlight = 0; // the save had happened and was not reported yet
-    for (unsigned round = 0; round < 500; ++round) {
+    for (unsigned round = 0; round < KILLED_SAVES; ++round) {
         const unsigned start = m_start + round;
         const qsizetype reports = RunAndKill({u"save"_s, PathOf(u"T"_s), QString::number(start)});
         const QFileInfo journal(FileOf(u"T"_s) + u"-journal"_s);
@@ -88,7 +88,7 @@ TEST_F(KilledSave, FiveHundredTimesLosesNothingThatWasAcknowledged)
         before = found;
     }
     // Otherwise the kills have missed what they were for.
-    EXPECT_GT(halfDone, 10);
+    EXPECT_GT(halfDone, KILLED_SAVES / 50);
     RecordProperty("half_done", halfDone);
     RecordProperty("in_flight", inFlight);
 }
@@ -96,7 +96,7 @@ TEST_F(KilledSave, FiveHundredTimesLosesNothingThatWasAcknowledged)
 TEST_F(KilledSave, ACreationIsWholeOrDoesNotExist)
 {
     int without = 0;
-    for (unsigned round = 0; round < 160; ++round) {
+    for (unsigned round = 0; round < KILLED_CREATIONS; ++round) {
         RunAndKill({u"create"_s, PathOf(u"T"_s)});
         if (!QFileInfo::exists(FileOf(u"T"_s))) {
             ++without;

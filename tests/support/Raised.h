@@ -3,6 +3,7 @@
 #include "platform/clsRunTimeError.h"
 #include "tests/support/PrintQt.h"
 
+#include <QDir>
 #include <QString>
 
 #include <ostream>
@@ -13,7 +14,11 @@ struct Raised
     int Number = 0;
     QString Description;
 
-    bool Names(const QString &what) const { return Description.contains(what); }
+    /// Whichever separators its paths have.
+    bool Names(const QString &what) const
+    {
+        return QDir::toNativeSeparators(Description).contains(QDir::toNativeSeparators(what));
+    }
 };
 
 template <class Call>

@@ -1,3 +1,4 @@
+#include "platform/Display.h"
 #include "platform/Look.h"
 
 #include <QApplication>
@@ -8,7 +9,7 @@ int main(int argc, char **argv)
 {
     // The build lists each program's tests by running it, also where there is no display.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        NeedNoDisplay();
     testing::InitGoogleTest(&argc, argv);
     ChooseLook();
     QApplication application(argc, argv);

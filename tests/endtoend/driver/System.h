@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMap>
-#include <QProcessEnvironment>
 #include <QString>
 
 // What the systems do differently around the program; the twins lie in unix/ and windows/.
@@ -11,9 +10,6 @@ QString BuiltPrograms();
 
 /// The file that holds a program: "WorklogRemote" or "WorklogRemote.exe".
 QString FileNameOf(const QString &program);
-
-/// For a program of ours that works without anybody in front of it.
-QProcessEnvironment EnvironmentByHand();
 
 /// A folder with any name for the six X, as a user finds one quickly in the folder browser.
 QString PlaceOfAUser();

@@ -19,7 +19,6 @@ namespace {
 void Run(const QString &program, const QStringList &arguments)
 {
     QProcess command;
-    command.setProcessEnvironment(EnvironmentByHand());
     command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     command.start(program, arguments);
     if (!command.waitForFinished() || command.exitCode() != 0)

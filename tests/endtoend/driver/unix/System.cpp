@@ -33,11 +33,6 @@ QString FileNameOf(const QString &program)
     return program;
 }
 
-QProcessEnvironment EnvironmentByHand()
-{
-    return QProcessEnvironment::systemEnvironment();
-}
-
 QString PlaceOfAUser()
 {
     return QDir::temp().filePath(u"worklog-XXXXXX"_s);

@@ -27,14 +27,6 @@ QString FileNameOf(const QString &program)
     return program + u".exe"_s;
 }
 
-QProcessEnvironment EnvironmentByHand()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    // The tests' own platform is none that the programs have in them.
-    environment.remove(u"QT_QPA_PLATFORM"_s);
-    return environment;
-}
-
 QString PlaceOfAUser()
 {
     return QDir::home().filePath(u"worklog-XXXXXX"_s);

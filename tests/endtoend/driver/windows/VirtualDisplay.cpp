@@ -132,7 +132,7 @@ VirtualDisplay::~VirtualDisplay() = default;
 
 QMap<QString, QString> VirtualDisplay::Environment() const
 {
-    return {{u"QT_QPA_PLATFORM"_s, u"windows"_s}};
+    return {};
 }
 
 void VirtualDisplay::Type(const QString &text) const
