@@ -106,7 +106,8 @@ TEST_F(HelpOfTheProgram, IsUsedWithKeysAndMouseBesideAModalDialog)
     program.WaitForFocus(u"txtCustomer"_s);
     program.Type(u"0100"_s);
     program.WaitForText(u"txtCustomer"_s, u"0100"_s);
-    program.Click(u"cmdOK"_s);
+    program.MoveFocusTo(u"cmdOK"_s, u"Tab"_s); // the help may cover it
+    program.Key(u"Return"_s);
     program.WaitUntilClosed(u"frmTransFilter"_s);
     EXPECT_TRUE(program.IsOpen(u"frmHelp"_s));
 }

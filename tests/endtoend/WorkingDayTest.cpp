@@ -24,8 +24,8 @@ protected:
     }
 
     /// From the date to the description, which has the focus afterwards.
-    void UpToDescription(ProgramUnderTest &program, const QString &customer,
-        const QString &project, const QString &activity, const QString &hours)
+    void UpToDescription(ProgramUnderTest &program, const QString &customer, const QString &project,
+        const QString &activity, const QString &hours)
     {
         program.WaitForFocus(u"dtpDate"_s);
         program.Key(u"Return"_s);
@@ -100,10 +100,11 @@ TEST_F(WorkingDay, IsEnteredWithNothingButKeysAndStandsInTheDatabase)
         program.Key(u"Escape"_s);
         EXPECT_EQ(program.WaitForEnd(), 0);
     }
-    EXPECT_EQ(place.Query(u"ABCEntries-WkLg"_s,
-                  u"SELECT Customer_Number, Project_Number, Activity_Number, Billing_Status, Hours, "
-                  u"Rate, Amount, Rate_Overridden, Description FROM \"ABCEntries-WkLg\" "
-                  u"ORDER BY rowid"_s),
+    EXPECT_EQ(
+        place.Query(u"ABCEntries-WkLg"_s,
+            u"SELECT Customer_Number, Project_Number, Activity_Number, Billing_Status, Hours, "
+            u"Rate, Amount, Rate_Overridden, Description FROM \"ABCEntries-WkLg\" "
+            u"ORDER BY rowid"_s),
         u"0100|1000|CONSULT|1|22500|1200000|2700000|N|Kick-off\n"
         u"0110||INTERNAL|3|5000|0|0|N|Jour fixe\n"
         u"0100||MILEAGE|1|1200000|4250|510000|N|There and back\n"

@@ -16,6 +16,9 @@ namespace {
 
 constexpr int DeadlineMilliseconds = 30000;
 
+/// In how many looks a control has not moved.
+constexpr int LooksAtRest = 5;
+
 QPoint MiddleOf(const QJsonObject &rectangle)
 {
     return {rectangle[u"x"_s].toInt() + rectangle[u"width"_s].toInt() / 2,
@@ -140,10 +143,13 @@ void ProgramUnderTest::Click(const QString &control)
 {
     // A window that has just opened may still be moved to its place by the window manager.
     QPoint middle;
+    int looks = 0;
     WaitUntil(control + u" to be there, enabled and at rest"_s, [&] {
         const QJsonObject found = Ask(u"control"_s, control);
         const QPoint before = std::exchange(middle, MiddleOf(found));
-        return found[u"enabled"_s].toBool() && found[u"active"_s].toBool() && middle == before;
+        const bool isReady = found[u"enabled"_s].toBool() && found[u"active"_s].toBool();
+        looks = isReady && middle == before ? looks + 1 : 0;
+        return looks == LooksAtRest;
     });
     m_display.Click(middle.x(), middle.y());
 }

@@ -114,8 +114,10 @@ QString TextOf(const QJsonArray &tree, const QJsonObject &element)
         return named([](const QJsonValue &part) {
             return part[u"type"_s] == ControlType::MenuItem && part[u"focused"_s].toBool();
         });
+    if (type == ControlType::ProgressBar) // of a hundred; the bar writes the sign behind it
+        return element[u"value"_s].toString() + u'%';
     const bool holdsText = type == ControlType::Edit || type == ControlType::ComboBox
-        || type == ControlType::Spinner || type == ControlType::ProgressBar;
+        || type == ControlType::Spinner;
     return element[holdsText ? u"value"_s : u"name"_s].toString();
 }
 
