@@ -101,13 +101,13 @@ TEST_F(HelpOfTheProgram, IsUsedWithKeysAndMouseBesideAModalDialog)
     program.WaitForText(u"txtSearch"_s, u"mileage"_s);
 
     // The dialog goes on beside it.
-    program.Key(u"alt+Tab"_s);
-    program.WaitUntilActive(u"frmTransFilter"_s);
+    program.ComeBackTo(u"frmTransFilter"_s);
     program.Click(u"txtCustomer"_s);
     program.WaitForFocus(u"txtCustomer"_s);
     program.Type(u"0100"_s);
     program.WaitForText(u"txtCustomer"_s, u"0100"_s);
-    program.Click(u"cmdOK"_s);
+    program.MoveFocusTo(u"cmdOK"_s, u"Tab"_s); // the help may cover it
+    program.Key(u"Return"_s);
     program.WaitUntilClosed(u"frmTransFilter"_s);
     EXPECT_TRUE(program.IsOpen(u"frmHelp"_s));
 }
@@ -129,7 +129,7 @@ TEST_F(HelpOfTheProgram, TellsAboutTheQuestionThatIsAsked)
 
 TEST_F(HelpOfTheProgram, ThatIsMissingIsToldWithTheNameOfItsFile)
 {
-    const QString file = m_place.ProgramFolder() + u"/WL.HLP"_s;
+    const QString file = m_place.InProgramFolder(u"WL.HLP"_s);
     ASSERT_TRUE(QFile::remove(file));
     ProgramUnderTest program(m_place.ProgramFolder(), m_display);
     program.WaitForFocus(u"dtpDate"_s);

@@ -69,24 +69,6 @@ TEST_F(Lookup, AnEntryWhoseCodesAreAllLookedUpIsEnteredWithNothingButKeys)
         u"0120|1100|DESIGN|75000|Looked up"_s);
 }
 
-TEST_F(Lookup, TheMouseWorksOnADisplayAtTwoHundredPercent)
-{
-    const WorkPlace place;
-    place.Synchronise();
-    const VirtualDisplay display({2732, 1536});
-    ProgramUnderTest program({place.ProgramFolder() + u"/WorklogRemote"_s,
-                                 {{u"XDG_CONFIG_HOME"_s, place.ProgramFolder() + u"/settings"_s},
-                                     {u"QT_SCALE_FACTOR"_s, u"2"_s}}},
-        display);
-    program.WaitForWindow();
-    program.Click(u"cmdCustomer"_s);
-    program.WaitUntilActive(u"frmLookup"_s);
-    program.ClickRow(u"msgLookup"_s, 2);
-    program.Click(u"cmdSelect"_s);
-    program.WaitUntilClosed(u"frmLookup"_s);
-    program.WaitForText(u"txtCustomer"_s, u"0120"_s);
-}
-
 TEST_F(Lookup, AFieldAtFaultIsTypedAnewAfterItsMessage)
 {
     const WorkPlace place;

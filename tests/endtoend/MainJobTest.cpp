@@ -2,6 +2,7 @@
 // over. And what the user sees when something about it fails.
 
 #include "tests/endtoend/driver/ProgramUnderTest.h"
+#include "tests/endtoend/driver/System.h"
 #include "tests/endtoend/driver/VirtualDisplay.h"
 #include "tests/endtoend/driver/WorkPlace.h"
 
@@ -118,7 +119,7 @@ TEST_F(MainJob, TheLockOfAKilledProgramBlocksNobody)
 
 TEST_F(MainJob, AFolderWithBlanksQuotesAndForeignLettersWorksLikeAnyOther)
 {
-    const WorkPlace place(u"Größe und \"Maß\" Büro"_s);
+    const WorkPlace place(OddFolderName());
     ProgramUnderTest program(place.ProgramFolder(), m_display);
     program.WaitForMessage(SynchroniseFirst);
     program.Answer(u"OK"_s);
@@ -151,9 +152,8 @@ protected:
 
     static QString UnableToStart(const WorkPlace &place)
     {
-        return u"Error #2001 (Unable to start program %1/Home/pvxwin32.exe -hd "
-               u"\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA "
-               u"\"%2\")."_s.arg(place.Root(), place.ProgramFolder());
+        return u"Error #2001 (Unable to start program %1 -hd %2 \"%3\")."_s.arg(
+            place.Client(), place.LaunchArguments(), place.ProgramFolder());
     }
 };
 
@@ -167,7 +167,7 @@ TEST_F(FailingClient, ThatIsMissingIsNamedWithItsCommandLine)
 TEST_F(FailingClient, ThatIsNoProgramIsNamedWithItsCommandLine)
 {
     const WorkPlace place;
-    ASSERT_TRUE(QFile::setPermissions(place.Client(), QFile::ReadOwner | QFile::WriteOwner));
+    MakeNoProgram(place.Client());
     SynchroniseInVain(place, UnableToStart(place));
 }
 
@@ -191,5 +191,5 @@ TEST_F(FailingClient, WithoutALaunchFileIsAnErrorThatNamesIt)
     const WorkPlace place;
     place.RemoveLaunchFile();
     SynchroniseInVain(
-        place, u"Error #53 (File not found: %1/mas90.ini)."_s.arg(place.ProgramFolder()));
+        place, u"Error #53 (File not found: %1)."_s.arg(place.InProgramFolder(u"mas90.ini"_s)));
 }

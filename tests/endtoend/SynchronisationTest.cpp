@@ -5,9 +5,6 @@
 #include "tests/endtoend/driver/VirtualDisplay.h"
 #include "tests/endtoend/driver/WorkPlace.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -71,7 +68,7 @@ TEST_F(Synchronisation, AFirstInstallationIsTypedInAndUsedAtOnce)
 
     program.ChooseByKeys(u"Options"_s, u"Configure"_s);
     program.WaitForMessage(
-        u"Error #53 (File not found: %1/mas90.ini)."_s.arg(m_place.ProgramFolder()));
+        u"Error #53 (File not found: %1)."_s.arg(m_place.InProgramFolder(u"mas90.ini"_s)));
     program.AnswerByKeys(u"Return"_s);
     program.WaitForFocus(u"optMas90_0"_s);
     program.Key(u"Tab"_s);
@@ -84,8 +81,8 @@ TEST_F(Synchronisation, AFirstInstallationIsTypedInAndUsedAtOnce)
     const QString root = m_place.Root();
     EXPECT_THAT(m_place.LaunchFileLines(),
         ElementsAre(root,
-            u"\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA"_s
-                .arg(root),
+            u"\"%1\" \"%2\" -ARG RUN_DIRECT UION * WLWXBA"_s.arg(
+                m_place.InRoot(u"launcher/sota.ini"_s), m_place.InRoot(u"kv/kv_startup.m4p"_s)),
             QString()));
     EXPECT_FALSE(m_place.HasSettings()) << "there is no server to remember";
     Synchronise(program);
@@ -105,13 +102,9 @@ TEST_F(Synchronisation, AClientOfAServerIsBrowsedForAndItsServerRemembered)
         EXPECT_EQ(program.Text(u"txtMas90Path"_s), root);
         EXPECT_EQ(program.Text(u"tbxPort"_s), u"10000"_s);
         program.Key(u"alt+b"_s);
-        program.WaitUntilActive(u"frmFolderBrowser"_s);
-        EXPECT_EQ(program.Text(u"lblPrompt"_s),
+        program.ChooseFolder(m_place.FolderOfRoot(),
             u"Please select the MAS 90 or MAS 200 client installation to synchronize with. "
             u"Worklog Remote will append MAS90."_s);
-        program.Enter(u"fileNameEdit"_s, QFileInfo(root).path());
-        program.Key(u"Return"_s);
-        program.WaitUntilClosed(u"frmFolderBrowser"_s);
         program.WaitForText(u"tbxHost"_s, u"server"_s);
         program.WaitUntilActive(u"frmConfigure"_s);
         EXPECT_EQ(program.Text(u"txtMas90Path"_s), root);
@@ -123,8 +116,8 @@ TEST_F(Synchronisation, AClientOfAServerIsBrowsedForAndItsServerRemembered)
         program.WaitUntilClosed(u"frmConfigure"_s);
         EXPECT_THAT(m_place.LaunchFileLines(),
             ElementsAre(root,
-                u"\"%1/launcher/sota.ini\" KV_Client -ARG \"winter\" \"10000\" \"KV_DIRECT\" "
-                u"-ARG=RUN_DIRECT UION * WLWXBA"_s.arg(root),
+                u"\"%1\" KV_Client -ARG \"winter\" \"10000\" \"KV_DIRECT\" "
+                u"-ARG=RUN_DIRECT UION * WLWXBA"_s.arg(m_place.InRoot(u"launcher/sota.ini"_s)),
                 QString()));
         EXPECT_EQ(m_place.Setting(u"MAS200/Host"_s), u"winter"_s);
         EXPECT_EQ(m_place.Setting(u"MAS200/Port"_s), u"10000"_s);

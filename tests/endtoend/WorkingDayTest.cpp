@@ -24,8 +24,8 @@ protected:
     }
 
     /// From the date to the description, which has the focus afterwards.
-    void UpToDescription(ProgramUnderTest &program, const QString &customer,
-        const QString &project, const QString &activity, const QString &hours)
+    void UpToDescription(ProgramUnderTest &program, const QString &customer, const QString &project,
+        const QString &activity, const QString &hours)
     {
         program.WaitForFocus(u"dtpDate"_s);
         program.Key(u"Return"_s);
@@ -91,22 +91,20 @@ TEST_F(WorkingDay, IsEnteredWithNothingButKeysAndStandsInTheDatabase)
 
         // A rate of one's own, and an hour too many for the box.
         UpToDescription(program, u"0100"_s, u"1000"_s, u"design"_s, u"123"_s);
-        program.Key(u"shift+Tab"_s);
-        while (!program.HasFocus(u"txtRate"_s))
-            program.Key(u"shift+Tab"_s);
+        program.MoveFocusTo(u"txtRate"_s, u"shift+Tab"_s);
         program.Type(u"80"_s);
         program.Key(u"Return"_s);
-        while (!program.HasFocus(u"txtDescription"_s))
-            program.Key(u"Tab"_s);
+        program.MoveFocusTo(u"txtDescription"_s, u"Tab"_s);
         DescribeAndSave(program, u"A long design"_s);
 
         program.Key(u"Escape"_s);
         EXPECT_EQ(program.WaitForEnd(), 0);
     }
-    EXPECT_EQ(place.Query(u"ABCEntries-WkLg"_s,
-                  u"SELECT Customer_Number, Project_Number, Activity_Number, Billing_Status, Hours, "
-                  u"Rate, Amount, Rate_Overridden, Description FROM \"ABCEntries-WkLg\" "
-                  u"ORDER BY rowid"_s),
+    EXPECT_EQ(
+        place.Query(u"ABCEntries-WkLg"_s,
+            u"SELECT Customer_Number, Project_Number, Activity_Number, Billing_Status, Hours, "
+            u"Rate, Amount, Rate_Overridden, Description FROM \"ABCEntries-WkLg\" "
+            u"ORDER BY rowid"_s),
         u"0100|1000|CONSULT|1|22500|1200000|2700000|N|Kick-off\n"
         u"0110||INTERNAL|3|5000|0|0|N|Jour fixe\n"
         u"0100||MILEAGE|1|1200000|4250|510000|N|There and back\n"

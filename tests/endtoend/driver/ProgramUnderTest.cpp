@@ -1,11 +1,11 @@
 #include "tests/endtoend/driver/ProgramUnderTest.h"
 
-#include <QFileInfo>
+#include "tests/endtoend/driver/System.h"
+
+#include <QDir>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QProcessEnvironment>
 #include <QTest>
-#include <QUuid>
 
 #include <stdexcept>
 #include <utility>
@@ -16,10 +16,19 @@ namespace {
 
 constexpr int DeadlineMilliseconds = 30000;
 
+/// In how many looks a control has not moved.
+constexpr int LooksAtRest = 5;
+
 QPoint MiddleOf(const QJsonObject &rectangle)
 {
     return {rectangle[u"x"_s].toInt() + rectangle[u"width"_s].toInt() / 2,
         rectangle[u"y"_s].toInt() + rectangle[u"height"_s].toInt() / 2};
+}
+
+QMap<QString, QString> Together(QMap<QString, QString> one, const QMap<QString, QString> &other)
+{
+    one.insert(other);
+    return one;
 }
 
 QStringList TextsOf(const QJsonArray &array)
@@ -32,27 +41,26 @@ QStringList TextsOf(const QJsonArray &array)
 
 } // namespace
 
-ProgramUnderTest::ProgramUnderTest(const QString &folder, const VirtualDisplay &display)
-    : ProgramUnderTest(Command{folder + u"/WorklogRemote"_s,
-                           {{u"XDG_CONFIG_HOME"_s, QFileInfo(folder).path() + u"/settings"_s}}},
+ProgramUnderTest::ProgramUnderTest(
+    const QString &folder, const VirtualDisplay &display, const QMap<QString, QString> &environment)
+    : ProgramUnderTest(Command{folder + u'/' + FileNameOf(u"WorklogRemote"_s),
+                           Together(UserOf(folder), environment)},
         display)
 {
 }
 
 ProgramUnderTest::ProgramUnderTest(const Command &command, const VirtualDisplay &display)
     : m_display(display)
-    , m_socketName(u"worklog-"_s + QUuid::createUuid().toString(QUuid::Id128))
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DISPLAY"_s, display.Name());
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-    environment.insert(u"QT_PLUGIN_PATH"_s, QStringLiteral(WORKLOG_PROBE_PLUGINS));
-    environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"worklogprobe"_s);
-    environment.insert(u"WORKLOG_PROBE"_s, m_socketName);
-    for (auto it = command.Environment.begin(); it != command.Environment.end(); ++it)
-        environment.insert(it.key(), it.value());
+    for (const QMap<QString, QString> &part :
+        {display.Environment(), m_probe.Environment(), command.Environment}) {
+        for (auto it = part.begin(); it != part.end(); ++it)
+            environment.insert(it.key(), it.value());
+    }
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.setWorkingDirectory(QDir::homePath()); // where a desktop starts programs
     m_process.start(command.Path, command.Arguments);
     if (!m_process.waitForStarted(DeadlineMilliseconds))
         throw std::runtime_error("the program does not start");
@@ -75,26 +83,9 @@ void ProgramUnderTest::WaitUntil(const QString &what, const std::function<bool()
         throw std::runtime_error("waited in vain for: " + what.toStdString());
 }
 
-bool ProgramUnderTest::Connect()
-{
-    if (m_probe.state() == QLocalSocket::ConnectedState)
-        return true;
-    m_probe.connectToServer(m_socketName);
-    return m_probe.waitForConnected(1000);
-}
-
 QJsonObject ProgramUnderTest::Ask(const QString &verb, const QString &name)
 {
-    if (!IsRunning() || !Connect())
-        return {};
-    const QJsonObject question{{u"ask"_s, verb}, {u"name"_s, name}};
-    m_probe.write(QJsonDocument(question).toJson(QJsonDocument::Compact) + '\n');
-    m_probe.flush();
-    while (!m_probe.canReadLine()) {
-        if (!m_probe.waitForReadyRead(DeadlineMilliseconds))
-            return {}; // it has ended meanwhile
-    }
-    return QJsonDocument::fromJson(m_probe.readLine()).object();
+    return IsRunning() ? m_probe.Ask(ProcessId(), verb, name) : QJsonObject();
 }
 
 QString ProgramUnderTest::Text(const QString &control)
@@ -148,19 +139,17 @@ QList<QStringList> ProgramUnderTest::Rows(const QString &grid)
     return rows;
 }
 
-QStringList ProgramUnderTest::Headers(const QString &grid)
-{
-    return TextsOf(Ask(u"table"_s, grid)[u"headers"_s].toArray());
-}
-
 void ProgramUnderTest::Click(const QString &control)
 {
     // A window that has just opened may still be moved to its place by the window manager.
     QPoint middle;
+    int looks = 0;
     WaitUntil(control + u" to be there, enabled and at rest"_s, [&] {
         const QJsonObject found = Ask(u"control"_s, control);
         const QPoint before = std::exchange(middle, MiddleOf(found));
-        return found[u"enabled"_s].toBool() && found[u"active"_s].toBool() && middle == before;
+        const bool isReady = found[u"enabled"_s].toBool() && found[u"active"_s].toBool();
+        looks = isReady && middle == before ? looks + 1 : 0;
+        return looks == LooksAtRest;
     });
     m_display.Click(middle.x(), middle.y());
 }
@@ -221,6 +210,19 @@ void ProgramUnderTest::Enter(const QString &control, const QString &text)
     WaitForFocus(control);
     Type(text);
     WaitForText(control, text);
+}
+
+void ProgramUnderTest::MoveFocusTo(const QString &control, const QString &key)
+{
+    const auto focused = [&] { return Ask(u"focus"_s)[u"name"_s].toString(); };
+    for (QString at = focused(); at != control;) {
+        const QString before = at;
+        Key(key);
+        WaitUntil(key + u" to move on from "_s + before, [&] {
+            at = focused();
+            return !at.isEmpty() && at != before;
+        });
+    }
 }
 
 void ProgramUnderTest::MoveTo(const QString &text, const QString &control, const QString &key)

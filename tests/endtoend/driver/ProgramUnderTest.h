@@ -1,9 +1,9 @@
 #pragma once
 
+#include "tests/endtoend/driver/Probe.h"
 #include "tests/endtoend/driver/VirtualDisplay.h"
 
 #include <QJsonObject>
-#include <QLocalSocket>
 #include <QMap>
 #include <QProcess>
 #include <QString>
@@ -25,9 +25,10 @@ public:
         QStringList Arguments = {};
     };
 
-    /// Starts <folder>/WorklogRemote on the display; both outlive the object. The user's settings
-    /// lie beside the folder.
-    ProgramUnderTest(const QString &folder, const VirtualDisplay &display);
+    /// Starts the folder's program on the display; both outlive the object. The user's settings are
+    /// the WorkPlace's.
+    ProgramUnderTest(const QString &folder, const VirtualDisplay &display,
+        const QMap<QString, QString> &environment = {});
     /// Starts the program by a command that becomes it.
     ProgramUnderTest(const Command &command, const VirtualDisplay &display);
     ~ProgramUnderTest(); ///< kills the process if it still runs
@@ -42,7 +43,6 @@ public:
     QString MessageText(); ///< of the message box on top, else empty
     bool HasPicture(const QString &button); ///< of the message box on top
     QList<QStringList> Rows(const QString &grid); ///< the texts of its data rows
-    QStringList Headers(const QString &grid);
 
     // What the user does.
     void Click(const QString &control);
@@ -52,6 +52,12 @@ public:
     void Enter(const QString &control, const QString &text); ///< into the control with the focus
     /// Opens the menu and chooses the entry, each named by what it says, with keys alone.
     void ChooseByKeys(const QString &menu, const QString &entry);
+    /// Presses the key until the control has the focus, which moves on each time.
+    void MoveFocusTo(const QString &control, const QString &key);
+    /// Makes the window active that stands beside the active one.
+    void ComeBackTo(const QString &window);
+    /// In the folder browser that opens with the prompt.
+    void ChooseFolder(const QString &folder, const QString &prompt);
     /// Types a time entry into the editor, from the date on; its description has the focus then.
     void EnterTime(const QString &hours, const QString &description);
     void Type(const QString &text) { m_display.Type(text); }
@@ -81,10 +87,8 @@ private:
     bool TakesKeys(const QJsonObject &control) const;
     void MoveTo(const QString &text, const QString &control, const QString &key);
     QJsonObject Ask(const QString &verb, const QString &name = {});
-    bool Connect();
 
     const VirtualDisplay &m_display;
-    QString m_socketName;
     QProcess m_process;
-    QLocalSocket m_probe;
+    Probe m_probe;
 };

@@ -1,18 +1,22 @@
 #pragma once
 
-#include <QProcess>
+#include <QMap>
 #include <QSize>
 #include <QString>
 
-/// A display of its own with a window manager, for as long as the object lives.
+#include <memory>
+
+/// What the user sits in front of, for as long as the object lives: a display of its own with a
+/// window manager. A Windows program has the display that it is started on.
 class VirtualDisplay
 {
 public:
-    /// In pixels; throws std::runtime_error when the display does not come up.
+    /// In pixels, at least; throws std::runtime_error when there is no such display.
     explicit VirtualDisplay(QSize size = {1366, 768});
     ~VirtualDisplay();
 
-    const QString &Name() const { return m_name; } ///< ":99"
+    /// What a process needs in its environment to show its windows there.
+    QMap<QString, QString> Environment() const;
 
     /// Real events, as from a keyboard and a mouse.
     void Type(const QString &text) const;
@@ -28,9 +32,7 @@ public:
     void Screenshot(const QString &fileName, qulonglong window) const;
 
 private:
-    void Run(const QString &program, const QStringList &arguments) const;
+    class Screen;
 
-    QProcess m_server;
-    QProcess m_windowManager;
-    QString m_name;
+    std::unique_ptr<Screen> m_screen;
 };

@@ -1,26 +1,28 @@
 #include "tests/endtoend/driver/WorkPlace.h"
 
+#include "tests/endtoend/driver/System.h"
+
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
-#include <QSettings>
 
+#include <sqlite3.h>
+
+#include <memory>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString BuiltPrograms = QStringLiteral(WORKLOG_BUILT_PROGRAMS);
-
-QByteArray OutputOf(const QString &program, const QStringList &arguments)
+void Run(const QString &program, const QStringList &arguments)
 {
     QProcess command;
     command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     command.start(program, arguments);
     if (!command.waitForFinished() || command.exitCode() != 0)
         throw std::runtime_error(program.toStdString() + " failed");
-    return command.readAllStandardOutput();
 }
 
 void WriteFile(const QString &path, const QByteArray &content)
@@ -30,36 +32,75 @@ void WriteFile(const QString &path, const QByteArray &content)
         throw std::runtime_error("cannot be written: " + path.toStdString());
 }
 
+/// With "|" between values.
+QString RowOf(sqlite3_stmt *statement)
+{
+    QStringList values;
+    for (int column = 0; column < sqlite3_column_count(statement); ++column) {
+        const void *text = sqlite3_column_text(statement, column); // null for NULL
+        values.append(QString::fromUtf8(
+            static_cast<const char *>(text), sqlite3_column_bytes(statement, column)));
+    }
+    return values.join(u'|');
+}
+
 } // namespace
 
 WorkPlace::WorkPlace(const QString &folderName)
-    : m_folder(m_place.filePath(folderName))
-    , m_root(m_place.filePath(u"mas90"_s))
+    : m_place(PlaceOfAUser())
+    , m_folder(QDir::toNativeSeparators(m_place.filePath(folderName)))
+    , m_root(QDir::toNativeSeparators(m_place.filePath(u"mas90"_s)))
 {
+    ForgetSettings(m_folder); // a killed test may have left them
     QDir().mkpath(m_folder);
-    for (const QString &name : {u"WorklogRemote"_s, u"WL.HLP"_s})
-        QFile::copy(BuiltPrograms + u'/' + name, m_folder + u'/' + name);
-    OutputOf(BuiltPrograms + u"/pvxwin32.exe"_s, {u"--sample"_s, m_root});
+    for (const QString &name : {FileNameOf(u"WorklogRemote"_s), u"WL.HLP"_s})
+        QFile::copy(BuiltPrograms() + u'/' + name, InProgramFolder(name));
+    Run(BuiltPrograms() + u"/pvxwin32.exe"_s, {u"--sample"_s, m_root});
     WriteLaunchFile();
+    PrepareToBrowse(FolderOfRoot());
+}
+
+WorkPlace::~WorkPlace()
+{
+    ForgetSettings(m_folder);
+}
+
+QString WorkPlace::FolderOfRoot() const
+{
+    return QDir::toNativeSeparators(QFileInfo(m_root).path());
+}
+
+QString WorkPlace::InProgramFolder(const QString &name) const
+{
+    return QDir::toNativeSeparators(m_folder + u'/' + name);
+}
+
+QString WorkPlace::InRoot(const QString &name) const
+{
+    return QDir::toNativeSeparators(m_root + u'/' + name);
+}
+
+QString WorkPlace::LaunchArguments() const
+{
+    return u"\"%1\" \"%2\" -ARG RUN_DIRECT UION * WLWXBA"_s.arg(
+        InRoot(u"launcher/sota.ini"_s), InRoot(u"kv/kv_startup.m4p"_s));
 }
 
 void WorkPlace::WriteLaunchFile() const
 {
-    const QString arguments
-        = u"\"%1/launcher/sota.ini\" \"%1/kv/kv_startup.m4p\" -ARG RUN_DIRECT UION * WLWXBA"_s;
     WriteFile(
-        m_folder + u"/mas90.ini"_s, (m_root + u'\n' + arguments.arg(m_root) + u'\n').toUtf8());
+        InProgramFolder(u"mas90.ini"_s), (m_root + u'\n' + LaunchArguments() + u'\n').toUtf8());
 }
 
 void WorkPlace::RemoveLaunchFile() const
 {
-    QFile::remove(m_folder + u"/mas90.ini"_s);
+    QFile::remove(InProgramFolder(u"mas90.ini"_s));
 }
 
 QStringList WorkPlace::LaunchFileLines() const
 {
-    QFile file(m_folder + u"/mas90.ini"_s);
-    if (!file.open(QIODevice::ReadOnly))
+    QFile file(InProgramFolder(u"mas90.ini"_s));
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return {};
     return QString::fromUtf8(file.readAll()).split(u'\n');
 }
@@ -73,17 +114,12 @@ void WorkPlace::MakeClientInstallation() const
 
 QString WorkPlace::Setting(const QString &key) const
 {
-    return QSettings(SettingsFile(), QSettings::IniFormat).value(key).toString();
+    return SettingOf(m_folder, key);
 }
 
 bool WorkPlace::HasSettings() const
 {
-    return QFile::exists(SettingsFile());
-}
-
-QString WorkPlace::SettingsFile() const
-{
-    return m_place.filePath(u"settings/WorklogRemote.conf"_s);
+    return ::HasSettings(m_folder);
 }
 
 void WorkPlace::Replace(const QString &company, const QString &table, const QByteArray &before,
@@ -110,13 +146,15 @@ QStringList WorkPlace::Databases() const
 
 void WorkPlace::Synchronise() const
 {
-    OutputOf(Client(), {u"-hd"_s, u"by-hand"_s, m_folder});
+    Run(Client(), {u"-hd"_s, u"by-hand"_s, m_folder});
 }
 
 int WorkPlace::FinishedRuns() const
 {
     QFile log(m_root + u"/worklog/exchange.log"_s);
-    return log.open(QIODevice::ReadOnly) ? static_cast<int>(log.readAll().count("Done\n")) : 0;
+    if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
+        return 0;
+    return static_cast<int>(log.readAll().count("Done\n"));
 }
 
 QStringList WorkPlace::UploadedRows(const QString &company) const
@@ -136,8 +174,21 @@ QStringList WorkPlace::UploadedRows(const QString &company) const
 
 QString WorkPlace::Query(const QString &database, const QString &sql) const
 {
-    const QByteArray output = OutputOf(u"sqlite3"_s, {m_folder + u'/' + database + u".db"_s, sql});
-    return QString::fromUtf8(output).trimmed();
+    sqlite3 *opened = nullptr;
+    const QByteArray path = InProgramFolder(database + u".db"_s).toUtf8();
+    const int status = sqlite3_open_v2(path.constData(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed(opened, &sqlite3_close);
+    sqlite3_stmt *prepared = nullptr;
+    if (status != SQLITE_OK
+        || sqlite3_prepare_v2(opened, sql.toUtf8().constData(), -1, &prepared, nullptr)
+            != SQLITE_OK)
+        throw std::runtime_error(path.toStdString() + ": " + sqlite3_errmsg(opened));
+    const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> done(
+        prepared, &sqlite3_finalize);
+    QStringList rows;
+    while (sqlite3_step(prepared) == SQLITE_ROW)
+        rows.append(RowOf(prepared));
+    return rows.join(u'\n');
 }
 
 QStringList WorkPlace::Journals() const

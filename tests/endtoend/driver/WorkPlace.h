@@ -10,12 +10,18 @@ class WorkPlace
 public:
     /// `folderName` is the program folder's; the accounting root holds the sample companies.
     explicit WorkPlace(const QString &folderName = QStringLiteral("program"));
+    ~WorkPlace(); ///< takes the user's settings along
 
+    // Paths are written as the system writes them.
     QString ProgramFolder() const { return m_folder; }
     QString Root() const { return m_root; }
-    QString Client() const { return m_root + QStringLiteral("/Home/pvxwin32.exe"); }
+    QString FolderOfRoot() const; ///< which a user chooses to name the root
+    QString InProgramFolder(const QString &name) const;
+    QString InRoot(const QString &name) const; ///< with "/" between its steps
+    QString Client() const { return InRoot(QStringLiteral("Home/pvxwin32.exe")); }
 
     void WriteLaunchFile() const; ///< mas90.ini for that root
+    QString LaunchArguments() const; ///< its second line
     void RemoveLaunchFile() const;
     QStringList LaunchFileLines() const; ///< nothing when there is none
 
@@ -39,15 +45,13 @@ public:
 
     QStringList Databases() const; ///< the names of the database files in the program folder
 
-    /// What `sqlite3` prints for a query on a database of the program folder.
+    /// The rows that answer a query on a database of the program folder, "|" between values.
     QString Query(const QString &database, const QString &sql) const;
 
     /// Journals in the program folder; there must be none between two runs.
     QStringList Journals() const;
 
 private:
-    QString SettingsFile() const;
-
     QTemporaryDir m_place;
     QString m_folder;
     QString m_root;

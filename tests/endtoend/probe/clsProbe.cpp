@@ -167,6 +167,10 @@ QJsonObject Answer(const QJsonObject &question)
     }
     if (verb == "button"_L1)
         return Button(name);
+    if (verb == "focus"_L1) {
+        const QWidget *control = QApplication::focusWidget();
+        return control == nullptr ? QJsonObject{{u"found"_s, false}} : Describe(*control);
+    }
     if (verb == "table"_L1)
         return Table(name);
     return Windows();
