@@ -17,6 +17,7 @@ QPoint PlaceBeside(const QWidget &window, QSize size)
 {
     const QRect screen = window.screen()->availableGeometry();
     const QRect frame = window.frameGeometry();
+    size += frame.size() - window.size(); // its frame will be as wide
     const bool moreAtTheRight = screen.right() - frame.right() > frame.left() - screen.left();
     const int left = moreAtTheRight ? screen.right() - size.width() : screen.left();
     const int top = std::min(frame.top(), screen.bottom() - size.height());

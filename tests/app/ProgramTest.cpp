@@ -743,7 +743,6 @@ TEST_F(Program, TheWindowOpensWhereItWasClosed)
         size = window.minimumSizeHint() + QSize(0, 25);
         window.resize(size);
         window.move(0, 11);
-        LetEventsRun(); // a window manager may have a word in it
         corner = window.pos();
         window.close();
     }
@@ -751,7 +750,8 @@ TEST_F(Program, TheWindowOpensWhereItWasClosed)
     program.StartUp();
     ASSERT_TRUE(ShowActive(*program.MainWindow()));
     EXPECT_EQ(program.MainWindow()->size(), size);
-    EXPECT_EQ(program.MainWindow()->pos(), corner);
+    // Some window managers count the frame's line in only when a window is shown.
+    EXPECT_LE((program.MainWindow()->pos() - corner).manhattanLength(), 1);
 }
 
 TEST_F(Program, AWindowOfAScreenThatIsGoneOpensOnTheOneThatIsThere)

@@ -1,9 +1,9 @@
 // The dialogs as the main window opens them, and what they leave behind in it.
 
 #include "entry/EntryColumn.h"
+#include "platform/Paths.h"
 #include "tests/entry/EntryWindow.h"
 #include "tests/support/Modal.h"
-#include "tests/support/Native.h"
 
 #include <QAction>
 #include <QRadioButton>
@@ -206,7 +206,7 @@ TEST_F(Dialogs, ASortInTheSummaryDecidesWhatAClickInTheListToggles)
 TEST_F(Dialogs, ASummaryThatCannotBeBuiltIsToldAndTheListGoesOn)
 {
     Start();
-    const QString scratch = Native(Folder.path() + u"/ABCHoursSummary-WkLg.db"_s);
+    const QString scratch = JoinPath(Folder.path(), u"ABCHoursSummary-WkLg.db"_s);
     ASSERT_TRUE(QDir().mkpath(scratch + u"/in the way"_s));
     ClickButton("cmdHrsSumm");
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);

@@ -1,10 +1,10 @@
 // What the user sees when the disk refuses what the window was asked to do.
 
+#include "platform/Paths.h"
 #include "tests/entry/EntryWindow.h"
 
 #include "store/StoreErrors.h"
 #include "tests/entry/OtherProgram.h"
-#include "tests/support/Native.h"
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -22,7 +22,7 @@ protected:
                 QDate(2026, 3, 2), Currency::FromWhole(2), {}, description));
     }
 
-    QString File() const { return Native(Folder.path() + u"/ABCEntries-WkLg.db"_s); }
+    QString File() const { return JoinPath(Folder.path(), u"ABCEntries-WkLg.db"_s); }
 
     QString Reason() const
     {

@@ -1,11 +1,11 @@
 // Copies of the entries around a synchronisation: whole, durable, ten of them, and looked into when
 // entries are gone that nobody was asked to take.
 
+#include "platform/Paths.h"
 #include "sync/modBackup.h"
 
 #include "platform/clsRunTimeError.h"
 #include "store/StoreErrors.h"
-#include "tests/support/Native.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
 #include "tests/support/SampleCompany.h"
@@ -48,9 +48,9 @@ protected:
 
     QString File(const QString &name = Name) const
     {
-        return m_folder->Path() + u'/' + name + u".db"_s;
+        return JoinPath(m_folder->Path(), name + u".db"_s);
     }
-    QString BackupFolder() const { return Native(m_folder->Path() + u"/backup"_s); }
+    QString BackupFolder() const { return JoinPath(m_folder->Path(), u"backup"_s); }
     QStringList Times() const
     {
         return QDir(BackupFolder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
@@ -81,8 +81,8 @@ protected:
 
     QString Told(const QString &what) const
     {
-        return what + u"\n\nA copy from before the synchronization is kept in\n"_s + BackupFolder()
-            + u"/20260309-103000"_s;
+        return what + u"\n\nA copy from before the synchronization is kept in\n"_s
+            + JoinPath(BackupFolder(), u"20260309-103000"_s);
     }
 
     clsFixedClock m_clock;
