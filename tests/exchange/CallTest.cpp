@@ -2,6 +2,7 @@
 
 #include "platform/clsInstanceLock.h"
 #include "platform/Paths.h"
+#include "tests/support/OtherProgram.h"
 
 #include <gtest/gtest.h>
 
@@ -83,15 +84,14 @@ TEST(Call, OtherProgramsSeeTypedColumns)
 {
     const Installation place;
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
-    QProcess sqlite;
-    sqlite.start(u"sqlite3"_s,
-        {JoinPath(place.Program, u"ABCCustomers-WkLg.db"_s),
-            u"SELECT type, (SELECT typeof(Rate) || Rate FROM [ABCCustomers-WkLg] LIMIT 1), "_s
-            u"(SELECT typeof(Customer_Number) || Customer_Number FROM [ABCCustomers-WkLg]) "_s
-            u"FROM pragma_table_info('ABCCustomers-WkLg')"_s});
-    ASSERT_TRUE(sqlite.waitForFinished());
-    EXPECT_EQ(QString::fromUtf8(sqlite.readAllStandardOutput()).trimmed().split(u'\n').last(),
-        u"INTEGER|integer950000|text0100"_s);
+    OtherProgram other(JoinPath(place.Program, u"ABCCustomers-WkLg.db"_s));
+    EXPECT_EQ(
+        other.Values(u"SELECT type FROM pragma_table_info('ABCCustomers-WkLg') ORDER BY cid DESC "_s
+                     u"LIMIT 1"_s),
+        u"INTEGER"_s);
+    EXPECT_EQ(other.Values(u"SELECT typeof(Rate) || Rate || '|' || typeof(Customer_Number) || "_s
+                           u"Customer_Number FROM [ABCCustomers-WkLg] LIMIT 1"_s),
+        u"integer950000|text0100"_s);
 }
 
 TEST(Call, ItWorksWhereThereIsNoDisplay)

@@ -1,6 +1,7 @@
 #include "tests/exchange/Installation.h"
 
 #include "platform/Paths.h"
+#include "tests/support/OtherProgram.h"
 
 #include <gtest/gtest.h>
 
@@ -30,24 +31,24 @@ QByteArray Contents(const QString &path)
     return file.readAll();
 }
 
-/// A run of SQLite that is killed in the middle of a write leaves its journal behind. Here: the
-/// journal of an unfinished write, made while it was under way, beside the file as it was then.
+/// A program that is killed in the middle of a write leaves its journal behind. Here: the journal
+/// of an unfinished write, as it was while that was under way, beside the file as it was then.
 void LeaveUnfinishedWrite(const QString &database, const QString &table)
 {
-    QProcess sqlite;
-    sqlite.start(u"sqlite3"_s, {database});
-    ASSERT_TRUE(sqlite.waitForStarted());
-    sqlite.write("PRAGMA cache_size = 1; PRAGMA cache_spill = 1; BEGIN;\n");
-    sqlite.write("UPDATE \"" + table.toUtf8()
-        + "\" SET Customer_Name = zeroblob(0) || hex(randomblob(2000));\n");
-    sqlite.write("SELECT 'written';\n");
-    QByteArray seen;
-    while (!seen.contains("written") && sqlite.waitForReadyRead())
-        seen += sqlite.readAllStandardOutput();
-    ASSERT_TRUE(seen.contains("written"));
-    sqlite.kill();
-    ASSERT_TRUE(sqlite.waitForFinished());
-    ASSERT_TRUE(QFile::exists(database + u"-journal"_s));
+    const QString journal = database + u"-journal"_s;
+    QByteArray halfWritten;
+    QByteArray undo;
+    {
+        OtherProgram other(database);
+        other.Execute(u"PRAGMA cache_size = 1; PRAGMA cache_spill = 1; BEGIN"_s);
+        other.Execute(
+            u"UPDATE \"%1\" SET Customer_Name = zeroblob(0) || hex(randomblob(2000))"_s.arg(table));
+        halfWritten = Contents(database);
+        undo = Contents(journal);
+    } // takes the write back
+    ASSERT_NE(Contents(database), halfWritten);
+    Overwrite(database, halfWritten);
+    Overwrite(journal, undo);
 }
 
 TEST(LocalDatabases, AMissingReferenceDatabaseHasAllOfTheCompanyWritten)

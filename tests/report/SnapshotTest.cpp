@@ -4,11 +4,11 @@
 
 #include "store/StoreErrors.h"
 #include "tests/report/ReportFixture.h"
+#include "tests/support/OtherProgram.h"
 #include "tests/support/Raised.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -35,14 +35,10 @@ QMap<QString, QByteArray> FilesOf(const QString &folder)
     return files;
 }
 
-/// What sqlite3 prints for the statements on a database, which it may also change.
-QString Sqlite(const QString &folder, const QString &sql)
+/// The file of the entries.
+QString FileOf(const ReportFixture &fixture)
 {
-    QProcess sqlite;
-    sqlite.start(u"sqlite3"_s, {folder + u'/' + Entries + u".db"_s, sql});
-    EXPECT_TRUE(sqlite.waitForFinished());
-    EXPECT_EQ(sqlite.exitCode(), 0) << sqlite.readAllStandardError().toStdString();
-    return QString::fromUtf8(sqlite.readAllStandardOutput()).trimmed();
+    return fixture.Folder() + u'/' + Entries + u".db"_s;
 }
 
 SampleCompany WithOneEntry()
@@ -72,24 +68,21 @@ TEST(Snapshot, SaysThatThereIsNoSuchDatabase)
 TEST(Snapshot, IsNotHeldUpByALockAndHoldsUpNobody)
 {
     const ReportFixture fixture(WithOneEntry());
-    QProcess holder;
-    holder.start(u"sqlite3"_s, {fixture.Folder() + u'/' + Entries + u".db"_s});
-    ASSERT_TRUE(holder.waitForStarted());
-    holder.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
-    ASSERT_TRUE(holder.waitForReadyRead());
+    OtherProgram holder(FileOf(fixture));
+    holder.Execute(u"BEGIN EXCLUSIVE"_s);
     EXPECT_EQ(fixture.Read().Entries.size(), 1);
-    holder.write(".quit\n");
-    ASSERT_TRUE(holder.waitForFinished());
+    holder.Execute(u"DELETE FROM \"%1\""_s.arg(Entries));
+    holder.Execute(u"COMMIT"_s);
 }
 
 TEST(Snapshot, OfADatabaseThatIsBeingWrittenIsWhole)
 {
     const ReportFixture fixture(WithOneEntry());
     // Two numbers that are always equal when a transaction is complete, on pages far apart.
-    Sqlite(fixture.Folder(),
-        u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
-        u"INSERT INTO \"%1\" (Customer_Number, Description, Hours) "
-        u"SELECT 'X', hex(randomblob(100)), 0 FROM n"_s.arg(Entries));
+    OtherProgram(FileOf(fixture))
+        .Execute(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
+                 u"INSERT INTO \"%1\" (Customer_Number, Description, Hours) "
+                 u"SELECT 'X', hex(randomblob(100)), 0 FROM n"_s.arg(Entries));
     std::atomic<bool> enough = false;
     QString failure;
     std::thread writer([&] {

@@ -1126,8 +1126,12 @@ TEST_F(RecordStoreCreate, AFolderThatIsNotThereIsNamed)
 
 TEST_F(RecordStoreCreate, NamesWithBlanksQuotesAndOtherAlphabetsWork)
 {
-    for (const QString &name : {u"AB CEntries-WkLg"_s, u"O'Neil \"x\"-WkLg"_s, u"Größe日本-WkLg"_s,
-             u"%20?mode=ro-WkLg"_s, u"file:x-WkLg"_s}) {
+    QStringList names = {u"AB CEntries-WkLg"_s, u"O'Neil [x]-WkLg"_s, u"Größe日本-WkLg"_s,
+        u"%20&mode=ro-WkLg"_s, u"`x`; --WkLg"_s};
+#ifdef Q_OS_UNIX // Windows has no such names
+    names += {u"O'Neil \"x\"-WkLg"_s, u"%20?mode=ro-WkLg"_s, u"file:x-WkLg"_s};
+#endif
+    for (const QString &name : names) {
         const Handle handle = Create(name);
         Add(handle, Three(u"a"_s));
         Store.CloseDatabase(handle);
