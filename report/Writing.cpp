@@ -1,6 +1,7 @@
 #include "report/Writing.h"
 
 #include "platform/clsRunTimeError.h"
+#include "platform/Console.h"
 #include "report/Chart.h"
 #include "report/CsvReport.h"
 #include "report/HtmlReport.h"
@@ -40,6 +41,7 @@ QByteArray MakeReport(const ReportRequest &request)
 void WriteReport(const QByteArray &bytes, const QString &output)
 {
     if (output.isEmpty()) {
+        SendOutputAsItIs();
         QFile standardOutput;
         if (!standardOutput.open(stdout, QIODevice::WriteOnly)
             || standardOutput.write(bytes) != bytes.size() || !standardOutput.flush())

@@ -4,3 +4,8 @@ void UseCallersConsole()
 {
     // Every program has it already.
 }
+
+void SendOutputAsItIs()
+{
+    // As ever.
+}

@@ -1,6 +1,8 @@
 #include "platform/Console.h"
 
 #include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 
 #include <windows.h>
 
@@ -26,4 +28,10 @@ void UseCallersConsole()
         std::freopen("CONOUT$", "w", stdout);
     if (!errorGiven)
         std::freopen("CONOUT$", "w", stderr);
+}
+
+void SendOutputAsItIs()
+{
+    std::fflush(stdout);
+    ::_setmode(::_fileno(stdout), _O_BINARY);
 }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -12,6 +13,13 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What ends a line of a message.
+#ifdef Q_OS_WIN
+const QByteArray LineEnd = "\r\n";
+#else
+const QByteArray LineEnd = "\n";
+#endif
 
 struct Ended
 {
@@ -78,7 +86,8 @@ TEST_F(ReportProgram, WritesEachFormatIntoAFileOfItsName)
 
 TEST_F(ReportProgram, FindsTheDatabasesBesideItself)
 {
-    const QString copy = m_fixture.Folder() + u"/worklog-report"_s;
+    const QString copy
+        = m_fixture.Folder() + u'/' + QFileInfo(QStringLiteral(WORKLOG_REPORT)).fileName();
     ASSERT_TRUE(QFile::copy(QStringLiteral(WORKLOG_REPORT), copy));
     const Ended ended = Called({u"entries"_s}, copy);
     EXPECT_EQ(ended.Status, 0) << ended.Errors.toStdString();
@@ -93,7 +102,8 @@ TEST_F(ReportProgram, TellsAFailureAndLeavesTheFormerReport)
     const Ended ended
         = Called(InFolder({u"days"_s, u"--company"_s, u"NONE"_s, u"--output"_s, output}));
     EXPECT_EQ(ended.Status, 1);
-    EXPECT_EQ(ended.Errors, "worklog-report: There is no company \"NONE\"; there are: ABC\n");
+    EXPECT_EQ(
+        ended.Errors, "worklog-report: There is no company \"NONE\"; there are: ABC" + LineEnd);
     EXPECT_EQ(Written(u"a.csv"_s), before);
 }
 
@@ -112,7 +122,7 @@ TEST_F(ReportProgram, CalledWronglyPointsToItsHelp)
     const Ended ended = Called({u"hours"_s});
     EXPECT_EQ(ended.Status, 2);
     EXPECT_EQ(ended.Errors,
-        "worklog-report: say which report: entries or days. See worklog-report --help.\n");
+        "worklog-report: say which report: entries or days. See worklog-report --help." + LineEnd);
     EXPECT_EQ(ended.Output, QByteArray());
 }
 
