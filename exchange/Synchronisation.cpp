@@ -9,6 +9,7 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/Paths.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -21,7 +22,7 @@ constexpr int Failed = 1;
 
 QString InstallationRoot()
 {
-    return QFileInfo(ProgramFolder()).path();
+    return QDir::toNativeSeparators(QFileInfo(ProgramFolder()).path());
 }
 
 /// The accounting side's files; empty when the installation has none.
@@ -47,8 +48,15 @@ public:
                 u"Another synchronisation is at work in the folder "_s + programFolder);
         }
     }
-    // While the lock is held: afterwards the file may be another client's.
-    ~FolderLock() { QFile::remove(m_fileName); }
+    // While the lock is held: afterwards the file may be another client's. Windows removes no file
+    // that is held, and so not another client's either.
+    ~FolderLock()
+    {
+        if (QFile::remove(m_fileName))
+            return;
+        m_lock.Close();
+        QFile::remove(m_fileName);
+    }
     FolderLock(const FolderLock &) = delete;
     FolderLock &operator=(const FolderLock &) = delete;
 

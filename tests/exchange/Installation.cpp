@@ -51,11 +51,11 @@ QString FieldText(Currency value)
 } // namespace
 
 Installation::Installation()
-    : Root(JoinPath(m_folder.path(), u"root"_s))
+    : Root(JoinPath(QDir::toNativeSeparators(m_folder.path()), u"root"_s))
     , Worklog(JoinPath(Root, u"worklog"_s))
-    , Program(JoinPath(m_folder.path(), u"Pröbe folder"_s))
+    , Program(JoinPath(QDir::toNativeSeparators(m_programs.path()), u"Pröbe folder"_s))
 {
-    EXPECT_TRUE(m_folder.isValid());
+    EXPECT_TRUE(m_folder.isValid() && m_programs.isValid());
     for (const QString &folder : {Worklog, Program, JoinPath(Root, u"Home"_s)})
         EXPECT_TRUE(QDir().mkpath(folder));
     InstallClient(Client());

@@ -2,6 +2,7 @@
 
 #include "store/Records.h"
 #include "store/Tables.h"
+#include "tests/support/SampleCompany.h"
 
 #include <QMap>
 #include <QProcess>
@@ -27,7 +28,9 @@ struct Outcome
 /// made as the program makes them.
 class Installation
 {
-    QTemporaryDir m_folder; // the paths below are made of it
+    // The paths below are made of them.
+    QTemporaryDir m_folder;
+    QTemporaryDir m_programs{SampleFolderTemplate()};
 
 public:
     Installation();

@@ -372,6 +372,7 @@ TEST_F(InterruptedRunOfTwo, TheSecondCannotPrepareAfterTheFirstDid)
     EXPECT_EQ(Delivered(), AllThree);
 }
 
+#ifdef Q_OS_UNIX // On Windows only administrators make symbolic links
 TEST_F(InterruptedRunOfTwo, TheSecondCannotHandOverAfterTheFirstDid)
 {
     // A name that is taken, though no file is found under it, is met first when handing over.
@@ -394,5 +395,6 @@ TEST_F(InterruptedRunOfTwo, TheSecondCannotHandOverAfterTheFirstDid)
     EXPECT_EQ(Delivered(), AllThree);
     EXPECT_EQ(Place.CustomerNames(u"ABC"_s).first(), u"Renamed"_s);
 }
+#endif
 
 } // namespace

@@ -17,7 +17,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int EntryCount = 3000;
-constexpr int KillsInAll = 200;
 constexpr int MostKillsInARow = 6; // then a run comes to its end; a killed repair is met as well
 
 std::vector<EntryRecord> ManyEntries()
@@ -123,10 +122,10 @@ TEST(KilledRun, AtAnyMomentLosesNoEntryAndDeliversNoneTwice)
     std::uniform_int_distribution<int> inARow(1, MostKillsInARow);
     int kills = 0;
     int killsBetweenHandingOverAndTakingOut = 0;
-    while (kills < KillsInAll) {
+    while (kills < KILLED_RUNS) {
         PutBack(place, before);
         std::uniform_int_distribution<int> moment(wholeRun / 10, wholeRun);
-        const int rounds = inARow(random);
+        const int rounds = kills == 0 ? MostKillsInARow : inARow(random);
         if (rounds == MostKillsInARow) { // a random kill seldom meets the moment that matters
             KillWhen(place, [&] { return !place.Uploads(u"ABC"_s).isEmpty(); });
             ++kills;

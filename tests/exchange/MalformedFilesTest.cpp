@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -45,7 +47,8 @@ TEST_P(MalformedFile, IsNamedWithItsLineAndNothingHasChanged)
     const Outcome outcome = place.Synchronise();
 
     EXPECT_EQ(outcome.ExitStatus, 1);
-    const QString expected = file + u", line "_s + QString::number(fault.Line) + u": "_s;
+    const QString expected
+        = QDir::toNativeSeparators(file) + u", line "_s + QString::number(fault.Line) + u": "_s;
     EXPECT_TRUE(outcome.Errors.contains(expected)) << qPrintable(outcome.Errors);
     EXPECT_TRUE(outcome.Errors.contains(QString::fromUtf8(fault.Words)))
         << qPrintable(outcome.Errors);
@@ -139,7 +142,8 @@ TEST(MissingFile, IsNamedAndNothingHasChanged)
         ASSERT_TRUE(QFile::remove(place.Worklog + u'/' + file));
         const Outcome outcome = place.Synchronise();
         EXPECT_EQ(outcome.ExitStatus, 1);
-        EXPECT_TRUE(outcome.Errors.contains(file + u": the file is missing"_s))
+        EXPECT_TRUE(
+            outcome.Errors.contains(QDir::toNativeSeparators(file) + u": the file is missing"_s))
             << qPrintable(outcome.Errors);
         EXPECT_EQ(place.LocalFiles(), before);
     }
