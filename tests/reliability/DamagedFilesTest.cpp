@@ -1,6 +1,7 @@
 // Files that are cut off, changed at random, foreign or prepared by somebody else: they are refused
 // by name, or read as they were saved, and never made worse.
 
+#include "platform/Paths.h"
 #include "store/StoreErrors.h"
 #include "tests/reliability/ProgramOnDisk.h"
 #include "tests/support/Raised.h"
@@ -41,8 +42,8 @@ protected:
     }
 
     QString Original() const { return m_place.path(); }
-    QString Folder() const { return m_place.filePath(u"program"_s); }
-    QString File(const QString &name) const { return Folder() + u'/' + name + u".db"_s; }
+    QString Folder() const { return QDir::toNativeSeparators(m_place.filePath(u"program"_s)); }
+    QString File(const QString &name) const { return JoinPath(Folder(), name + u".db"_s); }
     void Refresh() const { ProgramOnDisk::CopyFolder(Original(), Folder()); }
 
     QByteArray Bytes(const QString &name) const
