@@ -118,8 +118,14 @@ void LookupFixture::DoubleClickRow(int row)
 {
     const QPoint at = RowCentre(Grid(), row);
     QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, at);
+    DoubleClick(*Grid().viewport(), at);
     LetEventsRun();
+}
+
+void LookupFixture::DoubleClick(QWidget &widget, const QPoint &at, Qt::MouseButton button)
+{
+    QTest::mouseDClick(&widget, button, {}, at);
+    QTest::mouseRelease(&widget, button, {}, at);
 }
 
 void LookupFixture::Wheel(int notches)

@@ -68,6 +68,9 @@ protected:
     void ClickButton(const char *name);
     void ClickRow(int row);
     void DoubleClickRow(int row);
+    /// The second press and its release, which QTest leaves out.
+    static void DoubleClick(
+        QWidget &widget, const QPoint &at, Qt::MouseButton button = Qt::LeftButton);
     void Wheel(int notches); ///< over the grid; positive goes down
     void ChooseBy(const QString &text); ///< from the dropped list, with the mouse
 

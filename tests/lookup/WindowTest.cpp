@@ -279,7 +279,7 @@ TEST_F(LookupWindow, ADoubleClickTakesTheRowUnderItAndOnlyTheLeftButtonMakesOne)
         for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton})
             for (const int row : {4, 9}) {
                 QTest::mouseClick(Grid().viewport(), button, {}, centre(row));
-                QTest::mouseDClick(Grid().viewport(), button, {}, centre(row));
+                DoubleClick(*Grid().viewport(), centre(row), button);
                 LetEventsRun();
             }
         EXPECT_TRUE(Window().isVisible());
@@ -289,7 +289,7 @@ TEST_F(LookupWindow, ADoubleClickTakesTheRowUnderItAndOnlyTheLeftButtonMakesOne)
     LookUp(u"Customer"_s, [&] {
         ClickRow(4);
         // The second press has met the next row.
-        QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, centre(5));
+        DoubleClick(*Grid().viewport(), centre(5));
         LetEventsRun();
         EXPECT_FALSE(Window().isVisible());
     });
@@ -305,7 +305,7 @@ TEST_F(LookupWindow, AClickBesideTheRowsOrOnTheHeaderTakesNothing)
             Grid().viewport(), Qt::LeftButton, {}, {10, Grid().viewport()->height() - 2});
         QHeaderView &header = *Grid().horizontalHeader();
         QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, {20, header.height() / 2});
-        QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, {20, header.height() / 2});
+        DoubleClick(*header.viewport(), {20, header.height() / 2});
         LetEventsRun();
         EXPECT_TRUE(Window().isVisible());
         EXPECT_EQ(Lookup.LookupCustomerCode, u"X"_s);
