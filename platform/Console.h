@@ -1,7 +1,7 @@
 #pragma once
 
-/// To be called first by a program with windows that also answers on a command line: what it
-/// prints shows in the console it was called from, if there is one.
+/// To be called first by a program that answers on a command line, if it has windows, too: what it
+/// prints shows in the console it was called from, foreign letters as well.
 void UseCallersConsole();
 
 /// What is written to standard output from then on arrives byte by byte, line ends too.

@@ -1,4 +1,5 @@
 #include "platform/clsRunTimeError.h"
+#include "platform/Console.h"
 #include "platform/Display.h"
 #include "platform/Paths.h"
 #include "platform/ProgramArguments.h"
@@ -47,6 +48,7 @@ int Report(ReportRequest request)
 
 int main(int argc, char **argv)
 {
+    UseCallersConsole();
     const CommandLine line = ParseCommandLine(ProgramArguments(argc, argv));
     int ownName = 1; // the arguments are none of the toolkit's business
     switch (line.What) {
