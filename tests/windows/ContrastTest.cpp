@@ -206,8 +206,8 @@ TEST_P(Contrast, TheControlWithTheKeysIsSeen)
             if (!control->hasFocus())
                 continue; // it passes the keys on
             const QImage with = window.grab(around).toImage();
+            // At once: an activation that is still on its way would bring the focus back.
             control->clearFocus();
-            LetEventsRun();
             const QImage without = window.grab(around).toImage();
             EXPECT_GE(BestChange(without, with), LeastPartContrast)
                 << name << ": " << control->metaObject()->className() << ' '
