@@ -57,16 +57,19 @@ bool KillAfter(const Installation &place, int milliseconds)
     return client->exitStatus() == QProcess::CrashExit;
 }
 
-/// Runs the client and kills it as soon as the condition holds.
+/// Runs the client and kills it as soon as the condition holds; whether it was killed. On a busy
+/// machine it may have ended before its moment was seen.
 template <class Condition>
-void KillWhen(const Installation &place, const Condition &holds)
+bool KillWhen(const Installation &place, const Condition &holds)
 {
     const auto client = place.Start();
     while (!holds()) {
-        ASSERT_FALSE(client->waitForFinished(0)) << "ended before its moment came";
+        if (client->waitForFinished(0))
+            return false;
     }
     client->kill();
     client->waitForFinished(-1);
+    return client->exitStatus() == QProcess::CrashExit;
 }
 
 /// The folder with these files and no other, and no upload file.
@@ -127,8 +130,7 @@ TEST(KilledRun, AtAnyMomentLosesNoEntryAndDeliversNoneTwice)
         std::uniform_int_distribution<int> moment(wholeRun / 10, wholeRun);
         const int rounds = kills == 0 ? MostKillsInARow : inARow(random);
         if (rounds == MostKillsInARow) { // a random kill seldom meets the moment that matters
-            KillWhen(place, [&] { return !place.Uploads(u"ABC"_s).isEmpty(); });
-            ++kills;
+            kills += KillWhen(place, [&] { return !place.Uploads(u"ABC"_s).isEmpty(); }) ? 1 : 0;
             killsBetweenHandingOverAndTakingOut += place.Entries(u"ABC"_s).empty() ? 0 : 1;
         }
         for (int i = 0; i < rounds; ++i) {
@@ -164,19 +166,23 @@ TEST(KilledRun, WhileANewCompanyIsMovedInLeavesNothingUnfinished)
     const QMap<QString, QByteArray> reference = ReferenceFiles(place);
 
     int killsInTheMiddle = 0;
-    for (const QStringView prefix : ReferencePrefixes) {
-        const QString name
-            = RecordStore::FileName(place.Open()->Main.CompanyName(u"NEW"_s, prefix));
-        PutBack(place, before);
-        KillWhen(place, [&] { return QFile::exists(JoinPath(place.Program, name)); });
-        const QStringList movedIn = QDir(place.Program).entryList({u"NEW*.db"_s}, QDir::Files);
-        killsInTheMiddle += movedIn.size() < std::ssize(ReferencePrefixes) ? 1 : 0;
-        const Outcome outcome = place.Synchronise();
-        ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
-        EXPECT_TRUE(ReferenceFiles(place) == reference) << qPrintable(name) << '\n'
-                                                        << Names(ReferenceFiles(place));
-        EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
-        EXPECT_TRUE(DeliveredLines(place) == expected);
+    constexpr int mostRounds = 20;
+    for (int round = 0; round < mostRounds && killsInTheMiddle == 0; ++round) {
+        for (const QStringView prefix : ReferencePrefixes) {
+            const QString name
+                = RecordStore::FileName(place.Open()->Main.CompanyName(u"NEW"_s, prefix));
+            PutBack(place, before);
+            if (!KillWhen(place, [&] { return QFile::exists(JoinPath(place.Program, name)); }))
+                continue;
+            const QStringList movedIn = QDir(place.Program).entryList({u"NEW*.db"_s}, QDir::Files);
+            killsInTheMiddle += movedIn.size() < std::ssize(ReferencePrefixes) ? 1 : 0;
+            const Outcome outcome = place.Synchronise();
+            ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+            EXPECT_TRUE(ReferenceFiles(place) == reference) << qPrintable(name) << '\n'
+                                                            << Names(ReferenceFiles(place));
+            EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+            EXPECT_TRUE(DeliveredLines(place) == expected);
+        }
     }
     RecordProperty("InTheMiddle", killsInTheMiddle);
     EXPECT_GT(killsInTheMiddle, 0) << "every kill came too late";
