@@ -7,6 +7,7 @@ set -euo pipefail
 WINEPREFIX=$(mktemp -d)
 export WINEPREFIX
 export WINEDEBUG=-all # Wine's own remarks
+export LC_ALL=C.UTF-8 # Wine writes the names of files in the locale's letters
 # Wine would offer to download parts that no program of ours uses, and would put what a setup
 # program lays into the Start menu into this user's own menu.
 export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
