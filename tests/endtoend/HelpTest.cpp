@@ -73,12 +73,12 @@ TEST_F(HelpOfTheProgram, OpensAtEveryWindowByKeyAndByButton)
 
     program.ChooseByKeys(u"Options"_s, u"Configure"_s);
     program.WaitForWindow(u"frmConfigure"_s);
-    ByKeyAndButton(program, u"The synchronisation settings"_s, u"frmConfigure"_s);
+    ByKeyAndButton(program, u"The synchronization settings"_s, u"frmConfigure"_s);
     program.Key(u"Escape"_s);
 
     program.ChooseByKeys(u"Options"_s, u"Sync"_s);
     program.WaitForWindow(u"frmSyncOptions"_s);
-    ByKeyAndButton(program, u"The synchronisation options"_s, u"frmSyncOptions"_s);
+    ByKeyAndButton(program, u"The synchronization options"_s, u"frmSyncOptions"_s);
     program.Key(u"Escape"_s);
 }
 

@@ -213,7 +213,7 @@ TEST_F(Help, FollowsALinkWithTabAndEnter)
     ASSERT_TRUE(browser.hasFocus());
     QTest::keyClick(&browser, Qt::Key_Tab);
     QTest::keyClick(&browser, Qt::Key_Return);
-    EXPECT_EQ(viewer.windowTitle(), WindowTitleOf(u"What a synchronisation does"_s));
+    EXPECT_EQ(viewer.windowTitle(), WindowTitleOf(u"What a synchronization does"_s));
 }
 
 TEST_F(Help, FindsThePagesThatHaveAllWordsAndMarksThem)
@@ -347,7 +347,7 @@ TEST_F(F1, InAWindowWithoutAPageOpensThatOfItsOpenerAndElseTheContents)
     QDialog browser(&opener);
     ASSERT_TRUE(ShowActive(browser));
     QTest::keyClick(&browser, Qt::Key_F1);
-    EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"The synchronisation settings"_s));
+    EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"The synchronization settings"_s));
 
     QWidget stranger;
     ASSERT_TRUE(ShowActive(stranger));
@@ -378,7 +378,7 @@ TEST_F(F1, InAMessageBoxOpensThePageAboutWhatItSays)
         const char *Title;
     };
     const std::vector<Case> cases = {
-        {"Please perform a synchronization first.", "The first synchronisation"},
+        {"Please perform a synchronization first.", "The first synchronization"},
         {"W A R N I N G\r\n\r\nAll application data will be lost.\r\n\r\nDo you wish to continue?",
             "Deleting the databases"},
         {"Failed to delete databases.", "Deleting the databases"},
