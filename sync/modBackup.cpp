@@ -163,6 +163,7 @@ void modBackup::CopyEntries()
     RemoveFolder(m_time + Unfinished);
     MakeFolder(unfinished);
     auto failed = qScopeGuard([&] { RemoveFolder(m_time + Unfinished); });
+    SyncFolder(program); // it holds the name of the folder of all copies
     std::vector<Copy> copies;
     for (const QString &file : files) {
         const QString name = file.chopped(Ending.size());

@@ -7,7 +7,9 @@
     tools/mutate.py --check             plants nothing: does each fault still fit its file?
 
 It works in a copy of the project in build/mutate, with one job, and never touches the project's own
-files. What a former run has found holds until the file, the fault or its tests are changed.
+files. The copy is built once; clang then compiles each faulted file, for which it needs a second as
+it reads the file's headers once for all its faults. What a former run has found holds until the
+file, the fault or its tests are changed.
 
 A list is tools/faults/<module>.txt; a fault in it is a section:
 
@@ -27,6 +29,7 @@ import hashlib
 import json
 import os
 import re
+import shlex
 import signal
 import subprocess
 import sys
@@ -94,6 +97,13 @@ def planted(fault, source):
     return source[:begin] + fault.fault + source[end:]
 
 
+def end_of_includes(source):
+    """Behind the last include of a file's beginning, where nothing else stands in between."""
+    beginning = re.match(r"(?:\s*(?://[^\n]*|#[^\n]*)?\n)*", source).group()
+    last = beginning.rfind("#include")
+    return beginning.find("\n", last) + 1 if last >= 0 else 0
+
+
 def test_programs(root):
     return {name for path in (root / "tests").rglob("CMakeLists.txt")
             for name in re.findall(r"worklog_test\((\w+)", path.read_text(encoding="utf-8"))}
@@ -104,8 +114,8 @@ def problems_of(root, faults):
     problems = []
     for fault in faults:
         path = root / fault.file
-        if not path.is_file():
-            problems.append(f"{fault.name}: there is no file {fault.file}")
+        if not path.is_file() or path.suffix != ".cpp":
+            problems.append(f"{fault.name}: there is no source file {fault.file}")
             continue
         count = len(places(fault.text, path.read_text(encoding="utf-8")))
         if count != 1:
@@ -118,13 +128,17 @@ def problems_of(root, faults):
 
 
 class Copy:
-    """A copy of the project, in which it is built and faults are planted."""
+    """A copy of the project, built once; a faulted file is compiled beside it and linked over it."""
 
     def __init__(self, root):
         self.root = root
-        self.tree = root / "build/mutate/tree"
+        self.folder = root / "build/mutate"
+        self.tree = self.folder / "tree"
         self.build = self.tree / "build/release"
         self.baselines = {}  # (program, filter): seconds, or None where it fails without a fault
+        self.compile_commands = {}  # by file
+        self.links = {}  # program: the commands that link it and the programs that it starts
+        self.head = ""  # of the file whose includes are compiled already
         self.runtime = tempfile.TemporaryDirectory()
 
     def refresh(self):
@@ -138,17 +152,28 @@ class Copy:
             copy.parent.mkdir(parents=True, exist_ok=True)
             copy.write_bytes(source.read_bytes())
             copy.chmod(source.stat().st_mode)
-        result = subprocess.run(["cmake", "--preset", "release"], cwd=self.tree,
-                                capture_output=True, text=True)
+        result = self.call(["cmake", "--preset", "release"], self.tree)
         if result.returncode != 0:
             sys.exit(result.stdout + result.stderr)
+        for command in json.loads((self.build / "compile_commands.json").read_text()):
+            file = Path(command["file"]).relative_to(self.tree)
+            if f"-o {file.parts[0]}/" in command["command"]:  # not as a test builds it again
+                self.compile_commands[file.as_posix()] = shlex.split(command["command"])
 
-    def make(self, programs):
+    def call(self, command, folder):
+        return subprocess.run(["nice", "-n", "10", *map(str, command)], cwd=folder,
+                              capture_output=True, text=True)
+
+    def make(self, program):
         """What the compiler says when it fails, else nothing."""
-        result = subprocess.run(["nice", "-n", "10", "cmake", "--build", str(self.build), "-j1",
-                                 "--target", *sorted(set(programs))],
-                                capture_output=True, text=True)
-        return "" if result.returncode == 0 else result.stdout + result.stderr
+        result = self.call(["cmake", "--build", ".", "-j1", "--target", program], self.build)
+        if result.returncode != 0:
+            return result.stdout + result.stderr
+        lines = self.call(["ninja", "-t", "commands", program], self.build).stdout.splitlines()
+        commands = [shlex.split(part) for line in lines for part in line.split(" && ")
+                    if " -o " in part and " -c " not in part]
+        self.links[program] = commands
+        return ""
 
     def run(self, program, test_filter, most_seconds):
         """What noticed something: a failed test, the way it ended, or nothing."""
@@ -172,23 +197,67 @@ class Copy:
     def seconds_without_fault(self, program, test_filter):
         test = (program, test_filter)
         if test not in self.baselines:
+            failed = program not in self.links and self.make(program)
             begun = time.monotonic()
-            failed = self.make([program]) or self.run(program, test_filter, 600)
+            failed = failed or self.run(program, test_filter, 600)
             self.baselines[test] = None if failed else time.monotonic() - begun
             if failed:
                 print(f"without any fault, {program} {test_filter}: {failed}", flush=True)
         return self.baselines[test]
+
+    def compile(self, fault):
+        """What the compiler says about the faulted file when it fails, else nothing."""
+        text = (self.tree / fault.file).read_text(encoding="utf-8")
+        end = end_of_includes(text)
+        command = self.compile_commands[fault.file]
+        flags = ["clang++", *command[command.index("/usr/bin/c++") + 1:command.index("-o")],
+                 "-O0", "-g0", "-w"]
+        if text[:end] != self.head:
+            self.head = text[:end]
+            head = self.folder / "head.h"
+            head.write_text(self.head, encoding="utf-8")
+            result = self.call([*flags, "-fpch-instantiate-templates", "-x", "c++-header", head,
+                                "-o", self.folder / "head.pch"], self.build)
+            if result.returncode != 0:
+                sys.exit(f"{fault.file}: its includes cannot be compiled: {result.stderr}")
+        source = self.folder / "faulted.cpp"
+        source.write_text(planted(fault, text)[end:], encoding="utf-8")
+        return self.call([*flags, "-include-pch", self.folder / "head.pch", "-c", source, "-o",
+                          self.folder / "faulted.o"], self.build).stderr
+
+    def link(self, fault, programs):
+        """Links the faulted file over all that has it; the sound programs, and what went wrong."""
+        command = self.compile_commands[fault.file]
+        part = command[command.index("-o") + 1]  # store/CMakeFiles/store.dir/Schema.cpp.o
+        folder, _, target = part.partition("/CMakeFiles/")
+        library = f"{folder}/lib{target.split('.dir/')[0]}.a"
+        faulted = str(self.folder / "faulted.o")
+        sound = {}
+        for program in programs:
+            for link in self.links[program]:
+                output = self.build / link[link.index("-o") + 1]
+                if output in sound or not {part, library} & set(link):
+                    continue
+                sound[output] = output.with_suffix(".sound")
+                output.rename(sound[output])
+                changed = [faulted if word == part else word for word in link]
+                if part not in link:
+                    changed.insert(1, faulted)  # before its library, which then leaves it out
+                result = self.call([*changed, "-fuse-ld=lld"], self.build)
+                if result.returncode != 0:
+                    return sound, result.stdout + result.stderr
+        return sound, "" if sound else f"{library} is in none of its test programs"
 
     def judge(self, fault):
         """The verdict, and what gave it."""
         seconds = [self.seconds_without_fault(*test) for test in fault.tests]
         if None in seconds:
             return "not run", "its tests fail without it"
-        path = self.tree / fault.file
-        sound = path.read_text(encoding="utf-8")
-        path.write_text(planted(fault, sound), encoding="utf-8")
+        complaint = self.compile(fault)
+        sound = {}
         try:
-            complaint = self.make(program for program, _ in fault.tests)
+            if not complaint:
+                sound, complaint = self.link(fault, [program for program, _ in fault.tests])
             if complaint:
                 errors = [line for line in complaint.splitlines() if "error" in line]
                 return "invalid", (errors or complaint.splitlines()[-1:])[0]
@@ -198,7 +267,8 @@ class Copy:
                     return "noticed", f"{program} {noticed}"
             return "survived", ""
         finally:
-            path.write_text(sound, encoding="utf-8")
+            for output, kept in sound.items():
+                kept.replace(output)
 
 
 def key_of(root, fault):

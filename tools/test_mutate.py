@@ -81,6 +81,12 @@ class Lists(unittest.TestCase):
                                                                        "return a - b;"))
         self.assertNotIn("Call", mutate.planted(second, SOURCE))
 
+    def test_a_file_is_cut_behind_its_includes(self):
+        head = '// Sums.\n\n#include "store/a.h"\n\n#define WIDE\n#include <array>\n'
+        for source in (head + "\nusing namespace std;\n#include <late>\n", head + "int a;\n"):
+            self.assertEqual(source[:mutate.end_of_includes(source)], head)
+        self.assertEqual(mutate.end_of_includes(SOURCE), 0)
+
     def test_a_list_that_fits_has_no_problems(self):
         self.assertEqual(mutate.problems_of(self.project(SOURCE), self.read(LIST)), [])
 
@@ -100,7 +106,7 @@ class Lists(unittest.TestCase):
         faults = self.read(LIST.replace("store/a.cpp", "store/b.cpp", 1)
                            .replace("tests = store_tests\n", "tests = no_tests\n"))
         self.assertEqual(mutate.problems_of(self.project(SOURCE), faults),
-                         ["store/wrong-sign: there is no file store/b.cpp",
+                         ["store/wrong-sign: there is no source file store/b.cpp",
                           "store/never-called: there is no test program no_tests"])
 
 

@@ -226,7 +226,19 @@ void FaultyDisk::FailAt(int call, DiskFault fault, FaultLasts lasts)
     m_calls = 0;
     m_flushes = 0;
     m_failedCall.clear();
+    m_callsMade.clear();
     m_unsynced.clear();
+}
+
+std::vector<std::string> FaultyDisk::Calls(std::initializer_list<const char *> kinds) const
+{
+    std::vector<std::string> calls;
+    for (const QByteArray &call : m_callsMade) {
+        const auto isOfKind = [&](const char *kind) { return call.startsWith(kind); };
+        if (std::any_of(kinds.begin(), kinds.end(), isOfKind))
+            calls.push_back(call.toStdString());
+    }
+    return calls;
 }
 
 int FaultyDisk::Mend()
@@ -248,6 +260,7 @@ bool FaultyDisk::Fails(Call call, const QByteArray &path)
     if (m_fault == DiskFault::Full && !needsSpace)
         return false;
     ++m_calls;
+    m_callsMade.push_back(NameOf(call) + path.mid(path.lastIndexOf('/') + 1));
     if (m_failAt == 0 || m_calls < m_failAt)
         return false;
     if (m_lasts == FaultLasts::Once && m_calls > m_failAt)
@@ -255,7 +268,7 @@ bool FaultyDisk::Fails(Call call, const QByteArray &path)
     if (m_fault == DiskFault::Kill)
         std::raise(SIGKILL);
     if (m_failedCall.isEmpty())
-        m_failedCall = NameOf(call) + path.mid(path.lastIndexOf('/') + 1);
+        m_failedCall = m_callsMade.back();
     return true;
 }
 

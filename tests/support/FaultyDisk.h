@@ -3,10 +3,13 @@
 #include <QByteArray>
 #include <QString>
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
 #include <random>
+#include <string>
+#include <vector>
 
 struct sqlite3_vfs;
 
@@ -49,6 +52,8 @@ public:
     /// files and names in folders.
     int Flushes() const { return m_flushes; }
     const QByteArray &FailedCall() const { return m_failedCall; } ///< "write ABC.db-journal"
+    /// What was counted since FailAt, in order; of these kinds only, as in "rename mas90.ini".
+    std::vector<std::string> Calls(std::initializer_list<const char *> kinds) const;
 
     /// Leaves on the disk what a loss of power now would: what was synced, and of the rest, sector
     /// by sector, what chance wants; nothing of it without `random`. \pre no file is open.
@@ -94,5 +99,6 @@ private:
     int m_calls = 0;
     int m_flushes = 0;
     QByteArray m_failedCall;
+    std::vector<QByteArray> m_callsMade;
     std::map<QByteArray, Unsynced> m_unsynced;
 };
