@@ -2,6 +2,20 @@
 
 #include <QString>
 
+/// How many characters a quantity box takes left and right of its point.
+struct QuantityMask
+{
+    int IntegerDigits = 0;
+    int DecimalDigits = 0;
+};
+
+namespace QuantityMasks {
+constexpr QuantityMask Hours = {2, 2};
+constexpr QuantityMask Units = {5, 2};
+constexpr QuantityMask Rate = {5, 3};
+constexpr QuantityMask Amount = {8, 2};
+} // namespace QuantityMasks
+
 /// Keeps a numeric text box to decimal numbers of a bounded size: a text that breaks the mask
 /// gives way to the last one that was good.
 ///
@@ -16,6 +30,7 @@ public:
         int Caret = 0;
     };
 
+    /// What the box may hold; the last good text stays.
     void SetMask(int integerDigits, int decimalDigits);
 
     /// Called after every change that the user makes, with the box's text and caret.

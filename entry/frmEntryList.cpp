@@ -4,6 +4,7 @@
 #include "lookup/frmLookup.h"
 #include "lookup/frmTransFilter.h"
 #include "platform/ArrowPicture.h"
+#include "platform/clsDecimalSign.h"
 #include "platform/clsRunTimeError.h"
 #include "platform/clsUpperCase.h"
 #include "platform/DataLabel.h"
@@ -182,9 +183,7 @@ void frmEntryList::ConnectCodes()
         connect(&box, &QLineEdit::textEdited, this, [this, control, &box] {
             if (!TakeFocusForEdit(control, box))
                 return;
-            m_screen[control].Text = box.text();
-            m_fieldEdited = true;
-            m_entryModule.FieldEdited();
+            TakeEdit(control, box.text());
             Render();
         });
     }
@@ -206,6 +205,7 @@ void frmEntryList::ConnectQuantities()
     for (const EntryControl control :
         {EntryControl::txtHours, EntryControl::txtRate, EntryControl::txtAmount}) {
         auto &box = static_cast<QLineEdit &>(WidgetOf(control));
+        box.setValidator(new clsDecimalSign(&box));
         connect(&box, &QLineEdit::textEdited, this,
             [this, control, &box] { QuantityEdited(control, box); });
     }
@@ -214,6 +214,8 @@ void frmEntryList::ConnectQuantities()
 void frmEntryList::ConnectOthers()
 {
     connect(ui->txtDescription, &QLineEdit::textEdited, this, [this](const QString &text) {
+        if (m_screen[EntryControl::txtDescription].Text == text)
+            return;
         m_screen[EntryControl::txtDescription].Text = text;
         m_entryModule.TakeDescription();
         Render();
@@ -386,8 +388,6 @@ void frmEntryList::Render()
         ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
     RenderTitle();
     RenderNotice();
-    if (const auto *box = qobject_cast<QLineEdit *>(focusWidget()))
-        m_mask.TakeAsGood(box->text());
     MoveFocus();
 }
 
@@ -463,14 +463,11 @@ void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
     auto *box = qobject_cast<QLineEdit *>(&control);
     if (box != nullptr) {
         m_fieldEdited = false;
-        SetMask(control);
         if (!m_focusByMouse && !box->text().isEmpty())
             box->selectAll();
     }
     m_focusByMouse = false;
     m_entryModule.RememberFocusTexts();
-    if (&control == ui->txtMultiplierCode && std::exchange(m_entryModule.SkipMultiplier, false))
-        m_keys.SendKeys(u"{TAB}"_s);
 }
 
 void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
@@ -586,25 +583,6 @@ void frmEntryList::ApplyList(const QComboBox &list)
     });
 }
 
-frmEntryList::Digits frmEntryList::DigitsOf(const QWidget &box) const
-{
-    if (&box == ui->txtHours)
-        return m_entryModule.Entry.IsExpense() ? Digits{5, 2} : Digits{2, 2};
-    if (&box == ui->txtRate)
-        return {5, 3};
-    if (&box == ui->txtAmount)
-        return {8, 2};
-    return {};
-}
-
-void frmEntryList::SetMask(const QWidget &box)
-{
-    const Digits digits = DigitsOf(box);
-    m_mask = clsM90Mask();
-    m_mask.SetMask(digits.Integer, digits.Decimal);
-    m_mask.TakeAsGood(static_cast<const QLineEdit &>(box).text());
-}
-
 bool frmEntryList::TakeFocusForEdit(EntryControl control, QLineEdit &box)
 {
     if (focusWidget() == &box)
@@ -619,30 +597,38 @@ bool frmEntryList::TakeFocusForEdit(EntryControl control, QLineEdit &box)
         return false; // what the other box held has closed this one
     // In a window that is not active the box learns of its focus later, and not as of one entered.
     m_fieldEdited = false;
-    SetMask(box);
     m_entryModule.RememberFocusTexts();
     box.setText(text);
     box.setCursorPosition(caret);
     return true;
 }
 
+void frmEntryList::TakeEdit(EntryControl control, const QString &text)
+{
+    if (m_screen[control].Text == text)
+        return;
+    m_screen[control].Text = text;
+    m_fieldEdited = true;
+    m_entryModule.FieldEdited();
+}
+
 void frmEntryList::QuantityEdited(EntryControl control, QLineEdit &box)
 {
     if (!TakeFocusForEdit(control, box))
         return;
+    // The kind of the entry, and with it the mask, can change while the focus stays in the box.
+    const QuantityMask mask = m_entryModule.MaskOf(control);
+    m_mask.SetMask(mask.IntegerDigits, mask.DecimalDigits);
+    m_mask.TakeAsGood(m_screen[control].Text);
     const clsM90Mask::Verified verified = m_mask.gVerify_Change(box.text(), box.cursorPosition());
     const bool putBack = verified.Text != box.text();
     if (putBack) {
         box.setText(verified.Text);
         box.setCursorPosition(verified.Caret);
     }
-    m_screen[control].Text = verified.Text;
-    m_fieldEdited = true;
-    m_entryModule.FieldEdited();
-    if (putBack) {
-        const Digits digits = DigitsOf(box);
-        m_screen.PutBack = {control, DigitsTaken(digits.Integer, digits.Decimal)};
-    }
+    TakeEdit(control, verified.Text);
+    if (putBack)
+        m_screen.PutBack = {control, DigitsTaken(mask.IntegerDigits, mask.DecimalDigits)};
     Render();
 }
 

@@ -93,14 +93,8 @@ private:
     /// the box takes the focus. False, and the edit undone, when the code in the box that has it is
     /// refused.
     bool TakeFocusForEdit(EntryControl control, QLineEdit &box);
+    void TakeEdit(EntryControl control, const QString &text); ///< only another text is an edit
     void QuantityEdited(EntryControl control, QLineEdit &box);
-    struct Digits
-    {
-        int Integer = 0;
-        int Decimal = 0;
-    };
-    Digits DigitsOf(const QWidget &box) const; ///< that its mask takes
-    void SetMask(const QWidget &box);
     QWidget &WidgetOf(EntryControl control) const;
     void FocusTo(EntryControl control);
 

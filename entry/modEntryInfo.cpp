@@ -75,7 +75,8 @@ void modEntryInfo::Show(Reading reading)
     m_loading = true;
     const auto shown = qScopeGuard([this] { m_loading = false; });
     m_activityFocusRequested = false;
-    m_screen.PutBack.reset();
+    if (reading == Reading::Stored)
+        m_screen.PutBack.reset();
     m_statusTextBefore = m_previousStatusText;
     if (EntryLoaded && reading == Reading::Stored && !m_list.SuppressRowSelect)
         ReadStoredEntry();

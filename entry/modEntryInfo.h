@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entry/clsM90Mask.h"
 #include "entry/EntryListState.h"
 #include "entry/EntryScreen.h"
 #include "entry/FieldReasons.h"
@@ -77,13 +78,12 @@ public:
     /// Opens the lookup of a code (one of LookupKinds) and takes the choice into the entry; false
     /// when none was made. Does nothing for a project without a customer.
     bool LookUp(size_t kind, LookupStart start);
-    /// The multiplier's box is passed over when it next gets the focus; taken away by that.
-    bool SkipMultiplier = false;
     /// What a lookup for the filter left in the entry gives way to what the box shows.
     void TakeProjectFromBox();
     EntryControl AfterActivity() const; ///< the field that follows the activity
 
     // Billing, hours, rate and amount.
+    QuantityMask MaskOf(EntryControl box) const; ///< of the hours, rate or amount, as they are now
     void ApplyBillingStatus();
     void ApplyBillingOption();
     void ApplyHoursText();
@@ -140,7 +140,9 @@ private:
     CodeCheck Refuse(EntryControl box, QString &code, const QString &previous, const QString &why);
     FieldFacts Facts() const;
     void SelectFieldText(EntryControl box);
+    QString CodeIn(EntryControl box); ///< without the spaces after it, which the box loses too
     void TakeActivity(bool found);
+    void DropImpossibleHours();
     void ShowAgain();
     bool Fail(const QString &message, EntryControl control, const QString &key, bool selectText);
 

@@ -64,6 +64,29 @@ bool modEntryInfo::SettingIsUpToThree() const
     return setting == "1"_L1 || setting == "2"_L1 || setting == "3"_L1;
 }
 
+QuantityMask modEntryInfo::MaskOf(EntryControl box) const
+{
+    switch (box) {
+    case EntryControl::txtRate:
+        return QuantityMasks::Rate;
+    case EntryControl::txtAmount:
+        return QuantityMasks::Amount;
+    default:
+        return Entry.IsExpense() ? QuantityMasks::Units : QuantityMasks::Hours;
+    }
+}
+
+void modEntryInfo::DropImpossibleHours()
+{
+    const QString hours = Shown(Entry.Hours, HoursDecimals);
+    clsM90Mask mask;
+    mask.SetMask(QuantityMasks::Hours.IntegerDigits, QuantityMasks::Hours.DecimalDigits);
+    if (mask.gVerify_Change(hours, 0).Text == hours)
+        return;
+    Entry.Hours = Currency();
+    m_screen.PutBack = {EntryControl::txtHours, hours + u" units cannot be hours."_s};
+}
+
 void modEntryInfo::RecalcAmount()
 {
     if (Entry.IsExpense())

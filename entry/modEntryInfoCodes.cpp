@@ -33,9 +33,15 @@ CodeCheck modEntryInfo::Refuse(
     return CodeCheck::Refused;
 }
 
+QString modEntryInfo::CodeIn(EntryControl box)
+{
+    m_screen[box].Text = WithoutTrailingSpaces(m_screen[box].Text);
+    return m_screen[box].Text;
+}
+
 CodeCheck modEntryInfo::CheckCustomer()
 {
-    Entry.CustomerCode = m_screen[EntryControl::txtCustomer].Text;
+    Entry.CustomerCode = CodeIn(EntryControl::txtCustomer);
     if (Entry.CustomerCode.isEmpty()) {
         Entry.ProjectCode.clear();
         m_screen[EntryControl::txtProject].Text.clear();
@@ -53,7 +59,7 @@ CodeCheck modEntryInfo::CheckCustomer()
 
 CodeCheck modEntryInfo::CheckProject()
 {
-    Entry.ProjectCode = m_screen[EntryControl::txtProject].Text;
+    Entry.ProjectCode = CodeIn(EntryControl::txtProject);
     if (Entry.ProjectCode.isEmpty()) {
         RememberFocusTexts();
         return CodeCheck::Accepted;
@@ -105,7 +111,7 @@ void modEntryInfo::TakeActivity(bool found)
 
 CodeCheck modEntryInfo::CheckActivity()
 {
-    Entry.ActivityCode = m_screen[EntryControl::txtActivity].Text;
+    Entry.ActivityCode = CodeIn(EntryControl::txtActivity);
     const bool blank = Entry.ActivityCode.isEmpty();
     modDBActi &activities = m_tables.Activities;
     const bool found = !blank && activities.Find(0, PadKey(Entry.ActivityCode, KeyWidth::Activity));
@@ -114,7 +120,11 @@ CodeCheck modEntryInfo::CheckActivity()
             NoSuchCode(m_tables.Options.Working.Activity_Term, Entry.ActivityCode));
     if (found)
         activities.ReadActivity(activities.Record);
+    // Hours that a time entry held before stay, whoever stored them.
+    const bool heldUnits = Entry.IsExpense() || m_previousActivity.isEmpty();
     TakeActivity(found);
+    if (found && heldUnits && !Entry.IsExpense())
+        DropImpossibleHours();
 
     if (ExpenseIsRefused()) {
         ShowAgain(); // refuses it, tells the user, and shows what is left
@@ -140,7 +150,7 @@ CodeCheck modEntryInfo::CheckActivity()
 CodeCheck modEntryInfo::CheckMultiplier()
 {
     ControlState &box = m_screen[EntryControl::txtMultiplierCode];
-    if (box.Text == m_previousMultiplier)
+    if (CodeIn(EntryControl::txtMultiplierCode) == m_previousMultiplier)
         return CodeCheck::Accepted;
     if (box.Text.size() == 1 && box.Text.at(0) >= u'0' && box.Text.at(0) <= u'9')
         box.Text.prepend(u'0');

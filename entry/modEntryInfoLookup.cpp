@@ -105,7 +105,6 @@ void modEntryInfo::RequestFocusAfterLookup()
         m_screen.Focus = {AfterActivity()};
         break;
     default:
-        SkipMultiplier = true;
         m_screen.Focus = {EntryControl::txtHours};
         break;
     }

@@ -18,6 +18,13 @@ QString InSentence(const QString &term)
     return words.join(u' ');
 }
 
+QString WithoutTrailingSpaces(QString code)
+{
+    while (code.endsWith(u' '))
+        code.chop(1);
+    return code;
+}
+
 QString NoSuchCode(const QString &term, const QString &code)
 {
     const QString word = InSentence(term);

@@ -182,7 +182,7 @@ void modTransFilter::CheckBox(FilterField name)
     const Field field = Of(name);
     m_filter.FilterCodeReverted = false;
     m_putBackText.clear();
-    field.Code = field.Text;
+    field.Code = field.Text = WithoutTrailingSpaces(field.Text);
     if (field.Code.isEmpty()) {
         field.Name = All;
         if (name == FilterField::Customer)

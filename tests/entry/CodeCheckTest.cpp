@@ -84,8 +84,7 @@ TEST_F(CodeCheckOf, UnknownCustomersGiveWayToTheFormerOne)
     Start();
     EnterBillableTime();
     const EntryRecord before = Remembered();
-    for (const QString &code :
-        {u"9999"_s, u"010"_s, u"01000"_s, u" 0100"_s, u"ZZZ"_s, u" "_s, u"0"_s}) {
+    for (const QString &code : {u"9999"_s, u"010"_s, u"01000"_s, u" 0100"_s, u"ZZZ"_s, u"0"_s}) {
         SCOPED_TRACE(code.toStdString());
         EXPECT_EQ(EnterCustomer(code), CodeCheck::Refused);
         ExpectRefused(txtCustomer, u"0100"_s);
@@ -94,11 +93,40 @@ TEST_F(CodeCheckOf, UnknownCustomersGiveWayToTheFormerOne)
     }
 }
 
-TEST_F(CodeCheckOf, BlanksBehindACodeArePartOfItsKeyAnyway)
+TEST_F(CodeCheckOf, SpacesAfterACodeAreCutBeforeItIsChecked)
 {
     Start();
-    EXPECT_EQ(EnterCustomer(u"0100 "_s), CodeCheck::Accepted);
-    EXPECT_EQ(Entry.CustomerCode, u"0100 "_s);
+    EXPECT_EQ(EnterCustomer(u"0100  "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.CustomerCode, u"0100"_s);
+    EXPECT_EQ(Text(txtCustomer), u"0100"_s);
+    EXPECT_EQ(EnterProject(u"AUDIT "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.ProjectCode, u"AUDIT"_s);
+    EXPECT_EQ(Text(txtProject), u"AUDIT"_s);
+    EXPECT_EQ(EnterActivity(u"CONS "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.ActivityCode, u"CONS"_s);
+    EXPECT_EQ(Text(txtActivity), u"CONS"_s);
+    EXPECT_EQ(EnterMultiplier(u"5 "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.MultiplierCode, u"05"_s);
+    EXPECT_EQ(Text(txtMultiplierCode), u"05"_s);
+    EXPECT_EQ(EnterMultiplier(u"05 "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Text(txtMultiplierCode), u"05"_s);
+}
+
+TEST_F(CodeCheckOf, SpacesAloneAreABlankCode)
+{
+    Start();
+    EnterBillableTime();
+    EXPECT_EQ(EnterProject(u"  "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.ProjectCode, QString());
+    EXPECT_EQ(Text(txtProject), QString());
+    EXPECT_EQ(EnterCustomer(u" "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Entry.CustomerCode, QString());
+    EXPECT_EQ(Text(txtCustomer), QString());
+    EXPECT_FALSE(Screen[cmdProject].Enabled);
+    EXPECT_EQ(EnterMultiplier(u" "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Text(txtMultiplierCode), QString());
+    EXPECT_EQ(EnterActivity(u" "_s), CodeCheck::Accepted);
+    EXPECT_EQ(Text(txtActivity), QString());
 }
 
 TEST_F(CodeCheckOf, AnUnknownFirstCustomerLeavesTheBoxEmpty)

@@ -54,6 +54,22 @@ protected:
         Press(Qt::Key_Return);
     }
 
+    /// Picks that code in the lookup that the button opens.
+    void PickWith(const char *button, const QString &code)
+    {
+        InDialog([&] { ClickButton(button); },
+            [&](QWidget &dialog) {
+                clsGrid &grid = ListOf(dialog);
+                for (int row = 1; row < grid.Rows(); ++row) {
+                    if (grid.TextMatrix(row, 1) == code)
+                        ClickRecord(dialog, row);
+                }
+                Click(dialog, "cmdSelect");
+            });
+    }
+
+    void ExpectChanged(bool changed) { EXPECT_EQ(Window().isWindowModified(), changed); }
+
     QString FileOfEntries() const { return Folder.path() + u"/ABCEntries-WkLg.db"_s; }
 };
 
@@ -122,7 +138,39 @@ TEST_F(EntryLookups, ALookedUpCustomerTakesTheFormerOnesProjectAway)
     EXPECT_EQ(Focused(), u"txtActivity"_s);
 }
 
-TEST_F(EntryLookups, AMultiplierBringsItsFactorLeadsToTheHoursAndIsPassedOverOnce)
+TEST_F(EntryLookups, UnitsHaveTheirFiveDigitsAsSoonAsAnExpenseIsLookedUp)
+{
+    Start();
+    EnterCode("txtCustomer", u"0100"_s);
+    EnterCode("txtActivity", u"CONS"_s);
+    ASSERT_EQ(Focused(), u"txtHours"_s);
+    PickWith("cmdActivity", u"MILES"_s);
+    ASSERT_EQ(Focused(), u"txtHours"_s);
+    Press(Qt::Key_A, Qt::ControlModifier);
+    Type(u"250"_s);
+    EXPECT_EQ(Text("txtHours"), u"250"_s);
+    ClickButton("cmdOK");
+    ASSERT_EQ(Stored().size(), 1U);
+    EXPECT_EQ(Stored()[0].Hours, Currency::FromWhole(250));
+}
+
+TEST_F(EntryLookups, HoursKeepToTwoDigitsAsSoonAsATimeActivityIsLookedUp)
+{
+    Start();
+    EnterCode("txtCustomer", u"0100"_s);
+    EnterCode("txtActivity", u"MILES"_s);
+    ASSERT_EQ(Focused(), u"txtHours"_s);
+    PickWith("cmdActivity", u"CONS"_s);
+    ASSERT_EQ(Focused(), u"txtHours"_s);
+    Press(Qt::Key_A, Qt::ControlModifier);
+    Type(u"12345"_s);
+    EXPECT_EQ(Text("txtHours"), u"12"_s);
+    ClickButton("cmdOK");
+    ASSERT_EQ(Stored().size(), 1U);
+    EXPECT_EQ(Stored()[0].Hours, Currency::FromWhole(12));
+}
+
+TEST_F(EntryLookups, AMultiplierBringsItsFactorAndLeadsToTheHours)
 {
     Company.Multipliers = {SampleMultiplier(u"01"_s, u"Standard"_s, Currency::FromWhole(1)),
         SampleMultiplier(u"02"_s, u"Overtime"_s, Currency::FromScaled(15000))};
@@ -140,9 +188,30 @@ TEST_F(EntryLookups, AMultiplierBringsItsFactorLeadsToTheHoursAndIsPassedOverOnc
     EXPECT_EQ(Text("txtMultiplierFactor"), u"1.5000"_s);
     EXPECT_EQ(Text("txtAmount"), u"270.00"_s);
     EXPECT_EQ(Focused(), u"txtHours"_s);
-    GoTo("cboBOption");
-    Press(Qt::Key_Tab);
-    EXPECT_NE(Focused(), u"txtMultiplierCode"_s);
+}
+
+TEST_F(EntryLookups, AfterALookedUpMultiplierItsBoxIsEnteredLikeAnyOther)
+{
+    Company.Multipliers = {SampleMultiplier(u"02"_s, u"Overtime"_s, Currency::FromScaled(15000))};
+    Start();
+    EnterCode("txtCustomer", u"0100"_s);
+    EnterCode("txtActivity", u"CONS"_s);
+    PickWith("cmdMultiplier", u"02"_s);
+    ASSERT_EQ(Focused(), u"txtHours"_s);
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(Focused(), u"txtMultiplierCode"_s);
+    GoTo("txtHours");
+    Type(u"1"_s);
+    ClickButton("cmdOK");
+    ASSERT_EQ(Stored().size(), 1U);
+
+    EnterCode("txtCustomer", u"0100"_s);
+    EnterCode("txtActivity", u"CONS"_s);
+    ClickButton("txtMultiplierCode");
+    ASSERT_EQ(Focused(), u"txtMultiplierCode"_s);
+    Type(u"02"_s);
+    EXPECT_EQ(Text("txtMultiplierCode"), u"02"_s);
+    EXPECT_EQ(Text("txtHours"), u".00"_s);
     GoTo("cboBOption");
     Press(Qt::Key_Tab);
     EXPECT_EQ(Focused(), u"txtMultiplierCode"_s);

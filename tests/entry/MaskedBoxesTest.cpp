@@ -71,6 +71,8 @@ protected:
         LetEventsRun();
     }
 
+    void ExpectChanged(bool changed) { EXPECT_EQ(Window().isWindowModified(), changed); }
+
     void ExpectBox(const char *name, const QString &text, int caret)
     {
         EXPECT_EQ(Text(name), text);
@@ -252,6 +254,39 @@ TEST_F(MaskedBoxes, TheMaskIsThatOfTheKindAsTheBoxIsEntered)
     EXPECT_EQ(Text("txtHours"), u"12"_s);
 }
 
+TEST_F(MaskedBoxes, UnitsThatAreNoPossibleHoursDoNotBecomeHours)
+{
+    StartWith(u"MILES"_s);
+    Type(u"250"_s);
+    EnterCode("txtActivity", u"CONS"_s);
+    EXPECT_EQ(Text("txtHours"), u".00"_s);
+    ClickButton("cmdOK");
+    EXPECT_THAT(Messages.Texts(), ElementsAre(u"Invalid Hours."_s));
+    EXPECT_THAT(Stored(), IsEmpty());
+    Type(u"7.5"_s);
+    ClickButton("cmdOK");
+    ASSERT_EQ(Stored().size(), 1U);
+    EXPECT_EQ(Stored()[0].Hours, Currency::FromScaled(75000));
+}
+
+TEST_F(MaskedBoxes, UnitsThatArePossibleHoursBecomeHours)
+{
+    StartWith(u"MILES"_s);
+    Type(u"12.5"_s);
+    EnterCode("txtActivity", u"CONS"_s);
+    EXPECT_EQ(Text("txtHours"), u"12.50"_s);
+}
+
+TEST_F(MaskedBoxes, HoursFromElsewhereStayWhenTheActivityIsStillTime)
+{
+    Company.Entries = {SampleEntry(
+        u"0100"_s, u"AUDIT"_s, u"CONS"_s, QDate(2026, 3, 2), Currency::FromWhole(1234))};
+    Start();
+    ClickRow(1);
+    EnterCode("txtActivity", u"TRAIN"_s);
+    EXPECT_EQ(Text("txtHours"), u"1234.00"_s);
+}
+
 TEST_F(MaskedBoxes, TheAmountIsShownAndNotEdited)
 {
     StartWith(u"MILES"_s);
@@ -388,4 +423,124 @@ TEST_F(MaskedBoxes, PassingThroughTheLockedAmountKeepsItsDecimals)
     ClickButton("cmdOK");
     ASSERT_EQ(Stored().size(), 1U);
     EXPECT_EQ(Stored()[0].Amount, Currency::FromScaled(83332));
+}
+
+TEST_F(MaskedBoxes, ARefusedKeyIsNoEdit)
+{
+    EntryRecord record = SampleEntry(u"0100"_s, u"AUDIT"_s, u"CONS"_s, QDate(2026, 3, 2),
+        Currency::FromWhole(12), Currency::FromWhole(12345));
+    record.Billing_Option = u"6"_s;
+    record.Multiplier_Number = u"2"_s;
+    record.Multiplier_Factor = Currency::FromScaled(15000);
+    Company.Entries = {record};
+    Start();
+    ClickRow(1);
+    for (const char *box : {"txtHours", "txtRate"}) {
+        GoTo(box);
+        const QString shown = Text(box);
+        Press(Qt::Key_End);
+        Type(u"5"_s); // one decimal too many
+        EXPECT_EQ(Text(box), shown);
+        Type(u"."_s); // a second point
+        EXPECT_EQ(Text(box), shown);
+        ExpectChanged(false);
+    }
+    GoTo("txtDescription");
+    EXPECT_EQ(Text("txtMultiplierCode"), u"2"_s);
+    EXPECT_EQ(Text("txtRate"), u"18517.500"_s);
+    ExpectChanged(false);
+    EXPECT_FALSE(List("cboCompany").isEnabled()) << "a stored entry";
+    ClickButton("cmdOK");
+    EXPECT_EQ(Stored()[0].Rate, record.Rate);
+    EXPECT_EQ(Stored()[0].Rate_Overridden, record.Rate_Overridden);
+    EXPECT_EQ(Stored()[0].Multiplier_Number, u"2"_s);
+}
+
+TEST_F(MaskedBoxes, PastingWhatIsThereOrNothingIsNoEdit)
+{
+    EntryRecord record = SampleEntry(
+        u"0100"_s, u"AUDIT"_s, u"CONS"_s, QDate(2026, 3, 2), Currency::FromWhole(1), {}, u"Text"_s);
+    record.Billing_Option = u"6"_s;
+    Company.Entries = {record};
+    Start();
+    ClickRow(1);
+    for (const char *box :
+        {"txtCustomer", "txtActivity", "txtHours", "txtRate", "txtDescription"}) {
+        GoTo(box);
+        Press(Qt::Key_A, Qt::ControlModifier);
+        Paste(Text(box));
+        Paste(QString());
+        ExpectChanged(false);
+    }
+    GoTo("txtDescription");
+    EXPECT_EQ(Stored()[0].Rate, record.Rate);
+    Type(u"x"_s);
+    ExpectChanged(true);
+}
+
+TEST_F(MaskedBoxes, ALetterOverZeroHoursIsNoEditAndOverOthersIsOne)
+{
+    Start();
+    GoTo("txtHours");
+    Type(u"x"_s);
+    ExpectBox("txtHours", u".00"_s, 0);
+    ExpectChanged(false);
+    Press(Qt::Key_Delete);
+    ExpectChanged(true);
+}
+
+namespace {
+
+/// Where the system's decimal sign is a comma.
+class CommaCountry : public MaskedBoxes
+{
+protected:
+    CommaCountry() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+    ~CommaCountry() override
+    {
+        Program.reset();
+        QLocale::setDefault(m_before);
+    }
+
+private:
+    QLocale m_before;
+};
+
+} // namespace
+
+TEST_F(CommaCountry, ATypedCommaIsTheDecimalPoint)
+{
+    StartWith(u"CONS"_s);
+    Type(u"1,5"_s);
+    ExpectBox("txtHours", u"1.5"_s, 3);
+    Type(u","_s);
+    ExpectBox("txtHours", u"1.5"_s, 3);
+    GoTo("txtRate");
+    EXPECT_EQ(Text("txtHours"), u"1.50"_s);
+    Type(u"80,125"_s);
+    ExpectBox("txtRate", u"80.125"_s, 6);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Text("txtAmount"), u"120.19"_s);
+}
+
+TEST_F(CommaCountry, APastedOrDroppedCommaIsTheDecimalPointToo)
+{
+    StartWith(u"MILES"_s);
+    Empty();
+    Paste(u"12,25"_s);
+    ExpectBox("txtHours", u"12.25"_s, 5);
+    Empty();
+    Paste(u"1.234,5"_s); // two points: no number
+    ExpectBox("txtHours", QString(), 0);
+    Drop("txtHours", u",5"_s, Place::Front);
+    EXPECT_EQ(Text("txtHours"), u".5"_s);
+}
+
+TEST_F(MaskedBoxes, WhereThePointIsTheDecimalSignACommaStaysAComma)
+{
+    StartWith(u"MILES"_s);
+    Type(u"1,5"_s);
+    ExpectBox("txtHours", u"1,5"_s, 3);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Text("txtHours"), u"15.00"_s);
 }

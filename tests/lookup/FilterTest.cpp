@@ -183,6 +183,23 @@ TEST_F(TransFilter, ACodeThatDiffersInCaseOrLengthIsUnknown)
     });
 }
 
+TEST_F(TransFilter, SpacesAfterACodeAreCutBeforeItIsChecked)
+{
+    Open([this] {
+        Enter("txtCustomer", u"0100 "_s);
+        Enter("txtProject", u"AUDIT  "_s);
+        Enter("txtActivity", u"CONS "_s);
+        EXPECT_THAT(Boxes(), ElementsAre(u"0100"_s, u"AUDIT"_s, u"CONS"_s));
+        Enter("txtProject", u" "_s);
+        EXPECT_EQ(Boxes().at(1), QString());
+        EXPECT_EQ(Names().at(1), u"All"_s);
+        ClickButton("cmdOK");
+    });
+    EXPECT_EQ(Filter.AppliedFilterCustomer, u"0100"_s);
+    EXPECT_EQ(Filter.AppliedFilterProject, QString());
+    EXPECT_EQ(Filter.AppliedFilterActivity, u"CONS"_s);
+}
+
 TEST_F(TransFilter, ARefusedCodeBackToNothingLeavesNoCustomersNameButAllForTheOthers)
 {
     Company.Customers.push_back(SampleCustomer({}, u"Without a code"_s));
