@@ -73,7 +73,7 @@ void RunIn(const QString &worklog, const QString &argument, ExchangeLog &log)
     const QString folder = ProgramFolderFromArgument(argument);
     const FolderLock lock(folder);
     log.Write(u"Synchronisation of "_s + folder);
-    frmProgress window;
+    frmProgress window(HasDisplay());
     const ProgressReport progress
         = [&](const QString &company, const QString &table, qint64 done, qint64 all) {
               window.ShowProgress(company, table, done, all);

@@ -11,18 +11,18 @@ namespace {
 
 constexpr qint64 MillisecondsBetweenPictures = 50;
 
+} // namespace
+
 bool HasDisplay()
 {
     const QString platform = QGuiApplication::platformName();
     return platform != "offscreen"_L1 && platform != "minimal"_L1;
 }
 
-} // namespace
-
-frmProgress::frmProgress(QWidget *parent)
+frmProgress::frmProgress(bool hasDisplay, QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::frmProgress>())
-    , m_hasDisplay(HasDisplay())
+    , m_hasDisplay(hasDisplay)
 {
     ui->setupUi(this);
     if (m_hasDisplay)

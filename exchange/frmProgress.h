@@ -9,14 +9,17 @@ namespace Ui {
 class frmProgress;
 }
 
-/// A small window that shows which table of which company is at work. It only tells: closing it
+/// Whether somebody could see a window.
+bool HasDisplay();
+
+/// A small window that shows which table of which company is at work. It only reports: closing it
 /// does not interrupt anything. Without a display there is no window.
 class frmProgress : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit frmProgress(QWidget *parent = nullptr);
+    explicit frmProgress(bool hasDisplay, QWidget *parent = nullptr);
     ~frmProgress() override;
 
     /// Draws, and lets the window answer, at most twenty times a second: the work must not wait

@@ -8,8 +8,8 @@
 
 It works in a copy of the project in build/mutate, with one job, and never touches the project's own
 files. The copy is built once; clang then compiles each faulted file, for which it needs a second as
-it reads the file's headers once for all its faults. What a former run has found holds until the
-file, the fault or its tests are changed.
+it reads the file's headers once for all its faults. That a fault was noticed holds until the file or
+the fault is changed; survivors without a reason are tried again.
 
 A list is tools/faults/<module>.txt; a fault in it is a section:
 
@@ -40,6 +40,8 @@ from pathlib import Path
 
 KEYS = {"file", "text", "fault", "tests", "survives"}
 MOST_SURVIVORS = 0.05
+SOUND = ".sound"  # behind the name of a program without a fault
+MOST_SECONDS = 300  # of a run; what a fault keeps busy for longer is noticed
 FAILED_TEST = re.compile(r"^\[  FAILED  \] (\S+?)[,.]?(?: |$)", re.M)
 
 
@@ -135,7 +137,7 @@ class Copy:
         self.folder = root / "build/mutate"
         self.tree = self.folder / "tree"
         self.build = self.tree / "build/release"
-        self.baselines = {}  # (program, filter): seconds, or None where it fails without a fault
+        self.sound_tests = {}  # (program, filter): whether it passes without a fault
         self.compile_commands = {}  # by file
         self.links = {}  # program: the commands that link it and the programs that it starts
         self.head = ""  # of the file whose includes are compiled already
@@ -152,6 +154,8 @@ class Copy:
             copy.parent.mkdir(parents=True, exist_ok=True)
             copy.write_bytes(source.read_bytes())
             copy.chmod(source.stat().st_mode)
+        for kept in self.build.glob(f"*/*{SOUND}"):  # of a run that was ended in between
+            kept.replace(kept.with_name(kept.name.removesuffix(SOUND)))
         result = self.call(["cmake", "--preset", "release"], self.tree)
         if result.returncode != 0:
             sys.exit(result.stdout + result.stderr)
@@ -175,7 +179,7 @@ class Copy:
         self.links[program] = commands
         return ""
 
-    def run(self, program, test_filter, most_seconds):
+    def run(self, program, test_filter):
         """What noticed something: a failed test, the way it ended, or nothing."""
         process = subprocess.Popen(
             ["nice", "-n", "10", str(self.build / "tests" / program), "--gtest_fail_fast",
@@ -184,7 +188,7 @@ class Copy:
             start_new_session=True,
             env=dict(os.environ, QT_QPA_PLATFORM="offscreen", XDG_RUNTIME_DIR=self.runtime.name))
         try:
-            output = process.communicate(timeout=most_seconds)[0].decode(errors="replace")
+            output = process.communicate(timeout=MOST_SECONDS)[0].decode(errors="replace")
         except subprocess.TimeoutExpired:
             os.killpg(process.pid, signal.SIGKILL)
             process.communicate()
@@ -194,16 +198,11 @@ class Copy:
         failed = FAILED_TEST.search(output)
         return failed.group(1) if failed else f"it ended with {process.returncode}"
 
-    def seconds_without_fault(self, program, test_filter):
+    def passes_without_fault(self, program, test_filter):
         test = (program, test_filter)
-        if test not in self.baselines:
-            failed = program not in self.links and self.make(program)
-            begun = time.monotonic()
-            failed = failed or self.run(program, test_filter, 600)
-            self.baselines[test] = None if failed else time.monotonic() - begun
-            if failed:
-                print(f"without any fault, {program} {test_filter}: {failed}", flush=True)
-        return self.baselines[test]
+        if test not in self.sound_tests:
+            self.sound_tests[test] = self.run(program, test_filter) == ""
+        return self.sound_tests[test]
 
     def compile(self, fault):
         """What the compiler says about the faulted file when it fails, else nothing."""
@@ -238,7 +237,7 @@ class Copy:
                 output = self.build / link[link.index("-o") + 1]
                 if output in sound or not {part, library} & set(link):
                     continue
-                sound[output] = output.with_suffix(".sound")
+                sound[output] = output.with_name(output.name + SOUND)
                 output.rename(sound[output])
                 changed = [faulted if word == part else word for word in link]
                 if part not in link:
@@ -250,9 +249,23 @@ class Copy:
 
     def judge(self, fault):
         """The verdict, and what gave it."""
-        seconds = [self.seconds_without_fault(*test) for test in fault.tests]
-        if None in seconds:
-            return "not run", "its tests fail without it"
+        for program, _ in fault.tests:
+            if program not in self.links and (complaint := self.make(program)):
+                return "not run", f"{program} cannot be built: {complaint[-300:]}"
+        noticed = self.plant(fault)
+        if isinstance(noticed, str):
+            return "invalid", noticed
+        if not noticed:
+            return "survived", ""
+        program, test_filter, failed = noticed
+        # By a test that only this fault fails.
+        only = failed if re.fullmatch(r"[\w/]+\.[\w/]+", failed) else test_filter
+        if not self.passes_without_fault(program, only):
+            return "not run", f"{program} fails without it: {only}"
+        return "noticed", f"{program} {failed}"
+
+    def plant(self, fault):
+        """The program, its filter and what noticed the fault; nothing; or why it is no program."""
         complaint = self.compile(fault)
         sound = {}
         try:
@@ -260,20 +273,18 @@ class Copy:
                 sound, complaint = self.link(fault, [program for program, _ in fault.tests])
             if complaint:
                 errors = [line for line in complaint.splitlines() if "error" in line]
-                return "invalid", (errors or complaint.splitlines()[-1:])[0]
-            for (program, test_filter), usual in zip(fault.tests, seconds):
-                noticed = self.run(program, test_filter, 30 + 5 * usual)
-                if noticed:
-                    return "noticed", f"{program} {noticed}"
-            return "survived", ""
+                return (errors or complaint.splitlines()[-1:])[0]
+            for program, test_filter in fault.tests:
+                if failed := self.run(program, test_filter):
+                    return program, test_filter, failed
+            return ()
         finally:
             for output, kept in sound.items():
                 kept.replace(output)
 
 
 def key_of(root, fault):
-    parts = [(root / fault.file).read_text(encoding="utf-8"), fault.text, fault.fault,
-             repr(fault.tests)]
+    parts = [(root / fault.file).read_text(encoding="utf-8"), fault.text, fault.fault]
     return hashlib.sha256("\0".join(parts).encode()).hexdigest()
 
 

@@ -22,6 +22,7 @@ TEST(CellRules, ACodeIsOneCharacterToItsWidth)
     EXPECT_FALSE(Allows(rule, u"ab "_s));
     EXPECT_FALSE(Allows(rule, u" ab"_s));
     EXPECT_FALSE(Allows(rule, u"a\nb"_s));
+    EXPECT_FALSE(Allows(rule, u"a\u007f"_s));
 }
 
 TEST(CellRules, AnOptionalCodeMayBeEmptyButNotBlank)

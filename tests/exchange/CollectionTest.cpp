@@ -167,6 +167,22 @@ TEST(Collection, WhatTheUserWritesWhileTheFileIsHandedOverComesWithTheNextOne)
     EXPECT_EQ(place.Note(u"ABC"_s), QString());
 }
 
+TEST(Collection, NothingIsErasedBeforeEveryCompanyHasDelivered)
+{
+    Installation place;
+    place.AddCompany(u"X Y"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    place.Choose(u"ABC"_s, u"2"_s);
+    place.PutEntries(u"X Y"_s, {EntryNumber(2)});
+    place.Write(u"X Y/uploads"_s, "a file where the folder should be");
+
+    EXPECT_EQ(place.Synchronise().ExitStatus, 1);
+
+    EXPECT_EQ(place.Entries(u"ABC"_s).size(), 1U);
+    EXPECT_EQ(place.Entries(u"X Y"_s).size(), 1U);
+}
+
 TEST(Collection, UploadsThatCannotBeWrittenLeaveTheEntries)
 {
     const Installation place;

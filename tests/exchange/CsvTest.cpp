@@ -168,4 +168,12 @@ TEST(Csv, WhatIsWrittenIsReadTheSame)
     EXPECT_EQ(CsvLine({"\xEF\xBB\xBFmark"}), "\"\xEF\xBB\xBFmark\"\r\n"); // nor a mark a file's
 }
 
+TEST(Csv, WhatAnotherProgramCouldReadOtherwiseStandsInQuotes)
+{
+    // Some end a line at a carriage return, and some drop blanks around a cell.
+    EXPECT_EQ(CsvLine({"a\rb", "\r"}), "\"a\rb\",\"\r\"\r\n");
+    EXPECT_EQ(CsvLine({" a", "b ", " "}), "\" a\",\"b \",\" \"\r\n");
+    EXPECT_EQ(CsvLine({"a b", "c\td"}), "a b,c\td\r\n");
+}
+
 } // namespace

@@ -102,6 +102,19 @@ TEST(LocalDatabases, ADamagedReferenceDatabaseIsMended)
     EXPECT_EQ(place.CustomerNames(u"ABC"_s).size(), 2);
 }
 
+TEST(LocalDatabases, ADatabaseWithOtherFieldsIsWrittenAgain)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    ASSERT_TRUE(QFile::remove(DatabaseFileOf(place, u"ABCOptions-WkLg"_s)));
+    BuildDatabase<CompanyRecord>(place.Program, u"ABCOptions-WkLg"_s, {{u"x"_s, u"x"_s, u"x"_s}});
+    const Outcome outcome = place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.Options(u"ABC"_s).Accounting_Name, u"Ledger"_s);
+    EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
+}
+
 TEST(LocalDatabases, ADamagedOptionsDatabaseLosesNoEntry)
 {
     const Installation place;

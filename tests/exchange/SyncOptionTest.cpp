@@ -75,12 +75,15 @@ TEST_F(SyncOptions, TheUsersChoiceSurvivesARewriteAndWinsOverTheFile)
 
 TEST_F(SyncOptions, AnyOtherValueIsNamed)
 {
-    Place.Choose(u"ABC"_s, u"7"_s);
-    const QMap<QString, QByteArray> before = Place.LocalFiles();
-    const Outcome outcome = Place.Synchronise();
-    EXPECT_EQ(outcome.ExitStatus, 1);
-    EXPECT_TRUE(outcome.Errors.contains(u"company ABC is \"7\""_s)) << qPrintable(outcome.Errors);
-    EXPECT_EQ(Place.LocalFiles(), before);
+    for (const QString &option : {u"4"_s, u"7"_s, u"00"_s, u"/"_s}) {
+        Place.Choose(u"ABC"_s, option);
+        const QMap<QString, QByteArray> before = Place.LocalFiles();
+        const Outcome outcome = Place.Synchronise();
+        EXPECT_EQ(outcome.ExitStatus, 1);
+        EXPECT_TRUE(outcome.Errors.contains(u"company ABC is \"%1\""_s.arg(option)))
+            << qPrintable(outcome.Errors);
+        EXPECT_EQ(Place.LocalFiles(), before);
+    }
 }
 
 TEST_F(SyncOptions, EachCompanyHasItsOwn)

@@ -1176,10 +1176,13 @@ TEST_F(RecordStoreCreate, DeletingTakesTheJournalAlong)
 TEST_F(RecordStoreCreate, WhatCannotBeDeletedIsNamed)
 {
     ASSERT_TRUE(QDir().mkpath(FileOf(u"T"_s) + u"/inside"_s));
+    QFile journal(FileOf(u"T"_s) + u"-journal"_s); // the only good copy of its pages
+    ASSERT_TRUE(journal.open(QIODevice::WriteOnly));
     const Raised raised = RaisedBy([&] { Store.DeleteDatabase(PathOf(u"T"_s), 0, 0); });
     EXPECT_EQ(raised.Number, StoreErrors::NotDeleted);
     EXPECT_TRUE(raised.Names(FileOf(u"T"_s)));
     EXPECT_TRUE(QFileInfo(FileOf(u"T"_s) + u"/inside"_s).isDir());
+    EXPECT_TRUE(journal.exists());
 }
 
 TEST_F(RecordStoreCreate, TheHoursSummaryIsRebuiltAgainAndAgain)

@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -141,4 +142,22 @@ TEST(StagedDurability, AllOldDatabasesAreLookedAtBeforeOneIsReplaced)
     EXPECT_THAT(calls,
         ElementsAre("open ABCCustomers-WkLg.db", "open ABCProjects-WkLg.db",
             "rename ABCCustomers-WkLg.db", folder, "rename ABCProjects-WkLg.db", folder));
+}
+
+TEST(StagedDatabases, ALinkInThePlaceOfTheFolderIsTakenAwayAndNotFollowed)
+{
+    const QTemporaryDir elsewhere;
+    QFile precious(elsewhere.filePath(u"precious"_s));
+    ASSERT_TRUE(precious.open(QIODevice::WriteOnly));
+    const SampleFolder program;
+    const QString staging = program.Path() + u"/exchange-staging"_s;
+    ASSERT_TRUE(QFile::link(elsewhere.path(), staging));
+    LocalDatabases local(program.Path());
+    {
+        const StagedDatabases staged(local);
+        EXPECT_FALSE(QFileInfo(staging).isSymLink());
+        EXPECT_TRUE(QFileInfo(staging).isDir());
+    }
+    EXPECT_TRUE(precious.exists());
+    EXPECT_FALSE(QFileInfo::exists(staging));
 }
