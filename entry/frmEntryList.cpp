@@ -10,6 +10,7 @@
 #include "platform/DataLabel.h"
 #include "platform/FieldWidth.h"
 #include "platform/FormEvents.h"
+#include "platform/OneLine.h"
 #include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 #include "summary/frmHrsSumm.h"
@@ -25,7 +26,10 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QSizeGrip>
+#include <QStatusBar>
 
+#include <cmath>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -48,6 +52,8 @@ constexpr std::array<const char *, EntryControls> ControlNames = {"cboCompany", 
 bool IsBackground(const QWidget &control)
 {
     return control.isWindow() || qobject_cast<const QLabel *>(&control) != nullptr
+        || qobject_cast<const QStatusBar *>(&control) != nullptr
+        || qobject_cast<const QSizeGrip *>(&control) != nullptr
         || control.objectName() == "wgtCentral"_L1;
 }
 
@@ -139,6 +145,7 @@ frmEntryList::frmEntryList(modEntryList &listModule, modEntryInfo &entryModule,
     ConnectDialogs();
     m_listModule.SetGrid(ui->msgEntryList);
     m_entryModule.TakeFocusedBox = [this] { return TakeFocusedBox(); };
+    m_entryModule.DrawScreen = [this] { Render(); };
     qApp->installEventFilter(this);
 }
 
@@ -146,6 +153,7 @@ frmEntryList::~frmEntryList()
 {
     m_listModule.SetGrid(nullptr);
     m_entryModule.TakeFocusedBox = [] { return true; };
+    m_entryModule.DrawScreen = [] {};
     m_entryModule.ShowLookup = [] {};
     m_dialogs.Filter.SelectEntryBox = [](FilterField) {};
 }
@@ -213,13 +221,7 @@ void frmEntryList::ConnectQuantities()
 
 void frmEntryList::ConnectOthers()
 {
-    connect(ui->txtDescription, &QLineEdit::textEdited, this, [this](const QString &text) {
-        if (m_screen[EntryControl::txtDescription].Text == text)
-            return;
-        m_screen[EntryControl::txtDescription].Text = text;
-        m_entryModule.TakeDescription();
-        Render();
-    });
+    connect(ui->txtDescription, &QLineEdit::textEdited, this, &frmEntryList::txtDescription_Change);
     connect(ui->dtpDate, &QDateEdit::dateChanged, this, &frmEntryList::dtpDate_Change);
     connect(ui->dtpDate, &clsDatePicker::Click, this, [this] {
         m_entryModule.FieldEdited();
@@ -238,6 +240,7 @@ void frmEntryList::ConnectOthers()
     connectBox(EntryControl::chkApproved, &modEntryInfo::ApprovedClicked);
     connectBox(EntryControl::chkOnHold, &modEntryInfo::OnHoldClicked);
     connect(ui->msgEntryList, &clsGrid::Click, this, &frmEntryList::msgEntryList_Click);
+    connect(ui->msgEntryList, &clsGrid::KeyClick, this, &frmEntryList::msgEntryList_Click);
 }
 
 void frmEntryList::ConnectCommands()
@@ -494,6 +497,22 @@ void frmEntryList::dtpDate_Change(QDate date)
     m_screen.Date = date;
     if (!m_inFocusFix)
         m_entryModule.TakeDate();
+    Render();
+}
+
+void frmEntryList::txtDescription_Change()
+{
+    QLineEdit &box = *ui->txtDescription;
+    const QString line = OneLine(box.text()); // lines may have been pasted or dropped
+    if (line != box.text()) {
+        const auto caret = static_cast<int>(OneLine(box.text().left(box.cursorPosition())).size());
+        box.setText(line);
+        box.setCursorPosition(caret);
+    }
+    if (m_screen[EntryControl::txtDescription].Text == line)
+        return;
+    m_screen[EntryControl::txtDescription].Text = line;
+    m_entryModule.TakeDescription();
     Render();
 }
 
@@ -766,13 +785,14 @@ void frmEntryList::cmdOK_Click()
     Handle([this] { m_entryModule.SaveEntry(); });
 }
 
-void frmEntryList::msgEntryList_Click()
+void frmEntryList::msgEntryList_Click(int row)
 {
-    Handle([this] {
+    Handle([&] {
+        // Keys do what a click would: with the pointer on a heading that is sorting. Intentional.
         if (ui->msgEntryList->MouseRow() == 0)
             m_listModule.SortEntryList();
         else
-            m_listModule.SelectEntryRow();
+            m_listModule.SelectEntryRow(row);
     });
 }
 
@@ -800,7 +820,13 @@ void frmEntryList::resizeEvent(QResizeEvent *event)
     const int margin = PixelsFromTwips(GridMarginTwips / 2, *this);
     ui->layMain->setContentsMargins(margin, ui->layMain->contentsMargins().top(), margin,
         ui->layMain->contentsMargins().bottom());
-    ui->msgEntryList->setMaximumHeight(static_cast<int>(height() / WindowToGridHeight));
+    // The other controls need their room, so the smallest window is the one in which they and the
+    // grid's share fit together.
+    clsGrid &grid = *ui->msgEntryList;
+    const int others = minimumSizeHint().height() - grid.minimumHeight();
+    grid.setMinimumHeight(static_cast<int>(std::ceil(others / (WindowToGridHeight - 1))));
+    grid.setMaximumHeight(
+        std::max(grid.minimumHeight(), static_cast<int>(height() / WindowToGridHeight)));
 }
 
 void frmEntryList::closeEvent(QCloseEvent *event)

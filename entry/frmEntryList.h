@@ -82,6 +82,7 @@ private:
     void LostFocus(QWidget &control, const QFocusEvent &event);
     void dtpDate_GotFocus();
     void dtpDate_Change(QDate date);
+    void txtDescription_Change();
     bool MousePressed(QWidget &control);
     /// Checks the edited box that has the focus; false when its code was refused.
     bool TakeFocusedBox();
@@ -106,7 +107,7 @@ private:
     void cmdTransFilter_Click();
     void mnuConfigure_Click();
     void mnuSync_Click();
-    void msgEntryList_Click();
+    void msgEntryList_Click(int row);
     void EscapePressed();
 
     std::unique_ptr<Ui::frmEntryList> ui;

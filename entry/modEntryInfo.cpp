@@ -51,17 +51,17 @@ void modEntryInfo::ClearEntry()
 
 void modEntryInfo::LoadEntry(qint32 position)
 {
-    // An entry that is not there raises while the one in the editor is still as it was.
-    m_tables.Entries.MoveToPosition(position);
+    ReadStoredEntry(position);
     EntryLoaded = true;
     Changed = false;
     NewEntry = false;
-    m_position = position;
-    ShowEntry();
+    Show(Reading::Stored);
 }
 
 void modEntryInfo::ShowEntry()
 {
+    if (EntryLoaded && !m_list.SuppressRowSelect)
+        ReadStoredEntry(m_position);
     Show(Reading::Stored);
 }
 
@@ -78,8 +78,6 @@ void modEntryInfo::Show(Reading reading)
     if (reading == Reading::Stored)
         m_screen.PutBack.reset();
     m_statusTextBefore = m_previousStatusText;
-    if (EntryLoaded && reading == Reading::Stored && !m_list.SuppressRowSelect)
-        ReadStoredEntry();
     ShowClosedState();
     OpenBillingFields();
     ShowCodes();
@@ -102,11 +100,19 @@ void modEntryInfo::Show(Reading reading)
     RememberFocusTexts();
 }
 
-void modEntryInfo::ReadStoredEntry()
+void modEntryInfo::ReadStoredEntry(qint32 position)
 {
-    m_tables.Entries.MoveToPosition(m_position);
-    m_tables.Entries.ReadEntry(m_stored);
-    const EntryRecord &record = m_stored;
+    EntryRecord record;
+    m_tables.Entries.MoveToPosition(position);
+    m_tables.Entries.ReadEntry(record);
+    modDBActi &activities = m_tables.Activities;
+    const bool isKnown = activities.Find(0, PadKey(record.Activity_Number, KeyWidth::Activity));
+    if (isKnown)
+        activities.ReadActivity(activities.Record);
+
+    // From here on nothing raises.
+    m_position = position;
+    m_stored = record;
     Entry = EntryBeingEdited();
     Entry.CustomerCode = record.Customer_Number;
     Entry.ProjectCode = record.Project_Number;
@@ -128,13 +134,9 @@ void modEntryInfo::ReadStoredEntry()
     Entry.ExpMarkupPercent = record.Exp_Markup_Percent;
     Entry.ExpMarkupAmount = record.Exp_Markup_Amount;
     Entry.Description = record.Description;
-    ShowRecordStatus();
-
-    modDBActi &activities = m_tables.Activities;
-    if (activities.Find(0, PadKey(Entry.ActivityCode, KeyWidth::Activity))) {
-        activities.ReadActivity(activities.Record);
+    if (isKnown)
         Entry.ExpenseActivity = activities.Record.Expense;
-    }
+    ShowRecordStatus();
 }
 
 void modEntryInfo::ShowClosedState()
@@ -214,6 +216,7 @@ bool modEntryInfo::ExpenseIsRefused() const
 
 void modEntryInfo::RefuseExpense()
 {
+    DrawScreen();
     m_messages.Tell(u"You are not allowed to enter expenses."_s);
     m_activityFocusRequested = true;
     const bool locked = !Entry.MgmtApproval.isEmpty()

@@ -44,15 +44,23 @@ public:
     /// by the window.
     std::function<void()> ShowLookup = [] {};
 
+    /// Draws what has been put on the screen so far, before a message covers it. Connected by the
+    /// window.
+    std::function<void()> DrawScreen = [] {};
+
     /// Takes in the box that has the focus as if it were left; false when its code was refused.
     /// Connected by the window.
     std::function<bool()> TakeFocusedBox = [] { return true; };
 
     // The record and the screen.
     void ClearEntry(); ///< a new, empty entry
-    void LoadEntry(qint32 position); ///< the stored entry at that place of the Entries table
+    /// Shows the stored entry at that place of the Entries table. When it cannot be read the one
+    /// in the editor stays.
+    void LoadEntry(qint32 position);
+    bool Holds(qint32 position) const { return EntryLoaded && m_position == position; }
     void ShowEntry(); ///< reads a stored entry anew and puts everything on the screen
     void LockEntryFields();
+    void HideRateFieldsOfTime(); ///< from an employee with the rate permission level "1"
     void ShowRecordStatus();
     /// Shows and enables the fields for the company's options and the employee.
     void ShowFieldCaptions();
@@ -117,7 +125,7 @@ private:
     };
 
     void Show(Reading reading);
-    void ReadStoredEntry();
+    void ReadStoredEntry(qint32 position);
     void ShowClosedState();
     void OpenBillingFields();
     void ShowCodes();
@@ -149,7 +157,6 @@ private:
     void LayOutQuantities();
     void LayOutTime();
     void LayOutExpense();
-    void HideRateFieldsOfTime();
     void FillBillingOptions();
     void TakeRate(Currency rate); ///< that a rule gives: it takes the place of a typed one
     void ClearBillingData();

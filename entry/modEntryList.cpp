@@ -31,6 +31,11 @@ QStringList FieldNames(const QString &customer, const QString &project, const QS
         u"T/E"_s, u"Hours/Units"_s, u"Rate"_s, u"Amount"_s};
 }
 
+std::shared_ptr<const clsRecordSet> EmptyRecordset(const QStringList &fieldNames)
+{
+    return std::make_shared<clsTextRecordSet>(fieldNames);
+}
+
 SortOrder OrderOf(qint16 direction)
 {
     return direction == 1 ? SortOrder::Ascending : SortOrder::Descending;
@@ -65,35 +70,58 @@ void modEntryList::LoadEntryList()
         }
         m_screen.Date = m_clock.Today();
         LockEntryWindow();
+        HideRateFields();
         return;
     }
-    m_entry.Changed = false;
     m_list.ListLoading = true;
     const auto loaded = qScopeGuard([this] { m_list.ListLoading = false; });
     if (!m_list.CompanyChangeInProgress)
         FillCompanyList();
     if (m_session.CurrentCompanyCode != m_list.LastCompany)
         ChangeCompany();
-    StartNewEntry();
+    StartNewEntry(); // edits are dropped here and not before: what is above can fail
+    ShowRecordCount(); // of the list before: it stays when the entries cannot be read
+    auto unread = qScopeGuard([this] { DropDeletedRow(); });
     const QString damage = NewDamage();
     if (!FillEntryRecordset()) {
         m_messages.Tell(u"Application cannot create a recordset."_s);
         EndProgram();
         return;
     }
+    unread.dismiss();
     BindRecordset();
     if (!m_list.DeletingEntry && m_list.EntryCount > 0)
         m_grid->SetTopRow(1);
     ShowRecordCount();
-    if (m_list.DeletingEntry && m_list.EntryCount > 0) {
-        m_grid->SetRow(std::max(m_grid->Row(), 1));
-        SelectEntryRow();
-        m_grid->SelectWholeRow();
-    } else {
-        m_grid->SetCol(0);
-    }
+    if (m_list.DeletingEntry)
+        SelectEntryRow(std::max(m_grid->Row(), 1));
     if (!damage.isEmpty())
         m_messages.Tell(damage);
+}
+
+void modEntryList::HideRateFields()
+{
+    try {
+        // Some of the databases may be there.
+        if (m_tables.Employee.IsOpen())
+            m_tables.Employee.LoadEmployee();
+    } catch (const clsRunTimeError &) {
+        // The synchronization that the window waits for writes this table again.
+    }
+    m_entry.HideRateFieldsOfTime();
+}
+
+void modEntryList::DropDeletedRow()
+{
+    if (!m_list.DeletingEntry)
+        return;
+    // The deletion has moved the records behind it, so the rows would lead to other entries.
+    const OptionsRecord &options = m_tables.Options.Working;
+    m_recordset = EmptyRecordset(
+        FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term));
+    m_list.EntryCount = 0;
+    BindRecordset();
+    ShowRecordCount();
 }
 
 QString modEntryList::NewDamage()
@@ -142,6 +170,7 @@ void modEntryList::ChangeCompany()
     m_screen[EntryControl::txtUser].Text = m_tables.Employee.Working.Employee_Number;
     m_screen[EntryControl::lblUserName].Text = m_tables.Employee.Working.Employee_Name;
     m_filter = FilterState();
+    m_grid->SetRow(0); // the rows that come are others
     m_damagedCount = 0;
     m_list.LastCompany = m_session.CurrentCompanyCode;
 }
@@ -151,13 +180,13 @@ void modEntryList::StartNewEntry()
     m_list.SelectedEntryId = 0;
     m_list.SelectedIndex = 0;
     m_list.SelectedRow = 0;
+    m_grid->SetCol(0);
     m_entry.ClearEntry();
 }
 
 bool modEntryList::CreateEmptyEntryRecordset()
 {
-    m_recordset = std::make_shared<clsTextRecordSet>(
-        FieldNames(u"Customer"_s, u"Project"_s, u"Activity"_s));
+    m_recordset = EmptyRecordset(FieldNames(u"Customer"_s, u"Project"_s, u"Activity"_s));
     m_list.EntryCount = 0;
     return true;
 }
@@ -172,11 +201,12 @@ bool modEntryList::FillEntryRecordset()
             FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term),
             m_references.Texts(), m_tables.Customers.Record.Customer_Name,
             QLocale().decimalPoint().at(0));
-        FillEntries(*records);
+        const qint32 count = FillEntries(*records);
         m_references.EndList(records->LastCustomer());
-        if (m_list.EntryCount == 0)
+        if (count == 0)
             records->AddEmptyRecord();
         m_recordset = records;
+        m_list.EntryCount = count;
     } catch (const std::bad_alloc &) {
         return false;
     }
@@ -184,9 +214,9 @@ bool modEntryList::FillEntryRecordset()
     return true;
 }
 
-void modEntryList::FillEntries(EntryRecordset &records)
+qint32 modEntryList::FillEntries(EntryRecordset &records)
 {
-    m_list.EntryCount = 0;
+    qint32 count = 0;
     m_showsRates = m_tables.Options.Working.Billing_Option_Switch == "Y"_L1
         && m_tables.Employee.Working.Rate_Permission != "1"_L1;
     modDBEntr &entries = m_tables.Entries;
@@ -195,11 +225,12 @@ void modEntryList::FillEntries(EntryRecordset &records)
         const EntryNumbers entry = entries.ReadNumbers();
         if (!filter.Passes(entry))
             continue;
-        if (m_list.EntryCount == std::numeric_limits<qint32>::max())
+        if (count == std::numeric_limits<qint32>::max())
             throw clsRunTimeError(RunTimeErrors::Overflow, u"EntryList"_s, u"Overflow"_s);
-        ++m_list.EntryCount;
+        ++count;
         records.AddRecord(RowOf(entry));
     }
+    return count;
 }
 
 EntryRecordset::Row modEntryList::RowOf(const EntryNumbers &entry)
@@ -238,21 +269,29 @@ void modEntryList::ShowRecordCount()
 {
     const int row = std::max(m_grid->Row(), 1);
     const bool any = !m_grid->TextMatrix(row, EntryColumn::UniqueId).isEmpty();
-    const int count = any ? m_recordset->RecordCount() : 0;
+    const int count = any && m_recordset ? m_recordset->RecordCount() : 0;
     m_screen.Panels
         = {u"Found "_s + QString::number(count) + (count == 1 ? u" record"_s : u" records"_s),
             m_tables.Employee.Working.Employee_Number, m_session.CurrentCompanyCode,
             m_clock.Today().toString(u"MM/dd/yyyy"_s)};
 }
 
-void modEntryList::MarkRow(int row)
+void modEntryList::MarkSelectedRow()
 {
-    m_grid->SetRow(row);
-    m_grid->SetTopRow(row <= LastRowOfFirstPage ? 1 : row);
+    if (m_list.SelectedRow == 0) {
+        m_grid->SetCol(0);
+        return;
+    }
+    m_grid->SetRow(m_list.SelectedRow);
     m_grid->SelectWholeRow();
 }
 
-void modEntryList::SelectEntryRow()
+void modEntryList::ScrollToSelectedRow()
+{
+    m_grid->SetTopRow(m_list.SelectedRow <= LastRowOfFirstPage ? 1 : m_list.SelectedRow);
+}
+
+void modEntryList::SelectEntryRow(int row)
 {
     if (m_list.SuppressRowSelect) {
         m_list.SuppressRowSelect = false;
@@ -260,38 +299,47 @@ void modEntryList::SelectEntryRow()
     }
     if (m_list.EntryCount == 0 || (m_grid->MouseRow() == 0 && !m_list.DeletingEntry))
         return;
-    if (m_entry.Changed) {
-        switch (m_messages.AskSaveChanges()) {
-        case MessageAnswer::Yes:
-            // The save may have taken the last entry out of the filtered list.
-            if (!m_entry.SaveBeforeLeaving() || m_list.EntryCount == 0) {
-                m_grid->SetCol(0);
-                return;
-            }
-            MarkRow(std::max(m_grid->Row(), 1));
-            break;
-        case MessageAnswer::Cancel:
-            // RowLoaded also stays set when a new entry has followed; that one has no row.
-            if (!m_list.RowLoaded || m_list.SelectedRow == 0) {
-                m_grid->SetCol(0);
-                return;
-            }
-            MarkRow(m_list.SelectedRow);
-            return;
-        default:
-            break;
-        }
+    if (!m_entry.Changed) {
+        LoadRow(row);
+        return;
     }
+    switch (m_messages.AskSaveChanges()) {
+    case MessageAnswer::Yes:
+        // The save may have taken the entry, and even the last one, out of the filtered list.
+        if (m_entry.SaveBeforeLeaving() && m_list.EntryCount > 0) {
+            LoadRow(std::min(row, m_list.EntryCount));
+            ScrollToSelectedRow();
+        }
+        break;
+    case MessageAnswer::Cancel:
+        // RowLoaded also stays set when a new entry has followed; that one has no row.
+        if (m_list.RowLoaded && m_list.SelectedRow > 0)
+            ScrollToSelectedRow();
+        break;
+    default:
+        LoadRow(row);
+        break;
+    }
+}
+
+void modEntryList::LoadRow(int row)
+{
     const EntryListState before = m_list;
+    const int rowBefore = m_grid->Row();
     m_list.RowLoaded = true;
-    const int row = m_grid->Row();
     m_list.SelectedEntryId = m_grid->TextMatrix(row, EntryColumn::UniqueId).toInt();
     m_list.SelectedIndex = row - 1;
     m_list.SelectedRow = row;
+    // Before the entry is shown: a message about it comes up beside its own row.
+    MarkSelectedRow();
     try {
         m_entry.LoadEntry(m_list.SelectedEntryId);
     } catch (const clsRunTimeError &) {
-        m_list = before; // the editor still holds what it held
+        if (!m_entry.Holds(m_list.SelectedEntryId)) {
+            m_list = before;
+            m_grid->SetRow(rowBefore);
+            MarkSelectedRow();
+        }
         throw;
     }
 }
@@ -304,7 +352,6 @@ void modEntryList::SortEntryList()
     const int clicked = m_grid->MouseCol();
     if (clicked < 0)
         return;
-    const int rowBefore = m_grid->Row();
     if (clicked != m_sort.SortColumn) {
         m_grid->SetHeaderArrow(m_sort.SortColumn, {});
         m_sort.SortDirection = 1;
@@ -313,23 +360,22 @@ void modEntryList::SortEntryList()
     }
     const int sorted = clicked == EntryColumn::Date ? EntryColumn::DateHidden : clicked;
     m_grid->Sort(sorted, OrderOf(m_sort.SortDirection));
+    m_grid->SetRow(0); // the header, until the entry is found again
     m_grid->SetHeaderArrow(clicked, OrderOf(m_sort.SortDirection));
     m_sort.SortColumn = static_cast<qint16>(clicked);
 
-    int row = rowBefore;
-    if (wasLoaded) {
-        for (int i = 1; i <= m_list.EntryCount; ++i) {
-            if (m_grid->TextMatrix(i, EntryColumn::UniqueId).toInt() == m_list.SelectedEntryId) {
-                row = i;
-                break;
-            }
-        }
-    }
-    m_grid->SetRow(row);
+    m_list.SelectedRow = wasLoaded ? RowOfEntry(m_list.SelectedEntryId) : 0;
+    MarkSelectedRow();
     m_grid->SetCol(1);
-    if (wasLoaded)
-        m_grid->SelectWholeRow();
-    m_list.SelectedRow = m_grid->Row();
+}
+
+int modEntryList::RowOfEntry(qint32 id) const
+{
+    for (int row = 1; row <= m_list.EntryCount; ++row) {
+        if (m_grid->TextMatrix(row, EntryColumn::UniqueId).toInt() == id)
+            return row;
+    }
+    return 0;
 }
 
 void modEntryList::ClearHeaderArrows()

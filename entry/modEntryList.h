@@ -37,7 +37,7 @@ public:
     std::function<void()> EndProgram;
 
     void LoadEntryList();
-    void SelectEntryRow();
+    void SelectEntryRow(int row); ///< loads it, after the save question where that is due
     void SortEntryList();
     void CompanyChanged(); ///< to the company list's text
     void StartNewEntry();
@@ -48,7 +48,7 @@ public:
 private:
     bool FillEntryRecordset();
     bool CreateEmptyEntryRecordset();
-    void FillEntries(EntryRecordset &records);
+    qint32 FillEntries(EntryRecordset &records); ///< returns their number
     EntryRecordset::Row RowOf(const EntryNumbers &entry);
     void BindRecordset();
     void SizeEntryColumns();
@@ -57,7 +57,13 @@ private:
     void ChangeCompany();
     void ReturnToCompany(const QString &code);
     void OpenCompany();
-    void MarkRow(int row);
+    void HideRateFields(); ///< as far as the employee is known
+    void DropDeletedRow();
+    void LoadRow(int row);
+    int RowOfEntry(qint32 id) const; ///< 0: none
+    /// SelectedRow alone decides which row is highlighted.
+    void MarkSelectedRow();
+    void ScrollToSelectedRow();
     QString NewDamage(); ///< what to tell of entries that are not as they were saved, else empty
 
     Tables &m_tables;

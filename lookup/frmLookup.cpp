@@ -288,7 +288,10 @@ bool frmLookup::HandleGridMouse(QEvent &event)
         const auto &mouse = static_cast<QMouseEvent &>(event);
         if (mouse.button() != Qt::LeftButton)
             return true;
-        m_rowPressed = ui->msgLookup->indexAt(mouse.position().toPoint()).isValid();
+        const QModelIndex pressed = ui->msgLookup->indexAt(mouse.position().toPoint());
+        m_rowPressed = pressed.isValid();
+        if (m_rowPressed)
+            m_mod.RowPressed(pressed.row() + 1);
         ui->msgLookup->setUpdatesEnabled(false);
         return false;
     }

@@ -36,6 +36,7 @@ public:
     void ChangeLookupBy(); ///< orders and searches by the chosen column
     void ScrollTo(qint32 value); ///< the scroll bar has moved there
     void PageKey(LookupPaging key);
+    void RowPressed(qint32 row) { SelectRow(row); } ///< the click that may follow takes its record
     void RowClicked();
     void RowDoubleClicked(qint32 row);
     void KeepOneRowSelected();

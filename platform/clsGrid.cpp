@@ -1,21 +1,22 @@
 #include "platform/clsGrid.h"
 
-#include "platform/DataLabel.h"
+#include "platform/clsGridModel.h"
+#include "platform/clsGridSelection.h"
 #include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
 
-#include <QAbstractTableModel>
 #include <QHash>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyleOptionHeaderV2>
 #include <QtMath>
 #include <QToolTip>
 
 #include <algorithm>
-#include <numeric>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -53,104 +54,6 @@ QFont GridFont(const QWidget &grid)
 }
 
 } // namespace
-
-/// Hands the record set's texts to the view, in the rows' current order.
-class clsGridModel : public QAbstractTableModel
-{
-public:
-    using QAbstractTableModel::QAbstractTableModel;
-
-    void SetRecords(std::shared_ptr<const clsRecordSet> records)
-    {
-        beginResetModel();
-        m_records = std::move(records);
-        m_arrows.clear();
-        m_order.resize(m_records ? static_cast<size_t>(m_records->RecordCount()) : 0);
-        std::iota(m_order.begin(), m_order.end(), 0);
-        endResetModel();
-    }
-
-    /// What a heading says to those who do not see its arrow.
-    void SetArrow(int column, std::optional<SortOrder> arrow)
-    {
-        if (arrow)
-            m_arrows[column] = *arrow;
-        else
-            m_arrows.remove(column);
-        if (column >= 0 && column < columnCount())
-            emit headerDataChanged(Qt::Horizontal, column, column);
-    }
-
-    void SetAlignment(int column, Qt::Alignment alignment) { m_alignments[column] = alignment; }
-
-    void Sort(int column, SortOrder order)
-    {
-        // Ranks are counted, not compared: equal values keep the order of the record set.
-        std::vector<quint32> ranks = m_records->Ranks(column);
-        if (ranks.empty())
-            return;
-        const quint32 last = *std::max_element(ranks.begin(), ranks.end());
-        if (order == SortOrder::Descending)
-            std::transform(ranks.begin(), ranks.end(), ranks.begin(),
-                [&](quint32 rank) { return last - rank; });
-        std::vector<size_t> begins(size_t(last) + 2); // by rank: the first of its rows
-        for (const quint32 rank : ranks)
-            ++begins[rank + 1];
-        std::partial_sum(begins.begin(), begins.end(), begins.begin());
-        for (size_t record = 0; record < ranks.size(); ++record)
-            m_order[begins[ranks[record]]++] = static_cast<int>(record);
-        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-    }
-
-    int rowCount(const QModelIndex &parent = {}) const override
-    {
-        return parent.isValid() ? 0 : static_cast<int>(m_order.size());
-    }
-    int columnCount(const QModelIndex &parent = {}) const override
-    {
-        return parent.isValid() || !m_records ? 0 : m_records->FieldCount();
-    }
-    QVariant data(const QModelIndex &index, int role) const override
-    {
-        if (!index.isValid())
-            return {};
-        if (role == Qt::DisplayRole || role == Qt::EditRole)
-            return For(
-                role, m_records->Value(m_order[static_cast<size_t>(index.row())], index.column()));
-        if (role == Qt::TextAlignmentRole)
-            return QVariant::fromValue(AlignmentOf(index.column()));
-        return {};
-    }
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
-    {
-        if (orientation != Qt::Horizontal || section >= columnCount())
-            return {};
-        if (role == Qt::DisplayRole || role == Qt::EditRole)
-            return For(role, m_records->FieldName(section));
-        if (role == Qt::TextAlignmentRole)
-            return QVariant::fromValue(AlignmentOf(section));
-        if (role == Qt::AccessibleDescriptionRole && m_arrows.contains(section))
-            return m_arrows.value(section) == SortOrder::Ascending ? u"sorted, ascending"_s
-                                                                   : u"sorted, descending"_s;
-        return {};
-    }
-
-private:
-    /// What is painted is no longer than can be looked at; Qt::EditRole is the whole text.
-    static QString For(int role, const QString &text)
-    {
-        return role == Qt::EditRole ? text : text.left(MostCharactersShown);
-    }
-    Qt::Alignment AlignmentOf(int column) const
-    {
-        return m_alignments.value(column, Qt::AlignLeft | Qt::AlignVCenter);
-    }
-
-    std::shared_ptr<const clsRecordSet> m_records;
-    std::vector<int> m_order; // the record of each row
-    QHash<int, Qt::Alignment> m_alignments;
-    QHash<int, SortOrder> m_arrows;
-};
 
 /// Row 0 of the grid: clicks are the grid's, and a cell can carry a picture at its right.
 class clsGridHeader : public QHeaderView
@@ -241,11 +144,14 @@ private:
 clsGrid::clsGrid(QWidget *parent)
     : QTableView(parent)
     , m_model(new clsGridModel(this))
+    , m_selection(new clsGridSelection(m_model, this))
     , m_header(new clsGridHeader(this))
 {
     setFont(GridFont(*this));
     setModel(m_model);
+    delete selectionModel(); // the one that setModel made
     setHorizontalHeader(m_header);
+    setSelectionModel(m_selection);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setMinimumSectionSize(0);
@@ -257,13 +163,9 @@ clsGrid::clsGrid(QWidget *parent)
     setTabKeyNavigation(false);
     setWordWrap(false);
     setCornerButtonEnabled(false);
+    setAutoScroll(false);
     setMouseTracking(true);
-    // Only a press that arrived here makes a click: the window may have refused it.
-    connect(this, &QTableView::clicked, this, [this] {
-        if (m_pressed)
-            emit Click();
-    });
-    connect(m_header, &QHeaderView::sectionClicked, this, [this] { emit Click(); });
+    connect(m_header, &QHeaderView::sectionClicked, this, [this] { emit Click(0); });
 }
 
 void clsGrid::SetDataSource(std::shared_ptr<const clsRecordSet> records)
@@ -293,32 +195,38 @@ QString clsGrid::TextMatrix(int row, int column) const
 
 void clsGrid::SetRow(int row)
 {
+    if (row != m_row || row == 0)
+        m_selection->Highlight({});
     m_row = row;
-    if (row == 0)
-        clearSelection();
-    const QModelIndex index
-        = row > 0 ? m_model->index(row - 1, std::max(columnAt(0), 0)) : QModelIndex();
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
 }
 
 void clsGrid::SetCol(int column)
 {
     m_column = column;
     if (column == 0)
-        clearSelection();
+        m_selection->Highlight({});
 }
 
 void clsGrid::SelectWholeRow()
 {
-    if (m_row > 0)
-        selectRow(m_row - 1);
+    if (m_row == 0)
+        return;
+    const int column = isColumnHidden(m_column) ? std::max(columnAt(0), 0) : m_column;
+    m_selection->Highlight(m_model->index(m_row - 1, column));
+    ScrollToRow(m_row, QAbstractItemView::EnsureVisible);
 }
 
 void clsGrid::SetTopRow(int row)
 {
     if (row > 0)
-        scrollTo(
-            m_model->index(row - 1, std::max(columnAt(0), 0)), QAbstractItemView::PositionAtTop);
+        ScrollToRow(row, QAbstractItemView::PositionAtTop);
+}
+
+void clsGrid::ScrollToRow(int row, ScrollHint hint)
+{
+    const int left = horizontalScrollBar()->value();
+    scrollTo(m_model->index(row - 1, std::max(columnAt(0), 0)), hint);
+    horizontalScrollBar()->setValue(left);
 }
 
 void clsGrid::SetColWidth(int column, int twips)
@@ -406,18 +314,36 @@ bool clsGrid::viewportEvent(QEvent *event)
     } else if (event->type() == QEvent::Leave) {
         MouseIsAt(-1, -1);
     }
-    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
-        m_pressed = true;
-    const bool handled = QTableView::viewportEvent(event);
-    if (event->type() == QEvent::MouseButtonRelease)
-        m_pressed = false;
-    return handled;
+    return QTableView::viewportEvent(event);
 }
 
-void clsGrid::mouseMoveEvent(QMouseEvent *event)
+int clsGrid::RowAt(const QMouseEvent &event) const
 {
-    if (event->buttons() == Qt::NoButton)
-        QTableView::mouseMoveEvent(event);
+    return indexAt(event.position().toPoint()).row() + 1;
+}
+
+void clsGrid::mousePressEvent(QMouseEvent *event)
+{
+    m_clickedRow = 0;
+    m_pressedRow = event->button() == Qt::LeftButton ? RowAt(*event) : 0;
+}
+
+void clsGrid::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // The second press on a row belongs to the click that has been reported. On another row it is
+    // a press like any other one: two rows clicked quickly arrive in the same way.
+    if (m_clickedRow == 0 || RowAt(*event) != m_clickedRow)
+        mousePressEvent(event);
+}
+
+void clsGrid::mouseReleaseEvent(QMouseEvent *event)
+{
+    const int pressed = std::exchange(m_pressedRow, 0);
+    if (event->button() != Qt::LeftButton || pressed == 0 || RowAt(*event) != pressed)
+        return;
+    m_clickedRow = pressed;
+    m_column = columnAt(event->position().toPoint().x());
+    emit Click(pressed);
 }
 
 bool clsGrid::ClickHeading(int number)
@@ -437,6 +363,30 @@ bool clsGrid::ClickHeading(int number)
     return false;
 }
 
+std::optional<int> clsGrid::RowByKey(int key) const
+{
+    const int page = std::max(viewport()->height() / verticalHeader()->defaultSectionSize(), 1);
+    switch (key) {
+    case Qt::Key_Up:
+        return m_row - 1;
+    case Qt::Key_Down:
+        return m_row + 1;
+    case Qt::Key_PageUp:
+        return m_row - page;
+    case Qt::Key_PageDown:
+        return m_row + page;
+    case Qt::Key_Home:
+        return 1;
+    case Qt::Key_End:
+        return Rows() - 1;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return m_row;
+    default:
+        return {};
+    }
+}
+
 void clsGrid::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();
@@ -444,23 +394,16 @@ void clsGrid::keyPressEvent(QKeyEvent *event)
     const bool isDigit = key >= Qt::Key_1 && key <= Qt::Key_9;
     if (isDigit && event->modifiers() == Qt::ControlModifier && ClickHeading(key - Qt::Key_0))
         return;
-    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (key != Qt::Key_Up && key != Qt::Key_Down && !isEnter) {
+    if (const std::optional<int> row = RowByKey(key)) {
+        if (Rows() > 1)
+            emit KeyClick(std::clamp(*row, 1, Rows() - 1));
+    } else if (key == Qt::Key_Left) {
+        horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
+    } else if (key == Qt::Key_Right) {
+        horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    } else if (event->matches(QKeySequence::Copy)) {
         QTableView::keyPressEvent(event);
-        return;
-    }
-    if (!isEnter && Rows() > 1) {
-        SetRow(std::clamp(m_row + (key == Qt::Key_Down ? 1 : -1), 1, Rows() - 1));
-        SelectWholeRow();
-    }
-    emit Click();
-}
-
-void clsGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
-{
-    QTableView::currentChanged(current, previous);
-    if (current.isValid()) {
-        m_row = current.row() + 1;
-        m_column = current.column();
+    } else {
+        event->ignore();
     }
 }

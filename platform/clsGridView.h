@@ -16,8 +16,8 @@ enum class SortOrder
 /// A grid as the modules see it, without the widget.
 ///
 /// Shape: rows are counted with the header as row 0, data rows from 1; columns are the record
-///        set's fields in order. There is a current row and column. A row is marked as a whole or
-///        not at all; column 0 as the current column means that none is marked.
+///        set's fields in order. There is a current row and column. Only the current row can be
+///        marked, as a whole; column 0 as the current column means that it is not.
 /// Units: column widths are twips, at the screen's logical resolution.
 class clsGridView
 {
@@ -33,7 +33,7 @@ public:
     virtual QString TextMatrix(int row, int column) const = 0; ///< row 0: the header's text
 
     virtual int Row() const = 0;
-    virtual void SetRow(int row) = 0;
+    virtual void SetRow(int row) = 0; ///< another one is not marked yet
     virtual int Col() const = 0;
     virtual void SetCol(int column) = 0;
     virtual void SelectWholeRow() = 0; ///< marks the current row

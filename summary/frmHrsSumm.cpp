@@ -31,11 +31,13 @@ frmHrsSumm::frmHrsSumm(modHrsSumm &module, clsSendKeys &keys, QWidget *parent)
     FitSize();
     m_module.SetGrid(ui->msgHrsSumm);
     ui->msgHrsSumm->installEventFilter(this);
+    connect(ui->msgHrsSumm, &clsGrid::Click, this, [this](int row) {
+        if (row > 0)
+            MarkRow(row);
+        m_module.GridClicked();
+    });
     // A key in the grid is no click: it moves the marked row, and nothing else.
-    const auto clicked = [this] { m_module.GridClicked(); };
-    connect(ui->msgHrsSumm, &QTableView::clicked, this, clicked);
-    connect(ui->msgHrsSumm->horizontalHeader(), &QHeaderView::sectionClicked, this, clicked);
-    connect(ui->msgHrsSumm, &clsGrid::Click, this, [this] { ui->msgHrsSumm->SelectWholeRow(); });
+    connect(ui->msgHrsSumm, &clsGrid::KeyClick, this, &frmHrsSumm::MarkRow);
     connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui->cmdHelp, &QPushButton::clicked, this, [this] { m_keys.SendKeys(u"{F1}"_s); });
 }
@@ -95,6 +97,12 @@ void frmHrsSumm::Render()
     ui->txtDoNotBill->setText(HoursText(totals.DoNotBill));
     ui->txtTotHours->setText(HoursText(totals.TotalHours));
     ui->txtAmount->setText(HoursText(totals.Amount));
+}
+
+void frmHrsSumm::MarkRow(int row)
+{
+    ui->msgHrsSumm->SetRow(row);
+    ui->msgHrsSumm->SelectWholeRow();
 }
 
 void frmHrsSumm::done(int result)

@@ -36,6 +36,7 @@ private:
     void PutTotalsUnderTheirColumns();
     void FitSize();
     void Render();
+    void MarkRow(int row);
 
     std::unique_ptr<Ui::frmHrsSumm> ui;
     modHrsSumm &m_module;
