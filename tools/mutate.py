@@ -41,7 +41,7 @@ from pathlib import Path
 KEYS = {"file", "text", "fault", "tests", "survives"}
 MOST_SURVIVORS = 0.05
 SOUND = ".sound"  # behind the name of a program without a fault
-MOST_SECONDS = 300  # of a run; what a fault keeps busy for longer is noticed
+MOST_SECONDS = 90  # of a run; what a fault keeps busy for longer is noticed
 FAILED_TEST = re.compile(r"^\[  FAILED  \] (\S+?)[,.]?(?: |$)", re.M)
 
 

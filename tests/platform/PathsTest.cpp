@@ -83,6 +83,12 @@ TEST(ProgramFolder, IsWhereTheProgramLiesWithoutASeparatorAtTheEnd)
 }
 
 #ifdef Q_OS_UNIX // on Windows the name that was asked for is as good
+TEST(FindIgnoringCase, FindsHiddenFoldersAndFilesToo)
+{
+    const Tree tree({u".Mas90/.Settings"_s});
+    EXPECT_EQ(tree.Find(u".mas90/.settings"_s), u".Mas90/.Settings"_s);
+}
+
 TEST(FindIgnoringCase, FindsTheFileWhateverTheCase)
 {
     const Tree tree({u"Home/lib/pvxwin32.exe"_s});

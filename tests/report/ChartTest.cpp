@@ -55,6 +55,14 @@ TEST(ReportChart, StacksTheStatusesInProportionToTheirHours)
     EXPECT_NEAR(chart.Pieces[0].Place.height() / 4, (zero - top) / highest, 1e-9);
 }
 
+TEST(ReportChart, LeavesOutHoursBelowZero)
+{
+    const Chart chart = LayOutChart({Day(Monday, -1, 2)});
+    ASSERT_EQ(chart.Pieces.size(), 1);
+    EXPECT_EQ(chart.Pieces[0].Series, 1);
+    EXPECT_DOUBLE_EQ(chart.Pieces[0].Place.bottom(), chart.Area.bottom());
+}
+
 TEST(ReportChart, KeepsEveryPieceInsideItsArea)
 {
     std::vector<Report::Day> days;

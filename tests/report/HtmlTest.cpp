@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString Hostile = QStringLiteral("<script>alert('&quot;\"')</script>\x01&amp;");
+const QString Hostile = QStringLiteral("<script>alert('&quot;\"')</script>\x01\x7f\x9f&amp;");
 
 /// The texts of all elements of that name, and how many elements there are of each.
 struct Document
@@ -63,6 +63,13 @@ TEST(ReportHtml, ShowsEveryCellAndTotal)
     EXPECT_EQ(html.Count.value(u"svg"_s), 0);
 }
 
+TEST(ReportHtml, LetsABrowserLoadNothingAndRunNothing)
+{
+    EXPECT_TRUE(HtmlReport(Table({u"a"_s, u"b"_s}), Chart())
+                    .contains("<meta http-equiv=\"Content-Security-Policy\" "
+                              "content=\"default-src 'none'; style-src 'unsafe-inline'\"/>"));
+}
+
 TEST(ReportHtml, TakesNothingFromTheDataForMarkup)
 {
     ReportTable table = Table({Hostile, Hostile});
@@ -72,7 +79,9 @@ TEST(ReportHtml, TakesNothingFromTheDataForMarkup)
     table.Totals = {{Hostile, Hostile}};
     const QByteArray bytes = HtmlReport(table, Chart());
     const Document html(bytes);
-    const QString shown = QString(Hostile).replace(u'\x01', QChar::ReplacementCharacter);
+    QString shown = Hostile;
+    for (const char16_t forbidden : {u'\x01', u'\x7f', u'\x9f'})
+        shown.replace(forbidden, QChar::ReplacementCharacter);
     EXPECT_EQ(html.Count.value(u"script"_s), 0);
     EXPECT_EQ(html.Texts[u"h1"_s], QStringList{shown});
     EXPECT_EQ(html.Texts[u"p"_s], QStringList{shown});

@@ -3,6 +3,7 @@
 #include "report/Report.h"
 
 #include "platform/clsGrid.h"
+#include "report/ReportTable.h"
 #include "store/StoreErrors.h"
 #include "summary/modHrsSumm.h"
 #include "tests/report/ReportFixture.h"
@@ -165,6 +166,38 @@ TEST(ReportFilter, TakesRangeAndCodesTogether)
         EXPECT_EQ(report.Entries.size(), one.Entries) << one.Name;
         EXPECT_EQ(report.Days.size(), one.Days) << one.Name;
     }
+}
+
+TEST(ReportFilter, IsToldInTheCompanysOwnTerms)
+{
+    ReportFixture fixture(WithEntries({}));
+    fixture.Request.From = Monday;
+    fixture.Request.To = Tuesday;
+    fixture.Request.Customer = u"0200"_s;
+    fixture.Request.Project = u"1000"_s;
+    fixture.Request.Activity = u"CONSULT"_s;
+    EXPECT_THAT(fixture.Read().Restrictions,
+        ElementsAre(u"from 03/09/2026"_s, u"to 03/10/2026"_s, u"Customer 0200"_s, u"Project 1000"_s,
+            u"Activity CONSULT"_s));
+    fixture.Request = {};
+    fixture.Request.Folder = fixture.Folder();
+    EXPECT_THAT(fixture.Read().Restrictions, IsEmpty());
+}
+
+TEST(ReportOfDays, ShowsEachNumberInItsColumn)
+{
+    const auto hours = [](int whole) { return Currency::FromWhole(whole); };
+    Report report;
+    report.Content = ReportContent::Days;
+    report.Days = {{Monday, hours(1), hours(2), hours(3), hours(6), hours(400)}};
+    report.DaysTotal = {{}, hours(11), hours(12), hours(13), hours(36), hours(1400)};
+    const ReportTable table = TabulateReport(report, u',');
+    EXPECT_THAT(table.Rows,
+        ElementsAre(
+            QStringList{u"03/09/2026"_s, u"1,00"_s, u"2,00"_s, u"3,00"_s, u"6,00"_s, u"400,00"_s}));
+    EXPECT_THAT(table.Totals,
+        ElementsAre(QStringList{
+            u"Totals"_s, u"11,00"_s, u"12,00"_s, u"13,00"_s, u"36,00"_s, u"1400,00"_s}));
 }
 
 TEST(ReportOfDays, HasTheNumbersOfTheHoursSummary)

@@ -76,12 +76,17 @@ TEST_F(Process, LetsWindowEventsRunMeanwhileAndTakesNoProcessorTime)
 TEST_F(Process, IsWaitedForAlsoWhenTheApplicationIsToldToQuit)
 {
     const QString script = Script("while [ ! -e go ]; do sleep 0.05; done; echo done > out");
+    bool ran = false;
     QTimer::singleShot(0, [&] {
-        QFile go(m_folder.filePath(u"go"_s));
-        QCoreApplication::quit();
-        EXPECT_TRUE(go.open(QIODevice::WriteOnly));
+        QTimer::singleShot(0, [&] {
+            QFile go(m_folder.filePath(u"go"_s));
+            QCoreApplication::quit();
+            EXPECT_TRUE(go.open(QIODevice::WriteOnly));
+        });
+        ran = m_process.RunAndWait(script, QString(), m_folder.path());
     });
-    EXPECT_TRUE(m_process.RunAndWait(script, QString(), m_folder.path()));
+    QCoreApplication::exec(); // only a running application can be told to quit
+    EXPECT_TRUE(ran);
     EXPECT_EQ(Content(u"out"_s), "done\n");
 }
 
