@@ -601,3 +601,28 @@ TEST_F(HrsSumm, AHundredThousandEntriesCostAFewScans)
     EXPECT_EQ(Grid().Rows(), 2001);
     EXPECT_EQ(Total("txtTotHours"), u"112500.00"_s);
 }
+
+TEST_F(HrsSumm, OpenedTwiceItCountsEverythingOnce)
+{
+    Enter({Entry(u"CONS"_s, Monday, 10, u"1"_s), Entry(u"CONS"_s, Monday, 3, u"3"_s)});
+    for (int opening = 0; opening < 2; ++opening) {
+        m_form->Load();
+        EXPECT_THAT(Rows(), ElementsAre(u"03/09/2026 2.50 0.00 0.75 3.25 325.00"_s));
+        EXPECT_THAT(
+            Totals(), ElementsAre(u"2.50"_s, u"0.00"_s, u"0.75"_s, u"3.25"_s, u"325.00"_s));
+    }
+}
+
+TEST_F(HrsSumm, OpenedAgainWithoutEntriesItIsAsEmptyAsTheFirstTime)
+{
+    Enter({Entry(u"CONS"_s, Monday, 10, u"1"_s)});
+    m_form->Load();
+    m_folder->Tables.Entries.MoveFirst();
+    m_folder->Tables.Entries.DeleteRecord();
+    m_sort = {6, 2};
+    m_form->Load();
+    EXPECT_EQ(Grid().Rows(), 1);
+    EXPECT_THAT(Totals(), testing::Each(u"0.00"_s));
+    EXPECT_EQ(m_sort.SortColumn, 6); // nothing is shown as sorted
+    EXPECT_EQ(m_sort.SortDirection, 2);
+}

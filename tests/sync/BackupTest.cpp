@@ -216,6 +216,18 @@ TEST_F(Backup, SaysNothingOfEntriesThatAreThereInAnotherOrder)
     EXPECT_EQ(m_backup->WhatIsMissing(), QString());
 }
 
+TEST_F(Backup, TellsWhateverTheOptionWhenAPageOfTheEntriesIsDamaged)
+{
+    for (const QString &option : {u"0"_s, u"3"_s}) {
+        Build(option);
+        m_backup->CopyEntries();
+        Write(File(), Bytes(File()).replace(8192, 4096, QByteArray(4096, 'x')));
+        EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(
+            u"The entries cannot be read any more: The database is "_s))
+            << m_backup->WhatIsMissing().toStdString();
+    }
+}
+
 TEST_F(Backup, TellsWhateverTheOptionWhenTheEntriesCannotBeReadAnyMore)
 {
     for (const QString &option : {u"0"_s, u"3"_s}) {

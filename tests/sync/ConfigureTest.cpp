@@ -619,6 +619,8 @@ TEST(ActiveServerTest, IsReadAsPeopleHaveIt)
                 u"a 1"_s},
             Case{"TheSectionTwiceInARow", "[Active Server]\n[Active Server]\nb;2;\n", u"b 2"_s},
             Case{"OtherLetters", "[active server]\nserver;10000;\n", u"-"_s},
+            Case{"ALineOfAnotherSection", "[Active Server]\nserver;10000;\n[Else]\nother;2;\n",
+                u"server 10000"_s},
             Case{"NothingAfterTheSection", "[Active Server]\n", u"-"_s},
             Case{"NoPort", "[Active Server]\nserver;\n", u"-"_s}, Case{"Empty", "", u"-"_s},
             Case{"Utf8", "[Active Server]\nM\xC3\xBChle;1;\n", u"Mühle 1"_s},

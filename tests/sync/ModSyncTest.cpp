@@ -159,6 +159,32 @@ TEST_F(ModSync, ClosingKeepsTheGlobalDatabasesOutsideOfASynchronisation)
     EXPECT_FALSE(AnythingOpen());
 }
 
+TEST_F(ModSync, EveryReferenceDatabaseIsNeeded)
+{
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    for (const QString &name : {u"Options"_s, u"Employee"_s, u"Multiplier"_s, u"Divisions"_s,
+             u"Customers"_s, u"Projects"_s, u"Activities"_s}) {
+        m_sync.CloseAllDatabases();
+        QDir(Folder()).removeRecursively();
+        QDir().mkpath(Folder());
+        BuildSampleCompanies(Folder(), {SampleCompany()});
+        ASSERT_TRUE(QFile::remove(File(u"ABC"_s + name + u"-WkLg"_s))) << name.toStdString();
+        m_sync.OpenAllDatabases();
+        EXPECT_FALSE(m_session.DatabasesReady) << name.toStdString();
+        EXPECT_FALSE(m_tables.Entries.IsOpen()) << name.toStdString();
+    }
+}
+
+TEST_F(ModSync, EntriesOfTheFirstCompanyCountAsThoseOfTheLastDo)
+{
+    SampleCompany full(u"ABC"_s);
+    full.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"DEV"_s, QDate(2026, 3, 9), Currency::FromWhole(2))};
+    BuildSampleCompanies(Folder(), {full, SampleCompany(u"XYZ"_s)}, Global(u"XYZ"_s));
+    EXPECT_TRUE(m_sync.CheckEntriesExist());
+    EXPECT_EQ(StoredGlobalOptions().Entries_Exist, u"Y"_s);
+}
+
 TEST_F(ModSync, EntriesOfAnyCompanyCountAndTheRestOfTheRecordStays)
 {
     SampleCompany empty(u"ABC"_s);
@@ -250,8 +276,39 @@ TEST_F(ModSync, TheClientRunsInItsFolderWithEveryDatabaseClosed)
     EXPECT_EQ(QDir::currentPath(), before);
     EXPECT_THAT(m_process.Programs, ElementsAre(Native(Root() + u"/Home/pvxwin32.exe"_s)));
     EXPECT_THAT(m_process.Arguments, ElementsAre(u"-hd -ARG X \""_s + Folder() + u'"'));
+    EXPECT_THAT(m_process.Folders, ElementsAre(Native(Root() + u"/Home"_s)));
     EXPECT_THAT(m_messages.Texts(), IsEmpty());
     EXPECT_TRUE(m_session.SynchronisationInProgress);
+}
+
+TEST_F(ModSync, TheEntriesAreCopiedBeforeTheClientStarts)
+{
+    MakeInstallation();
+    SampleCompany company;
+    company.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"DEV"_s, QDate(2026, 3, 9), Currency::FromWhole(2))};
+    BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
+    QStringList copies;
+    m_process.Work = [&] {
+        copies = QDir(Folder() + u"/backup/20260309-103000"_s).entryList(QDir::Files);
+    };
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(copies, ElementsAre(u"ABCEntries-WkLg.db"_s));
+}
+
+TEST_F(ModSync, TheJournalOfADamagedDatabaseIsKept)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    const QString customers = File(u"ABCCustomers-WkLg"_s);
+    Touch(customers, "no database any more");
+    Touch(customers + u"-journal"_s, "the only good copy of its pages");
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(m_process.Programs.size(), 1);
+    QFile journal(customers + u"-journal"_s);
+    ASSERT_TRUE(journal.open(QIODevice::ReadOnly));
+    EXPECT_EQ(journal.readAll(), "the only good copy of its pages");
 }
 
 TEST_F(ModSync, TheJournalOfADatabaseThatNobodyOpenedIsSettledBeforeTheClientStarts)
@@ -347,6 +404,14 @@ TEST_F(ModSync, BothMarkersMakeAnInstallationOfTheFirstKind)
     Touch(Root() + u"/soa/startup.m4p"_s);
     Touch(Root() + u"/home/wkStatus.flp"_s);
     EXPECT_EQ(CheckInstallation(Root()), Installation::MAS90);
+}
+
+TEST_F(ModSync, AMarkerIsAFile)
+{
+    ASSERT_TRUE(QDir().mkpath(Root() + u"/soa/startup.m4p"_s));
+    EXPECT_EQ(CheckInstallation(Root()), std::nullopt);
+    Touch(Root() + u"/home/wkStatus.flp"_s);
+    EXPECT_EQ(CheckInstallation(Root()), Installation::MAS200Client);
 }
 
 TEST_F(ModSync, NoRootIsNoInstallation)
