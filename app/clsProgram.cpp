@@ -68,7 +68,7 @@ void clsProgram::TryStartUp()
         ShowMainWindow();
         m_window->LoadEntryList();
         if (m_session.NotSynchronised)
-            m_services.Messages.Tell(u"Please perform a synchronization first."_s);
+            m_services.Messages.Tell(SynchronizeFirst());
     } catch (const clsRunTimeError &error) {
         const QString start = u"Error "_s + QString::number(error.Number()) + u"; "_s;
         if (error.Number() == RunTimeErrors::PermissionDenied)

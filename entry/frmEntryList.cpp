@@ -356,8 +356,8 @@ void frmEntryList::mnuSync_Click()
 {
     ShowWhileSuppressed([this] {
         frmSyncOptions dialog(m_dialogs.SyncOptions, m_messages, m_keys, this);
-        dialog.Load();
-        dialog.exec();
+        if (dialog.Load())
+            dialog.exec();
     });
 }
 

@@ -22,16 +22,13 @@ std::optional<ActiveServer> ServerOf(const QString &line)
 std::optional<ActiveServer> ReadActiveServer(const QString &path)
 {
     std::optional<ActiveServer> server;
-    bool follows = false; // the section's line is the next one that is not blank
+    bool follows = false;
     for (const QString &line : TextLines(ReadFileHead(path, MostBytes))) {
-        const QString text = line.trimmed();
-        if (text.isEmpty())
-            continue;
         if (follows) {
-            if (const std::optional<ActiveServer> found = ServerOf(text))
+            if (const std::optional<ActiveServer> found = ServerOf(line))
                 server = found;
         }
-        follows = text.contains("[Active Server]"_L1);
+        follows = line.contains("[Active Server]"_L1);
     }
     return server;
 }

@@ -9,8 +9,6 @@
 #include <QFile>
 #include <QScopeGuard>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -18,23 +16,14 @@ namespace {
 /// Two lines of paths; whatever is longer is no launch file.
 constexpr qint64 MostBytes = 64 * 1024;
 
-bool IsText(const QString &line)
-{
-    return !line.trimmed().isEmpty();
-}
-
-/// The lines from the root on.
-QStringList LaunchLines(const QString &path)
+/// At least `count` of them.
+QStringList LaunchLines(const QString &path, qsizetype count)
 {
     const QStringList lines = TextLines(ReadFileHead(path, MostBytes));
-    const auto root = std::find_if(lines.begin(), lines.end(), IsText);
-    return QStringList(root, lines.end());
-}
-
-[[noreturn]] void RaisePastEnd(const QString &path)
-{
-    throw clsRunTimeError(RunTimeErrors::PastEndOfFile, u"LaunchFile"_s,
-        u"The file does not hold its two lines: "_s + path);
+    if (lines.size() < count)
+        throw clsRunTimeError(RunTimeErrors::PastEndOfFile, u"LaunchFile"_s,
+            u"The file does not hold its two lines: "_s + path);
+    return lines;
 }
 
 void WriteText(const QString &path, const QString &text)
@@ -62,19 +51,13 @@ QString Starred(QString folder)
 
 LaunchFile ReadLaunchFile(const QString &path)
 {
-    const QStringList lines = LaunchLines(path);
-    if (lines.size() < 2)
-        RaisePastEnd(path);
-    const auto arguments = std::find_if(lines.begin() + 1, lines.end(), IsText);
-    return {lines.first().trimmed(), arguments == lines.end() ? QString() : *arguments};
+    const QStringList lines = LaunchLines(path, 2);
+    return {lines[0], lines[1]};
 }
 
 QString ReadLaunchRoot(const QString &path)
 {
-    const QStringList lines = LaunchLines(path);
-    if (lines.isEmpty())
-        RaisePastEnd(path);
-    return lines.first().trimmed();
+    return LaunchLines(path, 1).first();
 }
 
 void WriteLaunchFile(const QString &path, const LaunchFile &launch)

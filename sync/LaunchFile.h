@@ -9,13 +9,13 @@ struct LaunchFile
     QString Arguments; ///< line 2: the argument text for the client
 };
 
-/// Reads the two lines; see TextLines for the forms that they may have. Blank lines before and
-/// between them carry no meaning.
-/// Errors: clsRunTimeError 53 when the file is missing, 62 when it has no root or nothing after
-///         it, 75 when it cannot be read; each names the file.
+/// Reads the first two lines as they are, without their line ends; see TextLines for the forms that
+/// the file may have.
+/// Errors: clsRunTimeError 53 when the file is missing, 62 when it has fewer than two lines, 75
+///         when it cannot be read; each names the file.
 LaunchFile ReadLaunchFile(const QString &path);
 
-/// Its first line alone, which is enough to configure the rest anew.
+/// Its first line alone, which is enough to configure the rest again.
 /// Errors: as above; 62 when the file is empty.
 QString ReadLaunchRoot(const QString &path);
 

@@ -21,6 +21,8 @@ protected:
     void Handle(const std::function<void()> &action);
     virtual void Render() = 0; ///< the one place that writes controls
 
+    clsMessageBox &Messages() { return m_messages; }
+
     static void DrawPanels(
         clsStatusBar &bar, const std::array<QString, clsStatusBar::Panels> &texts);
 

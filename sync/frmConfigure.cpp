@@ -41,14 +41,14 @@ frmConfigure::~frmConfigure() = default;
 
 void frmConfigure::ConnectFields()
 {
-    const auto connectBox = [this](QLineEdit *box, QString ConfigureScreen::*text) {
+    const auto connectBox = [this](QLineEdit *box, void (modConfigure::*type)(const QString &)) {
         box->installEventFilter(this);
         connect(box, &QLineEdit::textEdited, this,
-            [this, text](const QString &typed) { m_module.Screen.*text = typed; });
+            [this, type](const QString &typed) { (m_module.*type)(typed); });
     };
-    connectBox(ui->txtMas90Path, &ConfigureScreen::Mas90Path);
-    connectBox(ui->tbxHost, &ConfigureScreen::Host);
-    connectBox(ui->tbxPort, &ConfigureScreen::Port);
+    connectBox(ui->txtMas90Path, &modConfigure::TypePath);
+    connectBox(ui->tbxHost, &modConfigure::TypeHost);
+    connectBox(ui->tbxPort, &modConfigure::TypePort);
 
     const auto connectKind = [this](QRadioButton *button, Installation kind) {
         connect(button, &QRadioButton::toggled, this, [this, kind](bool selected) {

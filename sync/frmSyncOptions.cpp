@@ -1,6 +1,7 @@
 #include "sync/frmSyncOptions.h"
 
 #include "platform/DataLabel.h"
+#include "sync/modSync.h"
 #include "sync/ui_frmSyncOptions.h"
 
 #include <QSignalBlocker>
@@ -50,10 +51,15 @@ void frmSyncOptions::FitDescription()
         + 2 * (label.margin() + label.frameWidth()));
 }
 
-void frmSyncOptions::Load()
+bool frmSyncOptions::Load()
 {
+    if (!m_module.HasOptions()) {
+        Messages().Tell(SynchronizeFirst());
+        return false;
+    }
     Handle([this] { m_module.Load(); });
     m_options.at(static_cast<size_t>(m_module.Selected().value_or(0)))->setFocus();
+    return true;
 }
 
 void frmSyncOptions::Render()

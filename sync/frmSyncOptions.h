@@ -25,7 +25,9 @@ public:
     ~frmSyncOptions() override;
 
     /// Reads the stored option; to be called before the dialog is shown. What goes wrong is told.
-    void Load();
+    /// False, and the user knows why, when there is nothing to choose yet: the dialog is then not
+    /// to be shown.
+    bool Load();
 
 private:
     void ConnectControls();

@@ -1,7 +1,6 @@
 #include "sync/modConfigure.h"
 
 #include "platform/Paths.h"
-#include "sync/ActiveServer.h"
 #include "sync/DialogStatus.h"
 #include "sync/LaunchFile.h"
 
@@ -58,8 +57,7 @@ QString modConfigure::LaunchFilePath() const
 void modConfigure::Load()
 {
     Screen = ConfigureScreen();
-    m_host = Screen.Host;
-    m_port = Screen.Port;
+    m_server = {Screen.Host, Screen.Port};
     const QString folder = ReadLaunchRoot(LaunchFilePath());
     const std::optional<Installation> kind = CheckInstallation(folder);
     if (!kind) {
@@ -69,8 +67,8 @@ void modConfigure::Load()
         return;
     }
     if (*kind == Installation::MAS200Client) {
-        m_host = m_settings.GetSetting(Section, HostKey, m_host);
-        m_port = m_settings.GetSetting(Section, PortKey, m_port);
+        m_server = {m_settings.GetSetting(Section, HostKey, m_server.Host),
+            m_settings.GetSetting(Section, PortKey, m_server.Port)};
     }
     TakeInstallation(folder, *kind);
 }
@@ -82,8 +80,18 @@ void modConfigure::SelectKind(Installation kind)
     Screen.PathLabel = Screen.ServerEnabled ? u"MAS 200 Path"_s : u"MAS 90 Path"_s;
     if (!Screen.ServerEnabled)
         return;
-    Screen.Host = m_host;
-    Screen.Port = m_port;
+    Screen.Host = m_server.Host;
+    Screen.Port = m_server.Port;
+}
+
+void modConfigure::TypeHost(const QString &typed)
+{
+    Screen.Host = m_server.Host = typed;
+}
+
+void modConfigure::TypePort(const QString &typed)
+{
+    Screen.Port = m_server.Port = typed;
 }
 
 void modConfigure::TakeInstallation(const QString &folder, Installation kind)
@@ -102,10 +110,8 @@ void modConfigure::TakeActiveServer(const QString &folder)
     const QString found = FindIgnoringCase(folder, name);
     const std::optional<ActiveServer> server
         = ReadActiveServer(found.isEmpty() ? JoinPath(folder, name) : found);
-    if (!server)
-        return;
-    m_host = server->Host;
-    m_port = server->Port;
+    if (server)
+        m_server = *server;
 }
 
 void modConfigure::Browse()

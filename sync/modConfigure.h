@@ -6,6 +6,7 @@
 #include "platform/clsSettings.h"
 #include "session/SessionState.h"
 #include "store/Tables.h"
+#include "sync/ActiveServer.h"
 #include "sync/modSync.h"
 
 #include <QString>
@@ -41,6 +42,9 @@ public:
     /// a folder asked for. A missing or empty launch file is an error.
     void Load();
     void SelectKind(Installation kind); ///< the click on an option button
+    void TypePath(const QString &typed) { Screen.Mas90Path = typed; }
+    void TypeHost(const QString &typed);
+    void TypePort(const QString &typed);
     void Browse();
     /// Writes the launch file; false, and the user has been told, without an installation under
     /// the path.
@@ -48,7 +52,7 @@ public:
 
     std::array<QString, 4> Panels() const;
 
-    ConfigureScreen Screen; ///< the form puts what is typed into its texts
+    ConfigureScreen Screen; ///< what the form draws
 
 private:
     void BrowseFrom(const QString &start);
@@ -63,7 +67,7 @@ private:
     clsMessageBox &m_messages;
     const clsClock &m_clock;
 
-    // The server as last read from the settings or the client; what the boxes are filled with.
-    QString m_host;
-    QString m_port;
+    // As last typed, or read from the settings or the client: the boxes are filled with it whenever
+    // MAS 200 is selected, so it outlives a change to MAS 90, which may empty them.
+    ActiveServer m_server;
 };

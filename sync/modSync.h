@@ -17,6 +17,12 @@ enum class Installation
     MAS200Client ///< holds home/wkStatus.flp only
 };
 
+/// What users see who have never synchronized.
+inline QString SynchronizeFirst()
+{
+    return QStringLiteral("Please perform a synchronization first.");
+}
+
 /// Recognises an installation by its marker files, whatever the case of their letters; nothing
 /// when neither is there, nor for a relative path.
 std::optional<Installation> CheckInstallation(const QString &root);

@@ -18,13 +18,10 @@ std::array<QString, 4> modSyncOptions::Panels() const
 
 void modSyncOptions::ReadRecord()
 {
-    // Before a synchronisation has brought all databases, the record in memory is empty or of
-    // another company, and must not be written over the one that may be there.
-    modDBOpts &options = m_tables.Options;
-    if (!options.IsOpen())
-        options.Record = options.Working = OptionsRecord();
-    else if (m_session.NotSynchronised)
-        options.LoadOptions();
+    // Before a synchronization has brought all databases, the record in memory is empty or of
+    // another company, and must not be written over the one that is there.
+    if (m_session.NotSynchronised)
+        m_tables.Options.LoadOptions();
 }
 
 void modSyncOptions::ComposeTexts(const QString &accountingName)

@@ -21,7 +21,10 @@ public:
     /// All outlive it.
     modSyncOptions(Tables &tables, const SessionState &session, const clsClock &clock);
 
+    /// False before a first synchronization: the company has no options to choose from yet.
+    bool HasOptions() const { return m_tables.Options.IsOpen(); }
     /// Composes the texts and selects the stored option, none for any other value.
+    /// \pre HasOptions
     void Load();
     void SelectOption(int option); ///< the click on an option button; into the working copy
     void Accept(); ///< writes the working copy, durable on return

@@ -105,15 +105,20 @@ void PressSync(frmEntryList &window)
     LetEventsRun();
 }
 
-void ChooseDeleteDatabases(frmEntryList &window)
+void ChooseFromMenu(frmEntryList &window, const char *menuName, const char *entryName)
 {
     auto &bar = Control<QMenuBar>(window, "mnuBar");
-    auto &menu = Control<QMenu>(window, "mnuUtilities");
+    auto &menu = Control<QMenu>(window, menuName);
     QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.actionGeometry(menu.menuAction()).center());
     ASSERT_EQ(QApplication::activePopupWidget(), &menu);
-    auto &entry = Control<QAction>(window, "mnuDeleteDatabases");
+    auto &entry = Control<QAction>(window, entryName);
     QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&entry).center());
     LetEventsRun();
+}
+
+void ChooseDeleteDatabases(frmEntryList &window)
+{
+    ChooseFromMenu(window, "mnuUtilities", "mnuDeleteDatabases");
 }
 
 } // namespace
@@ -132,6 +137,19 @@ TEST_F(Program, AFirstStartOpensALockedWindowAndAsksForASynchronisation)
         EXPECT_FALSE(Control<QWidget>(window, name).isEnabled()) << name;
     EXPECT_TRUE(Control<QWidget>(window, "cmdSync").isEnabled());
     EXPECT_FALSE(QFile::exists(File(u"GlobalOptions-WkLg"_s)));
+}
+
+TEST_F(Program, BeforeAFirstSynchronizationItsOptionsAreAnsweredWithTheSentenceAboutIt)
+{
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    frmEntryList &window = *program.MainWindow();
+    ASSERT_TRUE(ShowActive(window));
+    m_messages.Shown.clear();
+    ChooseFromMenu(window, "mnuOptions", "mnuSync");
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(SynchroniseFirst));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_THAT(Databases(), IsEmpty());
 }
 
 TEST_F(Program, OpensOnTheCompanyLastWorkedIn)

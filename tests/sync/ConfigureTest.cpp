@@ -205,8 +205,7 @@ TEST_F(Configure, AMissingLaunchFileIsTheErrorAndTheDialogStandsOpen)
 
 TEST_F(Configure, AnEmptyLaunchFileIsTheErrorAndTheDialogStandsOpen)
 {
-    for (const QByteArray &content :
-        {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("\r\n  \r\n")}) {
+    for (const QByteArray &content : {QByteArray(), QByteArray("\xEF\xBB\xBF")}) {
         Write(LaunchFile(), content);
         m_messages.Shown.clear();
         Show();
@@ -223,11 +222,23 @@ TEST_F(Configure, TheFirstLineAloneIsEnoughToLoad)
     const QString root = MAS90(u"Büro/mas90"_s);
     for (const QByteArray &content :
         {root.toUtf8(), QByteArray("\xEF\xBB\xBF" + root.toUtf8() + "\r\n"),
-            QByteArray("\r\n\n" + root.toUtf8() + "\n\n-ARG X"), root.toLatin1()}) {
+            QByteArray(root.toUtf8() + "\n\n-ARG X"), root.toLatin1()}) {
         Write(LaunchFile(), content);
         m_form.Load();
         EXPECT_EQ(Box("txtMas90Path"), root) << content.toStdString();
         EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    }
+}
+
+TEST_F(Configure, AFirstLineWithSpacesAroundItIsNoInstallation)
+{
+    const QString root = MAS90();
+    for (const QString &line : {u' ' + root, QString()}) {
+        Launch(line);
+        m_messages.Shown.clear();
+        m_form.Load();
+        ExpectMessage(Locate, MessageIcon::Critical);
+        EXPECT_EQ(Box("txtMas90Path"), QString());
     }
 }
 
@@ -253,16 +264,56 @@ TEST_F(Configure, ChoosingTheKindRenamesThePathAndFillsTheServer)
     Launch(MAS200());
     m_settings.Values = {{u"MAS200/Host"_s, u"summer"_s}, {u"MAS200/Port"_s, u"777"_s}};
     Show();
-    Fill("tbxHost", u"typed"_s);
     Click("optMas90_0");
     EXPECT_EQ(The<QLabel>("lblMas90Path").text(), u"MAS 90 Path"_s);
     ExpectServer(false);
-    EXPECT_EQ(Box("tbxHost"), u"typed"_s); // greyed, not emptied
+    EXPECT_EQ(Box("tbxHost"), u"summer"_s); // disabled, not emptied
     Click("optMas90_1");
     EXPECT_EQ(The<QLabel>("lblMas90Path").text(), u"MAS 200 Path"_s);
     ExpectServer(true);
     EXPECT_EQ(Box("tbxHost"), u"summer"_s);
     EXPECT_EQ(Box("tbxPort"), u"777"_s);
+}
+
+TEST_F(Configure, ATypedServerSurvivesAChangeToMAS90AndBack)
+{
+    const QString client = MAS200();
+    Launch(client);
+    m_settings.Values = {{u"MAS200/Host"_s, u"summer"_s}, {u"MAS200/Port"_s, u"777"_s}};
+    m_form.Load();
+    PlayModal(m_form, [&] {
+        Fill("tbxHost", u"typed"_s);
+        Fill("tbxPort", u"4000"_s);
+        Click("optMas90_0");
+        EXPECT_EQ(Box("tbxHost"), u"typed"_s);
+        Click("optMas90_1");
+        EXPECT_EQ(Box("tbxHost"), u"typed"_s);
+        EXPECT_EQ(Box("tbxPort"), u"4000"_s);
+        Fill("tbxPort", QString()); // an emptied box stays empty, too
+        Click("optMas90_0");
+        Click("optMas90_1");
+        EXPECT_EQ(Box("tbxHost"), u"typed"_s);
+        EXPECT_EQ(Box("tbxPort"), QString());
+        Click("cmdAccept");
+    });
+    EXPECT_TRUE(Read(LaunchFile()).contains(" KV_Client -ARG \"typed\" \"\" "));
+    EXPECT_EQ(m_settings.Values,
+        (QMap<QString, QString>{{u"MAS200/Host"_s, u"typed"_s}, {u"MAS200/Port"_s, QString()}}));
+}
+
+TEST_F(Configure, ATypedServerSurvivesBrowsingToMAS90AndChoosingMAS200)
+{
+    Launch(MAS200());
+    MAS90();
+    Show();
+    Fill("tbxHost", u"typed"_s);
+    m_browser.Folder = Place(u"acc"_s);
+    Click("cmdBrowse");
+    EXPECT_EQ(Box("tbxHost"), QString());
+    EXPECT_EQ(Box("tbxPort"), QString());
+    Click("optMas90_1");
+    EXPECT_EQ(Box("tbxHost"), u"typed"_s);
+    EXPECT_EQ(Box("tbxPort"), u"10000"_s);
 }
 
 TEST_F(Configure, TheKindIsChosenByArrowKeys)
@@ -380,9 +431,10 @@ TEST_F(Configure, AMalformedSectionLeavesTheServerAsItWas)
     Launch(MAS200("[Active Server]\r\nwinter\r\n"));
     m_settings.Values = {{u"MAS200/Host"_s, u"summer"_s}, {u"MAS200/Port"_s, u"777"_s}};
     Show();
+    Fill("tbxHost", u"typed"_s);
     m_browser.Folder = Place(u"client"_s);
     Click("cmdBrowse");
-    EXPECT_EQ(Box("tbxHost"), u"summer"_s);
+    EXPECT_EQ(Box("tbxHost"), u"typed"_s);
     EXPECT_EQ(Box("tbxPort"), u"777"_s);
     EXPECT_THAT(m_messages.Texts(), IsEmpty());
 }
@@ -396,7 +448,8 @@ TEST_F(Configure, AClientWithoutSotaIniIsAnErrorAndTakesNothing)
     Show();
     m_browser.Folder = Place(u"client"_s);
     Click("cmdBrowse");
-    ExpectMessage(u"Error #53 (File not found: %1)."_s.arg(Native(client + u"/Launcher/sota.ini"_s)),
+    ExpectMessage(
+        u"Error #53 (File not found: %1)."_s.arg(Native(client + u"/Launcher/sota.ini"_s)),
         MessageIcon::Exclamation);
     EXPECT_EQ(Box("txtMas90Path"), root);
     EXPECT_TRUE(IsMAS90());
@@ -606,9 +659,13 @@ TEST(ActiveServerTest, IsReadAsPeopleHaveIt)
             Case{"NoLastLineEnd", "[Active Server]\nserver;10000;", u"server 10000"_s},
             Case{
                 "ByteOrderMark", "\xEF\xBB\xBF[Active Server]\nserver;10000;\n", u"server 10000"_s},
-            Case{"BlankLines", "\n\n[Active Server]\r\n\r\n  \r\nserver;10000;\n",
+            Case{"EmptyLinesBeforeTheSection", "\n\n[Active Server]\r\nserver;10000;\n",
                 u"server 10000"_s},
-            Case{"TrailingBlanks", "[Active Server] \nserver;10000; \t\n", u"server 10000"_s},
+            Case{"AnEmptyLineAfterTheSection", "[Active Server]\r\n\r\nserver;10000;\n", u"-"_s},
+            Case{"SpacesAfterTheSection", "[Active Server] \nserver;10000;\n", u"server 10000"_s},
+            Case{"OneSpaceAtTheEnd", "[Active Server]\r\nserver;10000; \r\n", u"server 10000;"_s},
+            Case{"SpacesAround", "[Active Server]\n  server ; 10000;\t\t\n",
+                u"  server   10000;\t"_s},
             Case{"TextAroundTheSection", "; [Active Server] of 1999\nserver;1;\n", u"server 1"_s},
             Case{
                 "NoFinalSemicolonLosesADigit", "[Active Server]\nserver;10000\n", u"server 1000"_s},

@@ -76,9 +76,12 @@ INSTANTIATE_TEST_SUITE_P(Forms, LaunchFileForms,
         Form{"ByteOrderMark", "\xEF\xBB\xBF/srv/mas90\n-ARG X\n", u"/srv/mas90"_s, u"-ARG X"_s},
         Form{"Utf8", "/srv/B\xC3\xBCro\n-ARG X\n", u"/srv/Büro"_s, u"-ARG X"_s},
         Form{"Ansi", "/srv/B\xFCro\n-ARG X\n", u"/srv/Büro"_s, u"-ARG X"_s},
-        Form{"BlanksAroundTheRoot", "  /srv/mas90 \n-ARG X\n", u"/srv/mas90"_s, u"-ARG X"_s},
+        Form{"SpacesAroundTheRoot", "  /srv/mas90 \r\n-ARG X\r\n", u"  /srv/mas90 "_s, u"-ARG X"_s},
+        Form{"SpacesAroundTheArguments", "/srv/mas90\n -ARG X \t\r\n", u"/srv/mas90"_s,
+            u" -ARG X \t"_s},
         Form{"EmptyArguments", "/srv/mas90\n\n", u"/srv/mas90"_s, QString()},
-        Form{"BlankLines", "\n \r\n/srv/mas90\r\n\r\n-ARG X\r\n", u"/srv/mas90"_s, u"-ARG X"_s},
+        Form{"AnEmptyLineBefore", "\r\n/srv/mas90\r\n-ARG X\r\n", QString(), u"/srv/mas90"_s},
+        Form{"AnEmptyLineBetween", "/srv/mas90\r\n\r\n-ARG X\r\n", u"/srv/mas90"_s, QString()},
         Form{"MoreLines", "/srv/mas90\n-ARG X\nmore\n", u"/srv/mas90"_s, u"-ARG X"_s}),
     [](const auto &form) { return std::string(form.param.Name); });
 
@@ -92,9 +95,8 @@ TEST_F(LaunchFileTest, AMissingFileIsNamed)
 
 TEST_F(LaunchFileTest, AFileWithoutTwoLinesIsNamed)
 {
-    for (const QByteArray &content :
-        {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("/srv/mas90"),
-            QByteArray("/srv/mas90\n"), QByteArray("\n-x\n"), QByteArray("\r\n\r\n")}) {
+    for (const QByteArray &content : {QByteArray(), QByteArray("\xEF\xBB\xBF"),
+             QByteArray("/srv/mas90"), QByteArray("/srv/mas90\n"), QByteArray("\r\n")}) {
         const QString path = Written(content);
         const Raised raised = RaisedBy([&] { ReadLaunchFile(path); });
         EXPECT_EQ(raised.Number, RunTimeErrors::PastEndOfFile) << content.toStdString();

@@ -46,7 +46,7 @@ protected:
         m_form.reset();
         m_module = std::make_unique<modSyncOptions>(m_folder->Tables, m_session, m_clock);
         m_form = std::make_unique<frmSyncOptions>(*m_module, m_messages, m_keys);
-        m_form->Load();
+        m_loaded = m_form->Load();
     }
     /// The whole record, as the accounting side finds it.
     OptionsRecord InTheFile()
@@ -85,6 +85,7 @@ protected:
     clsFixedClock m_clock;
     std::unique_ptr<modSyncOptions> m_module;
     std::unique_ptr<frmSyncOptions> m_form;
+    bool m_loaded = false;
 };
 
 } // namespace
@@ -251,23 +252,16 @@ TEST_F(SyncOptions, AnIncompleteCompanyKeepsItsOptions)
     EXPECT_TRUE(InTheFile().Fields() == m_stored.Fields());
 }
 
-TEST_F(SyncOptions, WithoutDatabasesNothingOfAFormerCompanyIsShown)
+TEST_F(SyncOptions, WithoutDatabasesThereIsNothingToChooseYet)
 {
     Open(u"2"_s);
+    EXPECT_TRUE(m_loaded);
     m_folder->CloseAll();
     m_session.NotSynchronised = true;
     NewDialog();
-    EXPECT_EQ(Selected(), -1);
-    EXPECT_EQ(Option(1).text(), u"Computer updates "_s);
-    EXPECT_EQ(Control<QLabel>(*m_form, "Panel1").text(), QString());
-    EXPECT_EQ(Control<QLabel>(*m_form, "Panel4").text(), u"03/09/2026"_s);
-    // There is no record to write a choice into.
-    ASSERT_TRUE(ShowActive(*m_form));
-    QTest::mouseClick(&Option(1), Qt::LeftButton, {}, QPoint(8, Option(1).height() / 2));
-    EXPECT_EQ(Selected(), 1);
-    Click("cmdAccept");
-    EXPECT_EQ(m_messages.Shown.size(), 1);
-    EXPECT_TRUE(m_form->isVisible());
+    EXPECT_FALSE(m_loaded);
+    ASSERT_THAT(m_messages.Texts(), ElementsAre(u"Please perform a synchronization first."_s));
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Exclamation);
     EXPECT_EQ(InTheFile().Sync_Option, u"2"_s);
 }
 
