@@ -7,13 +7,17 @@
 #include "platform/Paths.h"
 #include "platform/ProgramIcon.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
     ChooseLook();
     clsWindowMessageBox messages;
-    clsApplication application(argc, argv, messages);
+    // There are no command-line options, not even the toolkit's: it gets the program's name alone.
+    int ownName = std::min(argc, 1);
+    clsApplication application(ownName, argv, messages);
     // A caret that stands still: a window that nobody touches does not wake the computer.
     QApplication::setCursorFlashTime(0);
     // Under this name the desktop knows the program's icon; on others the windows bring it along.
@@ -27,11 +31,14 @@ int main(int argc, char **argv)
     const clsSystemClock clock;
     clsUserSettings settings;
     clsWindowFolderBrowser browser;
-    const clsHelp help(JoinPath(ProgramFolder(), u"WL.HLP"_s), messages);
+    clsHelp help(JoinPath(ProgramFolder(), u"WL.HLP"_s), messages);
     clsProgram program(ProgramFolder(), {messages, keys, process, clock, settings, browser});
 
-    QObject::connect(&program, &clsProgram::MainWindowChanged,
-        [&](QWidget *window) { messages.SetParent(window); });
+    QObject::connect(&program, &clsProgram::MainWindowChanged, [&](QWidget *window) {
+        messages.SetParent(window);
+        if (window == nullptr)
+            help.CloseViewer();
+    });
     bool ended = false;
     int exitStatus = EXIT_SUCCESS;
     QObject::connect(&program, &clsProgram::Ended, [&](int status) {

@@ -35,6 +35,12 @@ clsHelp::clsHelp(const QString &helpFile, clsMessageBox &messages)
 
 clsHelp::~clsHelp() = default;
 
+void clsHelp::CloseViewer()
+{
+    if (m_viewer)
+        m_viewer->close();
+}
+
 QString clsHelp::PageOf(const QWidget &window) const
 {
     if (const auto *box = qobject_cast<const QMessageBox *>(&window))

@@ -443,6 +443,23 @@ TEST_F(F1, TheViewerOutlivesTheDialogThatItWasAskedFrom)
     EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"Worklog Remote"_s));
 }
 
+TEST_F(F1, TheViewerIsClosedByTheProgramAndOpensAgain)
+{
+    clsHelp help(HelpFile, m_messages);
+    help.CloseViewer(); // there is none yet
+    QWidget window;
+    window.setObjectName(u"frmEntryList"_s);
+    ASSERT_TRUE(ShowActive(window));
+    QTest::keyClick(&window, Qt::Key_F1);
+    ASSERT_NE(Viewer(), nullptr);
+    ASSERT_TRUE(Viewer()->isVisible());
+    help.CloseViewer();
+    EXPECT_FALSE(Viewer()->isVisible());
+    QTest::keyClick(&window, Qt::Key_F1);
+    EXPECT_TRUE(Viewer()->isVisible());
+    EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"The main window"_s));
+}
+
 TEST_F(F1, WithoutAHelpFileTellsWhichIsMissing)
 {
     const QTemporaryDir folder;
