@@ -20,7 +20,11 @@ constexpr qint32 DeleteMode = 2;
 
 QString Utf16(std::string_view text)
 {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    QString result = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    // The toolkit takes it for a byte order mark and drops it.
+    if (text.starts_with("\uFEFF"))
+        result.prepend(QChar::ByteOrderMark);
+    return result;
 }
 
 void RequireArgument(bool holds, const QString &name)

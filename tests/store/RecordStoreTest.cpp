@@ -489,6 +489,18 @@ TEST_F(RecordStoreWrite, AFieldReadsAsText)
     EXPECT_EQ(Store.ReadField(handle, 2), u"-0.0005"_s);
 }
 
+TEST_F(RecordStoreWrite, ATextThatBeginsWithAByteOrderMarkIsReadWhole)
+{
+    for (const QString &text :
+        {u"\uFEFF"_s, u"\uFEFFmark"_s, u"\uFEFF\uFEFFtwo"_s, u"in\uFEFFside"_s}) {
+        const Handle handle = Table({Three(text)});
+        EXPECT_EQ(Store.ReadField(handle, 0), text);
+        EXPECT_EQ(Read(handle).Name, text);
+        Store.CloseDatabase(handle);
+        Store.DeleteDatabase(PathOf(u"T"_s), 0, 0);
+    }
+}
+
 TEST_F(RecordStoreWrite, AYearThatNoTextHoldsIsRefused)
 {
     const Handle handle = Table({Three(u"a"_s)});
@@ -1183,6 +1195,19 @@ TEST_F(RecordStoreCreate, WhatCannotBeDeletedIsNamed)
     EXPECT_TRUE(raised.Names(FileOf(u"T"_s)));
     EXPECT_TRUE(QFileInfo(FileOf(u"T"_s) + u"/inside"_s).isDir());
     EXPECT_TRUE(journal.exists());
+}
+
+TEST_F(RecordStoreCreate, TheJournalOfADatabaseThatCannotBeDeletedIsKept)
+{
+    ASSERT_TRUE(QDir().mkpath(FileOf(u"T"_s) + u"/inside"_s));
+    QFile journal(FileOf(u"T"_s) + u"-journal"_s);
+    ASSERT_TRUE(journal.open(QIODevice::ReadWrite));
+    journal.write("the only good pages");
+    journal.close();
+    EXPECT_EQ(RaisedBy([&] { Store.DeleteDatabase(PathOf(u"T"_s), 0, 0); }).Number,
+        StoreErrors::NotDeleted);
+    ASSERT_TRUE(journal.open(QIODevice::ReadOnly));
+    EXPECT_EQ(journal.readAll(), "the only good pages");
 }
 
 TEST_F(RecordStoreCreate, TheHoursSummaryIsRebuiltAgainAndAgain)
