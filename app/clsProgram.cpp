@@ -146,15 +146,14 @@ void clsProgram::SyncCommand()
     if (!m_window->MayLeaveEntry())
         return;
     m_entryInfo.Changed = false;
-    m_session.SynchronisationInProgress = true;
+    const QScopedValueRollback<bool> inProgress(m_session.SynchronisationInProgress, true);
     Report([this] { m_entryList.SaveLastCompany(); });
-    if (UnloadMainWindow()) {
-        m_sync.RunSynchronisation();
-        StartAgain();
-        Report([this] { TellMissingEntries(); });
-        EndWithoutWindow();
-    }
-    m_session.SynchronisationInProgress = false;
+    if (!UnloadMainWindow())
+        return;
+    m_sync.RunSynchronisation();
+    StartAgain();
+    Report([this] { TellMissingEntries(); });
+    EndWithoutWindow();
 }
 
 void clsProgram::DeleteDatabasesCommand()

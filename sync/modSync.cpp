@@ -8,7 +8,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 #include <QScopeGuard>
+
+#include <new>
 
 using namespace Qt::StringLiterals;
 
@@ -61,9 +64,10 @@ void modSync::OpenAllDatabases()
     if (!all)
         return;
 
-    m_session.OpeningInProgress = true;
-    open(m_tables.Entries, DatabasePrefix::Entries);
-    m_session.OpeningInProgress = false;
+    {
+        const QScopedValueRollback<bool> opening(m_session.OpeningInProgress, true);
+        open(m_tables.Entries, DatabasePrefix::Entries);
+    }
     if (!m_tables.Entries.IsOpen()) {
         main.CreateEntries(main.CompanyName(m_session.CurrentCompanyCode, DatabasePrefix::Entries));
         if (!open(m_tables.Entries, DatabasePrefix::Entries))
@@ -115,9 +119,10 @@ bool modSync::CheckEntriesExist()
     try {
         company.Handle = main.CloseTable(company.Handle);
         m_tables.Options.Handle = main.CloseTable(m_tables.Options.Handle);
-        m_session.OpeningInProgress = true;
-        company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
-        m_session.OpeningInProgress = false;
+        {
+            const QScopedValueRollback<bool> opening(m_session.OpeningInProgress, true);
+            company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
+        }
         if (!company.IsOpen())
             return true;
         const bool any = AnyEntries();
@@ -130,7 +135,6 @@ bool modSync::CheckEntriesExist()
         options.Handle = main.CloseTable(options.Handle);
         return true;
     } catch (const clsRunTimeError &) {
-        m_session.OpeningInProgress = false;
         company.Handle = main.CloseTable(company.Handle);
         options.Handle = main.CloseTable(options.Handle);
         m_messages.Tell(u"Unable to determine if entries exist. Sync unsuccessful."_s);
@@ -189,5 +193,8 @@ void modSync::RunSynchronisation()
             StartClientAndWait();
     } catch (const clsRunTimeError &error) {
         m_messages.Tell(error.Message());
+    } catch (const std::bad_alloc &) {
+        m_messages.Tell(
+            clsRunTimeError(RunTimeErrors::OutOfMemory, {}, u"Out of memory"_s).Message());
     }
 }

@@ -30,6 +30,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
+
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -42,10 +44,7 @@ class Program : public testing::Test
 {
 protected:
     QString Folder() const { return Native(m_folder.path()); }
-    QString File(const QString &name) const
-    {
-        return Native(Folder() + u'/' + name + u".db"_s);
-    }
+    QString File(const QString &name) const { return Native(Folder() + u'/' + name + u".db"_s); }
     QStringList Databases() const
     {
         return QDir(Folder()).entryList({u"*.db"_s, u"*.db-journal"_s}, QDir::Files);
@@ -362,6 +361,21 @@ TEST_F(Program, WithoutACopyOfTheEntriesNoClientIsStarted)
     EXPECT_NE(program.MainWindow(), nullptr);
 }
 
+TEST_F(Program, ALackOfMemoryWhileTheClientWorksBringsTheWindowBack)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    m_process.Work = [] { throw std::bad_alloc(); };
+    PressSync(*program.MainWindow());
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(u"Error #7 (Out of memory)."_s));
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_TRUE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+    EXPECT_EQ(ended.count(), 0);
+}
+
 TEST_F(Program, TheLockIsHeldWhileTheClientWorks)
 {
     MakeInstallation();
@@ -473,7 +487,7 @@ TEST_F(Program, AnotherCompanyASynchronisationAndADeletionEmptyTheFilter)
             },
             [&](QWidget &filter) {
                 filter.activateWindow();
-                EXPECT_TRUE(QTest::qWaitFor([&] { return filter.isActiveWindow(); }));
+                ASSERT_TRUE(WaitUntilActive(filter));
                 steps(Control<QLineEdit>(filter, "txtCustomer"));
                 QTest::mouseClick(&Control<QPushButton>(filter, "cmdOK"), Qt::LeftButton);
             });

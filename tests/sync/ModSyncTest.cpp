@@ -131,6 +131,18 @@ TEST_F(ModSync, AMissingReferenceDatabaseLeavesTheRestOpenAndEntriesUntouched)
     EXPECT_FALSE(QFile::exists(File(u"ABCEntries-WkLg"_s)));
 }
 
+TEST_F(ModSync, EntriesThatCannotBeOpenedLeaveNoOpeningInProgress)
+{
+    SampleCompany company;
+    company.Entries.reset();
+    BuildSampleCompanies(Folder(), {company});
+    Touch(File(u"ABCEntries-WkLg"_s), "no database");
+    m_session.CurrentCompanyCode = u"ABC"_s;
+    EXPECT_NE(RaisedBy([&] { m_sync.OpenAllDatabases(); }).Number, 0);
+    EXPECT_FALSE(m_session.OpeningInProgress);
+    EXPECT_FALSE(m_session.DatabasesReady);
+}
+
 TEST_F(ModSync, OpeningAgainLeavesNoFileOpenBehindALostHandle)
 {
     BuildSampleCompanies(Folder(), {SampleCompany()});
@@ -199,6 +211,17 @@ TEST_F(ModSync, EntriesOfAnyCompanyCountAndTheRestOfTheRecordStays)
     EXPECT_EQ(StoredGlobalOptions().Last_Company, u"XYZ"_s);
     EXPECT_EQ(StoredGlobalOptions().Employee, u"JMS"_s);
     EXPECT_FALSE(AnythingOpen());
+}
+
+TEST_F(ModSync, AnEmptyCompanyAfterAFullOneTakesNoEntriesAway)
+{
+    SampleCompany full(u"ABC"_s);
+    full.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"DEV"_s, QDate(2026, 3, 9), Currency::FromWhole(2))};
+    const SampleCompany empty(u"XYZ"_s);
+    BuildSampleCompanies(Folder(), {full, empty}, Global(u"ABC"_s));
+    EXPECT_TRUE(m_sync.CheckEntriesExist());
+    EXPECT_EQ(StoredGlobalOptions().Entries_Exist, u"Y"_s);
 }
 
 TEST_F(ModSync, WithoutAnyEntryNoneAreSaidToExist)
@@ -324,6 +347,19 @@ TEST_F(ModSync, TheJournalOfADatabaseThatNobodyOpenedIsSettledBeforeTheClientSta
     EXPECT_THAT(journals, IsEmpty());
 }
 
+TEST_F(ModSync, TheJournalOfADatabaseThatCannotBeOpenedIsKeptForTheClient)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    Touch(File(u"ABCOptions-WkLg"_s), "half written");
+    Touch(Folder() + u"/ABCOptions-WkLg.db-journal"_s, "the only good pages");
+    m_sync.RunSynchronisation();
+    EXPECT_EQ(m_process.Programs.size(), 1);
+    QFile journal(Folder() + u"/ABCOptions-WkLg.db-journal"_s);
+    ASSERT_TRUE(journal.open(QIODevice::ReadOnly));
+    EXPECT_EQ(journal.readAll(), "the only good pages");
+}
+
 TEST_F(ModSync, AClientThatDoesNotStartIsNamedAndTheFolderGivenBack)
 {
     MakeInstallation();
@@ -332,7 +368,8 @@ TEST_F(ModSync, AClientThatDoesNotStartIsNamedAndTheFolderGivenBack)
     m_sync.RunSynchronisation();
     EXPECT_THAT(m_messages.Texts(),
         ElementsAre(u"Error #2001 (Unable to start program "_s
-            + Native(Root() + u"/Home/pvxwin32.exe"_s) + u" -hd -ARG X \""_s + Folder() + u"\")."_s));
+            + Native(Root() + u"/Home/pvxwin32.exe"_s) + u" -hd -ARG X \""_s + Folder()
+            + u"\")."_s));
     EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
     EXPECT_EQ(QDir::currentPath(), before);
 }
@@ -343,8 +380,8 @@ TEST_F(ModSync, AMissingHomeFolderIsNamedAndNothingStarts)
     ASSERT_TRUE(QDir(Root() + u"/Home"_s).removeRecursively());
     const QString before = QDir::currentPath();
     m_sync.RunSynchronisation();
-    EXPECT_THAT(
-        m_messages.Texts(), ElementsAre(u"Error #76 (Path not found: %1)."_s.arg(Native(Root() + u"/Home"_s))));
+    EXPECT_THAT(m_messages.Texts(),
+        ElementsAre(u"Error #76 (Path not found: %1)."_s.arg(Native(Root() + u"/Home"_s))));
     EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
     EXPECT_THAT(m_process.Programs, IsEmpty());
     EXPECT_EQ(QDir::currentPath(), before);
@@ -358,7 +395,8 @@ TEST_F(ModSync, ALaunchFileWithAQuoteTooManyIsToldAndNothingStarts)
     m_sync.RunSynchronisation();
     EXPECT_THAT(m_messages.Texts(),
         ElementsAre(u"Error #2001 (Unable to start program "_s
-            + Native(Root() + u"/Home/pvxwin32.exe"_s) + u" -hd -ARG \"X \""_s + Folder() + u"\")."_s));
+            + Native(Root() + u"/Home/pvxwin32.exe"_s) + u" -hd -ARG \"X \""_s + Folder()
+            + u"\")."_s));
     EXPECT_THAT(m_process.Programs, IsEmpty());
     EXPECT_EQ(QDir::currentPath(), before);
 }

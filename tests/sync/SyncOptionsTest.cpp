@@ -170,10 +170,13 @@ TEST_F(SyncOptions, OptionsAreChosenByArrowKeysAndAcceptedByEnter)
     Open(u"0"_s);
     PlayModal(*m_form, [&] {
         EXPECT_TRUE(Option(0).hasFocus());
+        const QStringList texts
+            = {u"This sync option will upload Worklog entries made on the Computer."_s, Erases,
+                u"This sync option will not synchronize Worklog data."_s};
         for (int option = 1; option < 4; ++option) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
             EXPECT_EQ(Selected(), option);
-            EXPECT_EQ(Description(), m_module->Description());
+            EXPECT_EQ(Description(), texts[option - 1]);
         }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     });
