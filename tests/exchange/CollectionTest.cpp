@@ -1,7 +1,6 @@
 #include "tests/exchange/Installation.h"
 
 #include "exchange/Collection.h"
-#include "exchange/EntryRows.h"
 
 #include <gtest/gtest.h>
 
@@ -11,33 +10,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-EntryLines LinesOf(const std::vector<EntryRecord> &entries)
-{
-    EntryLines lines;
-    for (const EntryRecord &entry : entries)
-        ++lines[EntryLine(entry)];
-    return lines;
-}
-
 TEST(Collection, EntriesOfTwoCompaniesLandInAFileEach)
 {
     Installation place;
     place.AddCompany(u"X Y"_s);
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
-    const std::vector<EntryRecord> first = {EntryNumber(1), EntryNumber(2), EntryNumber(2)};
-    const std::vector<EntryRecord> second = {EntryNumber(3)};
-    place.PutEntries(u"ABC"_s, first);
-    place.PutEntries(u"X Y"_s, second);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2), EntryNumber(2)});
+    place.PutEntries(u"X Y"_s, {EntryNumber(3)});
 
     const Outcome outcome = place.Synchronise();
 
     ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
     ASSERT_EQ(place.Uploads(u"ABC"_s).size(), 1);
     ASSERT_EQ(place.Uploads(u"X Y"_s).size(), 1);
-    EXPECT_EQ(ReadEntryLines(place.UploadPath(u"ABC"_s, place.Uploads(u"ABC"_s).first())),
-        LinesOf(first));
-    EXPECT_EQ(ReadEntryLines(place.UploadPath(u"X Y"_s, place.Uploads(u"X Y"_s).first())),
-        LinesOf(second));
+    EXPECT_EQ(place.Read(u"ABC/uploads/"_s + place.Uploads(u"ABC"_s).first()),
+        "Customer_Number,Project_Number,Activity_Number,Date,Billing_Status,Mgmt_Approval,"
+        "Sec_Approval,On_Hold,Billing_Option,Multiplier_Number,Rate_Overridden,Reimburse,Hours,"
+        "Rate,Amount,Multiplier_Factor,Exp_Markup_Percent,Exp_Markup_Amount,Description\r\n"
+        "0100,1000,CONSULT,2024-01-02 00:00:00,1,N,N,N,4,,N,N,7.5001,95.0000,712.5095,1.0000,"
+        "0.0000,0.0000,Entry 1\r\n"
+        "0100,1000,CONSULT,2024-01-03 00:00:00,1,N,N,N,4,,N,N,7.5002,95.0000,712.5190,1.0000,"
+        "0.0000,0.0000,Entry 2\r\n"
+        "0100,1000,CONSULT,2024-01-03 00:00:00,1,N,N,N,4,,N,N,7.5002,95.0000,712.5190,1.0000,"
+        "0.0000,0.0000,Entry 2\r\n");
+    EXPECT_EQ(place.Read(u"X Y/uploads/"_s + place.Uploads(u"X Y"_s).first()), UploadOf({3}));
     EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
     EXPECT_TRUE(place.Entries(u"X Y"_s).empty());
     EXPECT_EQ(place.Note(u"ABC"_s), QString());
@@ -49,19 +45,25 @@ TEST(Collection, TextsArriveAsTheyAre)
 {
     const Installation place;
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    const std::vector<std::pair<QString, QByteArray>> texts
+        = {{u"a \"b\", c"_s, "\"a \"\"b\"\", c\""}, {u"two\nlines"_s, "\"two\nlines\""},
+            {u"and\r\nthese"_s, "\"and\r\nthese\""}, {u"a\rreturn"_s, "\"a\rreturn\""},
+            {u"at the end\r"_s, "\"at the end\r\""}, {u" blank "_s, "\" blank \""},
+            {u"日本 Łąka"_s, "日本 Łąka"}, {u"a\ttab"_s, "a\ttab"}, {u"=1+1"_s, "=1+1"},
+            {u"\uFEFF\uFEFFmark"_s, "\"\uFEFF\uFEFFmark\""}};
     std::vector<EntryRecord> entries;
-    for (const QString &text : {u"a \"b\", c"_s, u"two\nlines"_s, u"and\r\nthese"_s, u" blank "_s,
-             u"日本 Łąka"_s, u"\uFEFF\uFEFFmark"_s}) {
+    QByteArray expected = UploadOf({});
+    for (const auto &[text, cell] : texts) {
         entries.push_back(EntryNumber(1));
         entries.back().Description = text;
+        expected += UploadOf({1}).mid(UploadOf({}).size()).replace("Entry 1", cell);
     }
     place.PutEntries(u"ABC"_s, entries);
-    const EntryLines expected = LinesOf(place.Entries(u"ABC"_s));
 
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
 
-    EXPECT_EQ(
-        ReadEntryLines(place.UploadPath(u"ABC"_s, place.Uploads(u"ABC"_s).first())), expected);
+    EXPECT_EQ(place.Read(u"ABC/uploads/"_s + place.Uploads(u"ABC"_s).first()).toStdString(),
+        expected.toStdString());
     EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
 }
 
@@ -161,9 +163,8 @@ TEST(Collection, WhatTheUserWritesWhileTheFileIsHandedOverComesWithTheNextOne)
 
     collection.Deliver();
 
-    EXPECT_EQ(ReadEntryLines(collection.File()),
-        LinesOf({EntryNumber(1), EntryNumber(2), EntryNumber(3)}));
-    EXPECT_EQ(LinesOf(place.Entries(u"ABC"_s)), LinesOf({EntryNumber(4)}));
+    EXPECT_EQ(UploadedLines(collection.File()), LinesOf({1, 2, 3}));
+    EXPECT_EQ(TextsOf(place.Entries(u"ABC"_s)), QStringList{TextOf(EntryNumber(4))});
     EXPECT_EQ(place.Note(u"ABC"_s), QString());
 }
 

@@ -158,12 +158,14 @@ TEST(Csv, AMissingFileIsNamed)
 TEST(Csv, WhatIsWrittenIsReadTheSame)
 {
     const Rows rows = {{"plain", "", " blanks ", "com,ma"},
-        {"quo\"te", "\"", "line\nfeed", "both\r\nof them\r"}, {"Brünnhof", "\t", "=1", "'"}};
+        {"quo\"te", "\"", "line\nfeed", "both\r\nof them\r"}, {"a\rreturn", "\r", "at the end\r"},
+        {"Brünnhof", "\t", "=1", "'"}};
     std::string text;
     for (const std::vector<std::string> &row : rows)
         text += CsvLine(row);
     EXPECT_EQ(CsvFile(QByteArray::fromStdString(text)).Read(), rows);
     EXPECT_EQ(CsvLine({"a", "b\"c", ""}), "a,\"b\"\"c\",\r\n");
+    EXPECT_EQ(CsvLine({"a\rreturn", "b\n"}), "\"a\rreturn\",\"b\n\"\r\n");
     EXPECT_EQ(CsvLine({""}), "\"\"\r\n"); // an empty line is no record
     EXPECT_EQ(CsvLine({"\xEF\xBB\xBFmark"}), "\"\xEF\xBB\xBFmark\"\r\n"); // nor a mark a file's
 }

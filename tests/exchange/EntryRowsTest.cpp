@@ -14,25 +14,59 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::vector<EntryRecord> DifficultEntries()
+/// An entry, and its line.
+struct Case
 {
-    std::vector<EntryRecord> entries;
-    int number = 0;
-    for (const QString &text : {u""_s, u" "_s, u"  leading"_s, u"trailing "_s, u"\"quoted\""_s,
-             u"com,ma"_s, u"line\nfeed"_s, u"carriage\r\nreturn\r"_s, u"Brünnhof 日本 😀"_s,
-             u"\uFEFFmark"_s, u"=1+1"_s, u"\t"_s, u"007"_s, u"1e5"_s}) {
-        EntryRecord entry = EntryNumber(number++);
-        entry.Description = text;
-        entry.Customer_Number = text;
-        entries.push_back(entry);
-    }
-    entries[0].Date = QDateTime();
-    entries[1].Date = QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC);
-    entries[2].Date = QDateTime(QDate(9999, 12, 31), QTime(23, 59, 59), Qt::UTC);
-    entries[3].Amount = Currency::FromScaled(std::numeric_limits<qint64>::min());
-    entries[4].Amount = Currency::FromScaled(std::numeric_limits<qint64>::max());
-    entries[5].Amount = Currency::FromScaled(-1);
-    return entries;
+    EntryRecord Entry;
+    std::string Line;
+};
+
+Case WithText(const QString &text, const std::string &cell)
+{
+    Case result{EntryNumber(3),
+        cell
+            + ",1000,CONSULT,2024-01-04 00:00:00,1,N,N,N,4,,N,N,7.5003,95.0000,712.5285,1.0000,"
+              "0.0000,0.0000,"
+            + cell + "\r\n"};
+    result.Entry.Customer_Number = result.Entry.Description = text;
+    return result;
+}
+
+Case WithDate(const QDateTime &date, const std::string &cell)
+{
+    Case result{EntryNumber(3),
+        "0100,1000,CONSULT," + cell
+            + ",1,N,N,N,4,,N,N,7.5003,95.0000,712.5285,1.0000,0.0000,0.0000,Entry 3\r\n"};
+    result.Entry.Date = date;
+    return result;
+}
+
+Case WithAmount(qint64 scaled, const std::string &cell)
+{
+    Case result{EntryNumber(3),
+        "0100,1000,CONSULT,2024-01-04 00:00:00,1,N,N,N,4,,N,N,7.5003,95.0000," + cell
+            + ",1.0000,0.0000,0.0000,Entry 3\r\n"};
+    result.Entry.Amount = Currency::FromScaled(scaled);
+    return result;
+}
+
+std::vector<Case> DifficultEntries()
+{
+    return {WithText(u""_s, ""), WithText(u" "_s, "\" \""),
+        WithText(u"  leading"_s, "\"  leading\""), WithText(u"trailing "_s, "\"trailing \""),
+        WithText(u"\"quoted\""_s, "\"\"\"quoted\"\"\""), WithText(u"com,ma"_s, "\"com,ma\""),
+        WithText(u"line\nfeed"_s, "\"line\nfeed\""),
+        WithText(u"carriage\r\nreturn"_s, "\"carriage\r\nreturn\""),
+        WithText(u"a\rlone one"_s, "\"a\rlone one\""), WithText(u"\r"_s, "\"\r\""),
+        WithText(u"Brünnhof 日本 😀"_s, "Brünnhof 日本 😀"),
+        WithText(u"\uFEFFmark"_s, "\"\uFEFFmark\""), WithText(u"=1+1"_s, "=1+1"),
+        WithText(u"\t"_s, "\t"), WithText(u"007"_s, "007"), WithText(u"1e5"_s, "1e5"),
+        WithDate({}, ""),
+        WithDate(QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC), "0001-01-01 00:00:00"),
+        WithDate(QDateTime(QDate(9999, 12, 31), QTime(23, 59, 59), Qt::UTC), "9999-12-31 23:59:59"),
+        WithAmount(std::numeric_limits<qint64>::min(), "-922337203685477.5808"),
+        WithAmount(std::numeric_limits<qint64>::max(), "922337203685477.5807"),
+        WithAmount(-1, "-0.0001"), WithAmount(0, "0.0000")};
 }
 
 QString WriteFile(const QTemporaryDir &folder, const std::string &contents)
@@ -45,20 +79,26 @@ QString WriteFile(const QTemporaryDir &folder, const std::string &contents)
     return name;
 }
 
+TEST(EntryRows, EveryEntryHasItsLine)
+{
+    for (const Case &difficult : DifficultEntries())
+        EXPECT_EQ(EntryLine(difficult.Entry), difficult.Line);
+}
+
 TEST(EntryRows, EveryEntryIsRecognisedByTheLineThatWasWritten)
 {
-    std::string contents = EntryHeader();
-    for (const EntryRecord &entry : DifficultEntries())
-        contents += EntryLine(entry);
-    contents += EntryLine(DifficultEntries()[4]);
+    std::string contents = UploadOf({}).toStdString();
+    for (const Case &difficult : DifficultEntries())
+        contents += difficult.Line;
+    contents += DifficultEntries()[4].Line;
     const QTemporaryDir folder;
 
     EntryLines lines = ReadEntryLines(WriteFile(folder, contents));
 
     EXPECT_EQ(lines.size(), DifficultEntries().size());
-    for (const EntryRecord &entry : DifficultEntries())
-        EXPECT_EQ(lines.count(EntryLine(entry)), 1U) << EntryLine(entry);
-    EXPECT_EQ(lines[EntryLine(DifficultEntries()[4])], 2);
+    for (const Case &difficult : DifficultEntries())
+        EXPECT_EQ(lines.count(difficult.Line), 1U) << difficult.Line;
+    EXPECT_EQ(lines[DifficultEntries()[4].Line], 2);
 }
 
 TEST(EntryRows, TheHeaderNamesTheNineteenFields)
@@ -76,7 +116,7 @@ TEST(EntryRows, AFileThatIsNoUploadIsRefused)
 {
     const QTemporaryDir folder;
     for (const std::string &contents :
-        {std::string(), std::string("a,b\n"), EntryHeader() + "1,2,3\r\n"})
+        {std::string(), std::string("a,b\n"), UploadOf({}).toStdString() + "1,2,3\r\n"})
         EXPECT_THROW(ReadEntryLines(WriteFile(folder, contents)), clsRunTimeError) << contents;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/Paths.h"
 #include "store/FieldText.h"
+#include "tests/support/Deadline.h"
 
 #include <gtest/gtest.h>
 
@@ -9,19 +10,42 @@
 #include <QDirIterator>
 #include <QFile>
 
+#include <array>
+#include <cstdio>
 #include <filesystem>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int Deadline = 120'000; // milliseconds; far beyond what any run takes
-
 QByteArray Contents(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+/// Whole pages of entries differ in these alone: the day of January 2024, and what is added to the
+/// hours, in ten-thousandths, and to the amount.
+QByteArray UploadLine(int number)
+{
+    static constexpr std::array<int, 12> days = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    int day = number % 365;
+    int month = 0;
+    while (day >= days.at(static_cast<size_t>(month)))
+        day -= days.at(static_cast<size_t>(month++));
+    std::array<char, 200> line = {};
+    std::snprintf(line.data(), line.size(),
+        "0100,1000,CONSULT,2024-%02d-%02d 00:00:00,1,N,N,N,4,,N,N,%d.%04d,95.0000,%d.%04d,1.0000,"
+        "0.0000,0.0000,Entry %d\r\n",
+        month + 1, day + 1, (75000 + number) / 10000, (75000 + number) % 10000,
+        (7125000 + 95 * number) / 10000, (7125000 + 95 * number) % 10000, number);
+    return line.data();
+}
+
+const QByteArray UploadHeader
+    = "Customer_Number,Project_Number,Activity_Number,Date,Billing_Status,Mgmt_Approval,"
+      "Sec_Approval,On_Hold,Billing_Option,Multiplier_Number,Rate_Overridden,Reimburse,Hours,Rate,"
+      "Amount,Multiplier_Factor,Exp_Markup_Percent,Exp_Markup_Amount,Description\r\n";
 
 /// A link is enough to make the client lie in this installation's Home.
 void InstallClient(const QString &path)
@@ -133,7 +157,7 @@ std::unique_ptr<QProcess> Installation::Start() const
     process->start(Client(),
         {u"-hd"_s, JoinPath(Root, u"launcher/sota.ini"_s), u"-ARG"_s, u"RUN_DIRECT"_s, u"UION"_s,
             u"*"_s, u"WLWXBA"_s, QString(Program).replace(u' ', u'*')});
-    EXPECT_TRUE(process->waitForStarted());
+    EXPECT_TRUE(process->waitForStarted(DeadlineMilliseconds));
     return process;
 }
 
@@ -141,7 +165,7 @@ namespace {
 
 Outcome OutcomeOf(QProcess &process)
 {
-    const bool ended = process.waitForFinished(Deadline);
+    const bool ended = process.waitForFinished(DeadlineMilliseconds);
     Outcome outcome;
     if (ended && process.exitStatus() == QProcess::NormalExit)
         outcome.ExitStatus = process.exitCode();
@@ -315,6 +339,35 @@ EntryRecord EntryNumber(int number)
     entry.Multiplier_Factor = Currency::FromWhole(1);
     entry.Description = u"Entry "_s + QString::number(number);
     return entry;
+}
+
+QByteArray UploadOf(const std::vector<int> &numbers)
+{
+    QByteArray upload = UploadHeader;
+    for (const int number : numbers)
+        upload += UploadLine(number);
+    return upload;
+}
+
+QStringList UploadedLines(const QString &path)
+{
+    const QByteArray upload = Contents(path);
+    EXPECT_TRUE(upload.startsWith(UploadHeader)) << path.toStdString();
+    EXPECT_TRUE(upload.endsWith("\r\n")) << path.toStdString();
+    QStringList lines = QString::fromUtf8(upload).split(u"\r\n"_s);
+    lines.removeFirst();
+    lines.removeLast();
+    lines.sort();
+    return lines;
+}
+
+QStringList LinesOf(const std::vector<int> &numbers)
+{
+    QStringList lines;
+    for (const int number : numbers)
+        lines.append(QString::fromUtf8(UploadLine(number).chopped(2)));
+    lines.sort();
+    return lines;
 }
 
 QString TextOf(const EntryRecord &entry)

@@ -81,6 +81,14 @@ private:
 /// An entry that differs from those of other numbers.
 EntryRecord EntryNumber(int number);
 
+/// What an upload file with these entries holds: written out here, without
+/// the client's own code.
+QByteArray UploadOf(const std::vector<int> &numbers);
+/// The lines of a whole upload file behind its first one, sorted; their line ends are checked.
+QStringList UploadedLines(const QString &path);
+/// The same for the entries of these numbers.
+QStringList LinesOf(const std::vector<int> &numbers);
+
 /// The fields of an entry, to be compared and printed.
 QString TextOf(const EntryRecord &entry);
 QStringList TextsOf(const std::vector<EntryRecord> &entries);

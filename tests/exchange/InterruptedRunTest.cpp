@@ -1,7 +1,6 @@
 #include "tests/exchange/Installation.h"
 
 #include "exchange/Collection.h"
-#include "exchange/EntryRows.h"
 
 #include <gtest/gtest.h>
 
@@ -27,15 +26,7 @@ protected:
         Place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2), EntryNumber(2)});
     }
 
-    static QByteArray FileOf(const std::vector<EntryRecord> &entries)
-    {
-        std::string text = EntryHeader();
-        for (const EntryRecord &entry : entries)
-            text += EntryLine(entry);
-        return QByteArray::fromStdString(text);
-    }
-
-    QByteArray WholeFile() const { return FileOf(Place.Entries(u"ABC"_s)); }
+    static QByteArray WholeFile() { return UploadOf({1, 2, 2}); }
 
     /// Comes to a company's note and its file under the hidden name; the batch.
     QString PrepareOnly(const QString &company) const
@@ -71,9 +62,8 @@ protected:
         for (const QString &folder : {u""_s, u"imported/"_s}) {
             const QDir files(Place.UploadPath(u"ABC"_s, folder));
             for (const QString &name : files.entryList({u"*.csv"_s}, QDir::Files)) {
-                for (const auto &[line, count] : ReadEntryLines(files.filePath(name)))
-                    for (qint64 i = 0; i < count; ++i)
-                        lines.append(QString::fromStdString(line).section(u',', 18).trimmed());
+                for (const QString &line : UploadedLines(files.filePath(name)))
+                    lines.append(line.section(u',', 18));
             }
         }
         lines.sort();
@@ -142,7 +132,7 @@ TEST_F(InterruptedRun, NotedWithAnEmptyTable)
     ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
     Place.Choose(u"ABC"_s, u"0"_s);
     Place.PutNote(u"ABC"_s, Batch);
-    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, FileOf({EntryNumber(1)}));
+    Place.Write(u"ABC/uploads/."_s + Batch + u".part"_s, UploadOf({1}));
     Finish();
     EXPECT_TRUE(Place.Uploads(u"ABC"_s).isEmpty());
 }
@@ -208,8 +198,7 @@ TEST_F(InterruptedRun, AnEntryChangedSinceComesWithTheNextFile)
     }
     Finish();
     ASSERT_EQ(Place.Uploads(u"ABC"_s).size(), 2);
-    EXPECT_EQ(
-        ReadEntryLines(Place.UploadPath(u"ABC"_s, Place.Uploads(u"ABC"_s).last())).size(), 1U);
+    EXPECT_EQ(UploadedLines(Place.UploadPath(u"ABC"_s, Place.Uploads(u"ABC"_s).last())).size(), 1);
 }
 
 TEST_F(InterruptedRun, AMarkOfAnotherProgramIsRefused)

@@ -210,6 +210,53 @@ TEST(LocalDatabases, AnUnfinishedWriteIsNotPlayedIntoTheNewDatabase)
     EXPECT_EQ(names.filter(u"New"_s).size(), 200);
 }
 
+TEST(LocalDatabases, ALockOnTheLastDatabaseReplacesNone)
+{
+    Installation place;
+    place.AddCompany(u"TWO"_s);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.Replace(u"Company.csv"_s, "Company ABC", "Renamed");
+    place.Replace(u"ABC/Customers.csv"_s, "Acme", "Renamed");
+    place.Replace(u"TWO/Customers.csv"_s, "Acme", "Renamed");
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+    Outcome outcome;
+    {
+        OtherProgram other(DatabaseFileOf(place, u"TWOActivities-WkLg"_s));
+        other.Execute(u"BEGIN IMMEDIATE"_s); // lets others read
+        outcome = place.Synchronise();
+        other.Execute(u"ROLLBACK"_s);
+    }
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"TWOActivities-WkLg"_s)) << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.LocalFiles(), before);
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(place.CustomerNames(u"ABC"_s).first(), u"Renamed"_s);
+    EXPECT_EQ(place.CustomerNames(u"TWO"_s).first(), u"Renamed"_s);
+}
+
+TEST(LocalDatabases, AJournalThatCannotBeRemovedReplacesNone)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.Replace(u"ABC/Customers.csv"_s, "Acme", "Renamed");
+    const QString last = DatabaseFileOf(place, u"ABCActivities-WkLg"_s);
+    ASSERT_TRUE(QFile::remove(last)); // would get the journal's pages
+    const QString journal = last + u"-journal"_s;
+    ASSERT_TRUE(QDir().mkpath(journal + u"/in the way"_s));
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+
+    const Outcome outcome = place.Synchronise();
+
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(u"A leftover cannot be removed: "_s + journal))
+        << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.LocalFiles(), before);
+    ASSERT_TRUE(QDir(journal).removeRecursively());
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(place.CustomerNames(u"ABC"_s).first(), u"Renamed"_s);
+}
+
 TEST(LocalDatabases, AJournalWithoutItsDatabaseIsRemoved)
 {
     const Installation place;
