@@ -1,7 +1,9 @@
 #include "tests/support/FaultyDisk.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <sqlite3.h>
 
@@ -9,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdarg>
 #include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -254,6 +257,7 @@ bool FaultyDisk::Watches(const QByteArray &path) const
 
 bool FaultyDisk::Fails(Call call, const QByteArray &path)
 {
+    const std::scoped_lock lock(m_mutex);
     if (m_fault == DiskFault::DeletedAnyway && call != Call::Delete)
         return false;
     const bool needsSpace = call == Call::Create || call == Call::Write || call == Call::Sync;
@@ -272,30 +276,63 @@ bool FaultyDisk::Fails(Call call, const QByteArray &path)
     return true;
 }
 
-void FaultyDisk::ContentsChange(const QByteArray &path)
+FaultyDisk::Unsynced &FaultyDisk::EntryOf(const QByteArray &path)
 {
     const auto [at, isNew] = m_unsynced.try_emplace(path);
     if (isNew)
         at->second.Durable = Read(path);
-    at->second.ContentsDiffer = true;
+    return at->second;
+}
+
+void FaultyDisk::ContentsChange(const QByteArray &path)
+{
+    const std::scoped_lock lock(m_mutex);
+    Unsynced &file = EntryOf(path);
+    if (!std::exchange(file.ContentsDiffer, true))
+        file.Written = Read(path).value_or(QByteArray());
 }
 
 void FaultyDisk::NameChanges(const QByteArray &path)
 {
-    const auto [at, isNew] = m_unsynced.try_emplace(path);
-    if (isNew)
-        at->second.Durable = Read(path);
+    const std::scoped_lock lock(m_mutex);
+    EntryOf(path).NameDiffers = true;
+}
+
+void FaultyDisk::HasNewName(const QByteArray &from, const QByteArray &to)
+{
+    const std::scoped_lock lock(m_mutex);
+    HasSecondName(from, to);
+    m_unsynced[from].ContentsDiffer = false;
+    std::map<QByteArray, Unsynced> inside;
+    for (auto entry = m_unsynced.begin(); entry != m_unsynced.end();) {
+        if (!entry->first.startsWith(from + '/')) {
+            ++entry;
+            continue;
+        }
+        inside.emplace(to + entry->first.mid(from.size()), entry->second);
+        entry = m_unsynced.erase(entry);
+    }
+    m_unsynced.merge(inside);
+}
+
+void FaultyDisk::HasSecondName(const QByteArray &from, const QByteArray &to)
+{
+    const std::scoped_lock lock(m_mutex);
+    const auto file = m_unsynced.find(from);
+    m_unsynced[to].ContentsDiffer = file != m_unsynced.end() && file->second.ContentsDiffer;
+    if (m_unsynced[to].ContentsDiffer)
+        m_unsynced[to].Written = file->second.Written;
 }
 
 void FaultyDisk::Synced(const QByteArray &path)
 {
+    const std::scoped_lock lock(m_mutex);
     // A file's contents: whether it keeps its name is the folder's.
     const auto file = m_unsynced.find(path);
     if (file != m_unsynced.end()) {
-        if (file->second.Durable)
+        file->second.ContentsDiffer = false;
+        if (!file->second.NameDiffers)
             m_unsynced.erase(file);
-        else
-            file->second.ContentsDiffer = false;
     }
     // A folder's names: contents that were not synced stay so.
     for (auto entry = m_unsynced.begin(); entry != m_unsynced.end();) {
@@ -305,8 +342,8 @@ void FaultyDisk::Synced(const QByteArray &path)
             entry = m_unsynced.erase(entry);
             continue;
         }
-        if (isHere && !entry->second.Durable)
-            entry->second.Durable = QByteArray();
+        if (isHere && std::exchange(entry->second.NameDiffers, false))
+            entry->second.Durable = entry->second.Written;
         ++entry;
     }
 }
@@ -323,9 +360,12 @@ void FaultyDisk::Restore(const QByteArray &path, const Contents &contents)
 {
     QFile file(QFile::decodeName(path));
     if (!contents) {
-        file.remove();
+        QDir folder(file.fileName());
+        folder.exists() ? folder.removeRecursively() : file.remove();
         return;
     }
+    if (!QFileInfo(QFileInfo(file).path()).isDir())
+        return; // its folder was lost, too
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
         || file.write(*contents) != contents->size())
         qFatal("the file cannot be put back: %s", path.constData());
@@ -345,6 +385,7 @@ QByteArray FaultyDisk::Mixed(const QByteArray &a, const QByteArray &b, std::mt19
 void FaultyDisk::LosePower(std::mt19937 *random)
 {
     Mend();
+    const auto cleared = qScopeGuard([this] { m_unsynced.clear(); }); // of what is done here
     for (const auto &[path, was] : std::exchange(m_unsynced, {})) {
         const Contents now = Read(path);
         if (random == nullptr)
@@ -413,7 +454,10 @@ int link(const char *from, const char *to) noexcept
         return -1;
     if (IsCounted(to))
         theDisk->NameChanges(to);
-    return static_cast<int>(syscall(SYS_link, from, to));
+    const int result = static_cast<int>(syscall(SYS_link, from, to));
+    if (IsCounted(to) && result == 0)
+        theDisk->HasSecondName(from, to);
+    return result;
 }
 
 int rename(const char *from, const char *to) noexcept
@@ -424,7 +468,10 @@ int rename(const char *from, const char *to) noexcept
         theDisk->NameChanges(from);
         theDisk->NameChanges(to);
     }
-    return static_cast<int>(syscall(SYS_rename, from, to));
+    const int result = static_cast<int>(syscall(SYS_rename, from, to));
+    if (IsCounted(to) && result == 0)
+        theDisk->HasNewName(from, to);
+    return result;
 }
 
 int fsync(int file)
@@ -437,6 +484,44 @@ int fsync(int file)
     if (IsCounted(path.data()))
         theDisk->Synced(path.data());
     return result;
+}
+
+// These are neither counted nor do they fail: they only leave what a loss of power takes away.
+
+int mkdir(const char *path, mode_t mode) noexcept
+{
+    if (IsCounted(path) && ::access(path, F_OK) != 0)
+        theDisk->NameChanges(path);
+    return static_cast<int>(syscall(SYS_mkdir, path, mode));
+}
+
+int open64(const char *path, int flags, ...)
+{
+    mode_t mode = 0;
+    if ((flags & O_CREAT) != 0) {
+        va_list more;
+        va_start(more, flags);
+        mode = va_arg(more, mode_t);
+        va_end(more);
+    }
+    if (IsCounted(path)) {
+        const bool isThere = ::access(path, F_OK) == 0;
+        if (!isThere && (flags & O_CREAT) != 0)
+            theDisk->NameChanges(path);
+        if (isThere && (flags & O_TRUNC) != 0)
+            theDisk->ContentsChange(path);
+    }
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+ssize_t write(int file, const void *bytes, size_t count)
+{
+    if (theDisk != nullptr && insideSqlite == 0) {
+        const std::array<char, 4096> path = PathOf(file);
+        if (IsCounted(path.data()))
+            theDisk->ContentsChange(path.data());
+    }
+    return syscall(SYS_write, file, bytes, count);
 }
 
 // Only SQLite's, which is watched where SQLite asks for it.

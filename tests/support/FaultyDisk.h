@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <random>
 #include <string>
@@ -19,7 +20,7 @@ enum class DiskFault
     InputOutput, ///< every call fails
     Kill, ///< the process is killed before the call
     DeletedAnyway, ///< deleting a file does it and is reported as failed
-    PowerLoss ///< the call and all that follow have no effect; see LosePower
+    PowerLoss ///< the call and all that follow fail; see LosePower
 };
 
 enum class FaultLasts
@@ -33,6 +34,7 @@ enum class FaultLasts
 /// Counted: opening, writing, truncating, syncing and deleting, as SQLite asks for them, and
 ///          unlink, link, rename and fsync as everybody else does. Of a Full disk only those that
 ///          can meet it, and of DeletedAnyway only deleting.
+/// Lost:    with the power, what was not synced of all these and of open, write and mkdir.
 /// Shape:   SQLite's default disk is replaced while the object lives, and the calls of the C
 ///          library always pass through here; one object at a time.
 class FaultyDisk
@@ -43,7 +45,8 @@ public:
     FaultyDisk(const FaultyDisk &) = delete;
     FaultyDisk &operator=(const FaultyDisk &) = delete;
 
-    /// Counting begins anew; call 0 never comes, so that calls are counted only.
+    /// Counting begins again, and what is on the disk by now is there to stay. Call 0 never comes,
+    /// so that calls are counted only.
     void FailAt(int call, DiskFault fault, FaultLasts lasts = FaultLasts::ForGood);
     /// From now on nothing fails; the number of calls that were counted.
     int Mend();
@@ -77,16 +80,22 @@ public:
     void CountFlush() { ++m_flushes; }
     bool IsFull() const { return m_fault == DiskFault::Full; }
     void ContentsChange(const QByteArray &path); ///< before they do
-    void NameChanges(const QByteArray &path);
+    void NameChanges(const QByteArray &path); ///< before it does
+    void HasNewName(const QByteArray &from, const QByteArray &to); ///< a file or a folder
+    void HasSecondName(const QByteArray &from, const QByteArray &to);
     void Synced(const QByteArray &path); ///< a file, or all names in a folder
 
 private:
     using Contents = std::optional<QByteArray>; // none: there is no such file
+    /// A name, and how what the disk has under it differs from what programs see.
     struct Unsynced
     {
-        Contents Durable;
-        bool ContentsDiffer = false; // else only whether the file has this name
+        Contents Durable; // what the disk has
+        bool NameDiffers = false; // the disk has no such name, or another file under it
+        bool ContentsDiffer = false; // the file that programs see was not synced
+        QByteArray Written; // then: what the disk has of that file
     };
+    Unsynced &EntryOf(const QByteArray &path);
     static Contents Read(const QByteArray &path);
     static void Restore(const QByteArray &path, const Contents &contents);
     static QByteArray Mixed(const QByteArray &a, const QByteArray &b, std::mt19937 &random);
@@ -101,4 +110,5 @@ private:
     QByteArray m_failedCall;
     std::vector<QByteArray> m_callsMade;
     std::map<QByteArray, Unsynced> m_unsynced;
+    std::recursive_mutex m_mutex; // reference data is written on two threads
 };
