@@ -1,6 +1,7 @@
 #include "exchange/SampleData.h"
 #include "platform/Paths.h"
 #include "tests/exchange/Installation.h"
+#include "tests/support/Deadline.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +55,7 @@ TEST(SampleRoot, TheClientInItSynchronises)
 
     QProcess client;
     client.start(JoinPath(root, u"Home/pvxwin32.exe"_s), {u"-hd"_s, place.Program});
-    ASSERT_TRUE(client.waitForFinished());
+    ASSERT_TRUE(client.waitForFinished(DeadlineMilliseconds));
 
     EXPECT_EQ(client.exitCode(), 0) << client.readAllStandardError().constData();
     EXPECT_EQ(place.Companies(), (QStringList{u"ABC"_s, u"XYZ"_s}));

@@ -1,6 +1,7 @@
 #include "platform/clsInstanceLock.h"
 
 #include "platform/clsRunTimeError.h"
+#include "tests/support/Deadline.h"
 #include "tests/support/Raised.h"
 
 #include <QFile>
@@ -72,10 +73,10 @@ TEST_F(InstanceLock, AProgramThatWasStartedMeanwhileDoesNotKeepTheLock)
     lock.CreateAndHold(m_path);
     QProcess child;
     child.start(QStringLiteral(WAITING_PROGRAM), QStringList());
-    ASSERT_TRUE(child.waitForStarted());
+    ASSERT_TRUE(child.waitForStarted(DeadlineMilliseconds));
     lock.Close();
     clsInstanceLock next;
     EXPECT_EQ(RaisedBy([&] { next.CreateAndHold(m_path); }).Number, 0);
     child.closeWriteChannel();
-    EXPECT_TRUE(child.waitForFinished());
+    EXPECT_TRUE(child.waitForFinished(DeadlineMilliseconds));
 }

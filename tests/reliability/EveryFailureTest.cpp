@@ -3,6 +3,7 @@
 
 #include "store/StoreErrors.h"
 #include "tests/reliability/ProgramOnDisk.h"
+#include "tests/support/Deadline.h"
 #include "tests/support/FaultyDisk.h"
 #include "tests/support/Soak.h"
 
@@ -277,7 +278,7 @@ protected:
         QProcess process;
         process.start(QStringLiteral(KILLED_OPERATION),
             {Folder(), QString::fromLatin1(Of(GetParam()).Name), QString::number(call)});
-        EXPECT_TRUE(process.waitForFinished(30000));
+        EXPECT_TRUE(process.waitForFinished(DeadlineMilliseconds));
         const bool killed = process.exitStatus() == QProcess::CrashExit;
         EXPECT_TRUE(killed || process.exitCode() == 0)
             << process.readAllStandardError().toStdString();

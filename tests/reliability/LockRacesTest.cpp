@@ -1,5 +1,6 @@
 // Starts at the same moment, and places where no lock can be held.
 
+#include "tests/support/Deadline.h"
 #include "tests/support/SampleCompany.h"
 #include "tests/support/Soak.h"
 
@@ -30,14 +31,14 @@ protected:
     static QByteArray Report(QProcess &process)
     {
         QByteArray line;
-        while (!line.endsWith('\n') && process.waitForReadyRead(20'000))
+        while (!line.endsWith('\n') && process.waitForReadyRead(DeadlineMilliseconds))
             line += process.readAllStandardOutput();
         return line.trimmed();
     }
     static void End(QProcess &process)
     {
         process.closeWriteChannel();
-        EXPECT_TRUE(process.waitForFinished(20'000));
+        EXPECT_TRUE(process.waitForFinished(DeadlineMilliseconds));
     }
     QByteArray ReportOfOne(const QString &folder)
     {
@@ -79,7 +80,7 @@ TEST_F(LockRaces, TheLockOfADeadProcessIsTaken)
     ASSERT_EQ(Report(dead), "window");
     EXPECT_EQ(ReportOfOne(m_folder.path()), Refused);
     dead.kill();
-    ASSERT_TRUE(dead.waitForFinished(20'000));
+    ASSERT_TRUE(dead.waitForFinished(DeadlineMilliseconds));
     EXPECT_TRUE(QFile::exists(m_folder.filePath(u"WLRemote.txt"_s)));
     EXPECT_EQ(ReportOfOne(m_folder.path()), "window");
 }

@@ -1,5 +1,6 @@
 #include "tests/store/SaveSteps.h"
 #include "tests/store/StoreFixture.h"
+#include "tests/support/Deadline.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -28,7 +29,7 @@ protected:
         program.start(QStringLiteral(SAVE_LOOP), arguments);
         const qsizetype wanted = static_cast<qsizetype>(m_random() % 30 + 1);
         QByteArray reports;
-        while (reports.size() < wanted && program.waitForReadyRead(10000))
+        while (reports.size() < wanted && program.waitForReadyRead(DeadlineMilliseconds))
             reports += program.readAllStandardOutput();
         EXPECT_GE(reports.size(), wanted) << program.readAllStandardError().toStdString();
         const auto moment = static_cast<qint64>(m_random() % 400000);
@@ -36,7 +37,7 @@ protected:
         timer.start();
         while (timer.nsecsElapsed() < moment) { }
         program.kill();
-        EXPECT_TRUE(program.waitForFinished(10000));
+        EXPECT_TRUE(program.waitForFinished(DeadlineMilliseconds));
         EXPECT_EQ(program.exitStatus(), QProcess::CrashExit)
             << program.readAllStandardError().toStdString();
         return (reports + program.readAllStandardOutput()).size();

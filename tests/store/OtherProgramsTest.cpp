@@ -1,5 +1,6 @@
 #include "store/StoreErrors.h"
 #include "tests/store/StoreFixture.h"
+#include "tests/support/Deadline.h"
 
 #include <QFile>
 #include <QProcess>
@@ -237,7 +238,7 @@ TEST_F(OtherPrograms, ABatchKeepsThemOutAlsoWhenTheFileIsOpenedAgain)
     const auto tryToWrite = [&] {
         QProcess sqlite; // locks are a process's own
         sqlite.start(u"sqlite3"_s, {FileName(), u"INSERT INTO T (Name) VALUES ('theirs')"_s});
-        EXPECT_TRUE(sqlite.waitForFinished());
+        EXPECT_TRUE(sqlite.waitForFinished(DeadlineMilliseconds));
         return QString::fromUtf8(sqlite.readAllStandardError()).contains(u"locked"_s);
     };
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/Deadline.h"
 #include "tests/support/Windows.h"
 
 #include <QApplication>
@@ -35,7 +36,8 @@ void WithModal(Open &&open, Steps &&steps)
         }
         // A button that is pressed by its letter lets go of it a moment later.
         const bool closed = ran && !testing::Test::HasFatalFailure()
-            && QTest::qWaitFor([&] { return QApplication::activeModalWidget() != dialog; });
+            && QTest::qWaitFor(
+                [&] { return QApplication::activeModalWidget() != dialog; }, DeadlineMilliseconds);
         if (!closed && QApplication::activeModalWidget() == dialog) {
             ADD_FAILURE() << "the steps have left the dialog open";
             dialog->close();

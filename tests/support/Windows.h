@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Deadline.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QTest>
@@ -23,10 +25,12 @@ Widget &Control(const QWidget &window, const char *name)
 /// comes a moment later.
 inline bool WaitUntilActive(QWidget &window)
 {
-    return QTest::qWaitForWindowActive(&window) && QTest::qWaitFor([&] {
+    const auto takesKeys = [&] {
         const QWidget *control = window.focusWidget();
         return control == nullptr || !control->isEnabled() || control->hasFocus();
-    });
+    };
+    return QTest::qWaitForWindowActive(&window, DeadlineMilliseconds)
+        && QTest::qWaitFor(takesKeys, DeadlineMilliseconds);
 }
 
 /// Shows the window and waits until it takes the keys.

@@ -2,6 +2,7 @@
 
 #include "platform/clsWindowFolderBrowser.h"
 
+#include "tests/support/Deadline.h"
 #include "tests/support/PrintQt.h"
 #include "tests/support/Windows.h"
 
@@ -32,7 +33,7 @@ QString BrowseWith(const QString &start, const std::function<void(QFileDialog &)
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         ASSERT_NE(dialog, nullptr);
         const auto closed = qScopeGuard([&] { dialog->close(); });
-        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog, DeadlineMilliseconds));
         steps(*dialog);
         played = true;
     });
