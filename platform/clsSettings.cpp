@@ -41,4 +41,5 @@ void clsUserSettings::SaveSetting(const QString &section, const QString &key, co
     if (settings->status() != QSettings::NoError)
         throw clsRunTimeError(RunTimeErrors::PathAccess, u"Settings"_s,
             u"The settings cannot be saved: "_s + settings->fileName());
+    SyncUserSettings(*settings);
 }

@@ -8,3 +8,8 @@ std::unique_ptr<QSettings> UserSettings(const QString &programName)
     return std::make_unique<QSettings>(
         u"HKEY_CURRENT_USER\\Software\\"_s + programName, QSettings::NativeFormat);
 }
+
+void SyncUserSettings(const QSettings &)
+{
+    // The toolkit has flushed the registry.
+}

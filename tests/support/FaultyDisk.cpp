@@ -524,6 +524,14 @@ ssize_t write(int file, const void *bytes, size_t count)
     return syscall(SYS_write, file, bytes, count);
 }
 
+/// The toolkit gives a file its name when its contents are on the disk.
+int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
+{
+    if (IsCounted(to))
+        theDisk->NameChanges(to);
+    return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
+}
+
 // Only SQLite's, which is watched where SQLite asks for it.
 int fdatasync(int file)
 {
