@@ -75,13 +75,13 @@ void modEntryList::LoadEntryList()
     }
     m_list.ListLoading = true;
     const auto loaded = qScopeGuard([this] { m_list.ListLoading = false; });
+    auto unread = qScopeGuard([this] { DropDeletedRow(); });
     if (!m_list.CompanyChangeInProgress)
         FillCompanyList();
     if (m_session.CurrentCompanyCode != m_list.LastCompany)
         ChangeCompany();
     StartNewEntry(); // edits are dropped here and not before: what is above can fail
     ShowRecordCount(); // of the list before: it stays when the entries cannot be read
-    auto unread = qScopeGuard([this] { DropDeletedRow(); });
     const QString damage = NewDamage();
     if (!FillEntryRecordset()) {
         m_messages.Tell(u"Application cannot create a recordset."_s);
@@ -120,6 +120,7 @@ void modEntryList::DropDeletedRow()
     m_recordset = EmptyRecordset(
         FieldNames(options.Customer_Term, options.Project_Term, options.Activity_Term));
     m_list.EntryCount = 0;
+    m_list.SelectedRow = 0;
     BindRecordset();
     ShowRecordCount();
 }

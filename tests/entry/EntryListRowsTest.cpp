@@ -381,6 +381,28 @@ TEST_F(EntryListRows, AnUndoThatCannotReadTheEntriesLeavesNoRowAndNoPlace)
     ExpectLoaded(2, 1);
 }
 
+TEST_F(EntryListRows, ADeletionAfterWhichTheListCannotBeReadLeavesNoRows)
+{
+    AddHours({"1", "2", "3"});
+    StartList();
+    ClickCell(2, Qt::LeftButton);
+    OtherProgram other(Folder.path() + u"/Company-WkLg.db"_s);
+    other.Execute("BEGIN EXCLUSIVE");
+    Watched.Answers = {MessageAnswer::Yes};
+    ClickButton("cmdDel");
+    ASSERT_EQ(Watched.Shown.size(), 2);
+    EXPECT_TRUE(Watched.Shown[1].Text.startsWith(u"Error #"_s));
+    EXPECT_EQ(Stored().size(), 2U);
+    ExpectNoRow();
+    EXPECT_EQ(Grid().Rows(), 1) << "the rows would lead to other entries than they show";
+    other.Execute("COMMIT");
+    Watched.Answers = {MessageAnswer::No};
+    ClickButton("cmdUndo");
+    ClickCell(2, Qt::LeftButton);
+    EXPECT_EQ(Highlighted(), 2);
+    EXPECT_EQ(Text("txtDescription"), Number(2));
+}
+
 TEST_F(EntryListRows, ARefusedExpenseIsShownBeforeTheMessage)
 {
     Company.Options.Expenses = u"N"_s;
