@@ -102,6 +102,21 @@ void clsReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOptio
     }
 }
 
+void clsReadableStyle::drawControl(ControlElement element, const QStyleOption *option,
+    QPainter *painter, const QWidget *widget) const
+{
+    const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    const bool selected = item != nullptr && item->state.testFlag(State_Selected);
+    if (element != CE_MenuBarItem || !selected || widget == nullptr || !widget->hasFocus()) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    // The keyboard's choice in a menu bar looks as it does with its menu open.
+    QStyleOptionMenuItem open = *item;
+    open.state |= State_Sunken;
+    QProxyStyle::drawControl(element, &open, painter, widget);
+}
+
 void clsReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
     QPainter *painter, const QWidget *widget) const
 {

@@ -3,11 +3,13 @@
 
 #include "platform/clsReadableStyle.h"
 #include "platform/clsWindowMessageBox.h"
+#include "platform/ReadableColours.h"
 #include "tests/support/Modal.h"
 #include "tests/windows/EveryWindow.h"
 
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenuBar>
 #include <QStyleFactory>
 #include <QTableWidget>
 #include <QTest>
@@ -57,6 +59,24 @@ TEST_F(Look, MessageBoxesHaveSharpPicturesAtTwoHundredPercent)
             enlarged.convertToFormat(QImage::Format_ARGB32))
             << picture;
     }
+}
+
+TEST_F(Look, TheKeyboardFocusInTheMenuBarCanBeSeen)
+{
+    Start();
+    QMenuBar &menus = *Window().menuBar();
+    const QImage without = menus.grab().toImage();
+    QTest::keyClick(Window().windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+    LetEventsRun();
+    ASSERT_TRUE(menus.hasFocus());
+    const QImage with = menus.grab().toImage();
+    const QPoint inFirst = menus.actionGeometry(menus.actions().first()).topLeft() + QPoint(4, 4);
+    EXPECT_GE(ContrastRatio(with.pixelColor(inFirst), without.pixelColor(inFirst)),
+        LeastPartContrast);
+    QTest::keyClick(&menus, Qt::Key_Escape);
+    LetEventsRun();
+    EXPECT_FALSE(menus.hasFocus());
+    EXPECT_EQ(menus.grab().toImage(), without);
 }
 
 TEST_F(Look, AMessageStandsWholeBesideItsPicture)
