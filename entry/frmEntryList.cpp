@@ -24,7 +24,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScopeGuard>
 #include <QSizeGrip>
 #include <QStatusBar>
@@ -222,11 +224,13 @@ void frmEntryList::ConnectQuantities()
 void frmEntryList::ConnectOthers()
 {
     connect(ui->txtDescription, &QLineEdit::textEdited, this, &frmEntryList::txtDescription_Change);
-    connect(ui->dtpDate, &QDateEdit::dateChanged, this, &frmEntryList::dtpDate_Change);
+    connect(ui->dtpDate, &clsDatePicker::Change, this, &frmEntryList::dtpDate_Change);
     connect(ui->dtpDate, &clsDatePicker::Click, this, [this] {
         m_entryModule.FieldEdited();
         Render();
     });
+    connect(ui->dtpDate, &clsDatePicker::Typed, this, &frmEntryList::dtpDate_Typed);
+    connect(ui->dtpDate, &clsDatePicker::NoticeChanged, this, &frmEntryList::ShowDateNotice);
     const auto connectBox = [this](EntryControl control, void (modEntryInfo::*clicked)()) {
         connect(static_cast<QCheckBox *>(&WidgetOf(control)), &QCheckBox::clicked, this,
             [this, control, clicked](bool checked) {
@@ -410,7 +414,8 @@ void frmEntryList::RenderTitle()
 
 void frmEntryList::RenderNotice()
 {
-    ui->StatusBar1->ShowNotice(m_screen.PutBack ? m_screen.PutBack->Text : QString());
+    ui->StatusBar1->ShowNotice(
+        m_screen.PutBack ? m_screen.PutBack->Text : m_entryModule.DateNotice());
 }
 
 void frmEntryList::NameLookUpButtons()
@@ -430,6 +435,7 @@ void frmEntryList::MoveFocus()
         return;
     const EntryScreen::FocusRequest request = *m_screen.Focus;
     m_screen.Focus.reset();
+    m_focus.FocusByMouse = false; // the program moves the focus, whatever was pressed before
     FocusTo(request.Control);
     if (auto *box = qobject_cast<QLineEdit *>(&WidgetOf(request.Control));
         box != nullptr && request.SelectText)
@@ -439,11 +445,13 @@ void frmEntryList::MoveFocus()
 void frmEntryList::FocusTo(EntryControl control)
 {
     QWidget &widget = WidgetOf(control);
-    const bool arrivesLater = !isActiveWindow() && focusWidget() != &widget;
-    widget.setFocus(Qt::OtherFocusReason);
     // After a dialog this window is active only in a while, and the control then learns of its
-    // focus, but not as of one entered.
-    if (arrivesLater && focusWidget() == &widget)
+    // focus, but not as of one entered. A date picker that has the focus is entered again: the
+    // entry in it is another one.
+    const bool entersUnnoticed
+        = focusWidget() == &widget ? &widget == ui->dtpDate : !isActiveWindow();
+    widget.setFocus(Qt::OtherFocusReason);
+    if (entersUnnoticed && focusWidget() == &widget)
         GotFocus(widget, QFocusEvent(QEvent::FocusIn, Qt::OtherFocusReason));
 }
 
@@ -453,50 +461,86 @@ bool frmEntryList::IsCodeBox(const QWidget &control) const
         || &control == ui->txtMultiplierCode;
 }
 
+bool frmEntryList::IsField(const QWidget &control) const
+{
+    return IsCodeBox(control) || &control == ui->txtHours || &control == ui->txtRate
+        || &control == ui->txtAmount || &control == ui->txtDescription || &control == ui->dtpDate
+        || ui->dtpDate->isAncestorOf(&control);
+}
+
 void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
 {
     if (m_screen.PutBack && &WidgetOf(m_screen.PutBack->About) != &control) {
         m_screen.PutBack.reset();
         RenderNotice();
     }
-    m_focusByMouse = event.reason() == Qt::MouseFocusReason;
-    m_pressGivesFocus = m_focusByMouse;
+    m_pressGivesFocus = event.reason() == Qt::MouseFocusReason;
+    const bool byMouse = std::exchange(m_focus.FocusByMouse, false) || m_pressGivesFocus;
     if (&control == ui->dtpDate)
-        dtpDate_GotFocus();
-    auto *box = qobject_cast<QLineEdit *>(&control);
-    if (box != nullptr) {
+        dtpDate_GotFocus(byMouse);
+    if (auto *box = qobject_cast<QLineEdit *>(&control)) {
         m_fieldEdited = false;
-        if (!m_focusByMouse && !box->text().isEmpty())
-            box->selectAll();
+        if (!m_pressGivesFocus)
+            PlaceCaret(*box, byMouse);
     }
-    m_focusByMouse = false;
     m_entryModule.RememberFocusTexts();
 }
 
 void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
 {
-    m_focusByMouse = false;
+    if (&control == ui->dtpDate)
+        m_focus.FocusByMouse = false;
     if (!TakeBox(control))
         m_pressRefused = event.reason() == Qt::MouseFocusReason;
 }
 
-void frmEntryList::dtpDate_GotFocus()
+void frmEntryList::PlaceCaret(QLineEdit &box, bool byMouse)
 {
-    m_inFocusFix = true;
-    m_dateKeys = 0;
+    if (&box == ui->txtDescription) {
+        box.deselect();
+        box.end(false); // a key adds to the description and does not replace it
+    } else if (byMouse) {
+        box.deselect(); // a press that has set the caret counts, also before a Tab
+    } else if (!box.text().isEmpty()) {
+        box.selectAll();
+    }
+}
+
+void frmEntryList::dtpDate_GotFocus(bool byMouse)
+{
+    ui->dtpDate->BeginTyping();
     // Entered with the mouse, the caret stays where it was set, and the picker's changes are not
-    // taken over until it is next entered from the keyboard. This asymmetry is kept.
-    if (m_focusByMouse)
+    // taken over until it is next entered from the keyboard. This asymmetry is intentional.
+    m_focus.InFocusFix = byMouse;
+    if (byMouse)
         return;
     ui->dtpDate->setSelectedSection(QDateEdit::MonthSection);
-    m_inFocusFix = false;
+    if (m_entryModule.DateIsHeldBack()) {
+        m_entryModule.TakeDate();
+        Render();
+    }
 }
 
 void frmEntryList::dtpDate_Change(QDate date)
 {
     m_screen.Date = date;
-    if (!m_inFocusFix)
+    if (!m_focus.InFocusFix)
         m_entryModule.TakeDate();
+    ShowDateNotice();
+}
+
+void frmEntryList::dtpDate_Typed()
+{
+    if (!m_focus.InFocusFix)
+        m_entryModule.FieldEdited();
+    ShowDateNotice();
+}
+
+void frmEntryList::ShowDateNotice()
+{
+    m_screen.PutBack.reset();
+    if (const QString notice = ui->dtpDate->Notice(); !notice.isEmpty())
+        m_screen.PutBack = {EntryControl::dtpDate, notice};
     Render();
 }
 
@@ -516,31 +560,14 @@ void frmEntryList::txtDescription_Change()
     Render();
 }
 
-bool frmEntryList::HandleDateKey(const QKeyEvent &event)
+bool frmEntryList::TakeTypedDate()
 {
-    constexpr qint16 keyThatMovesOn = 3;
-    if (BelongsToTheWindow(event))
-        return false;
-    switch (event.key()) {
-    case Qt::Key_NumLock:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        return false;
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-        m_dateKeys = 0;
-        return false;
-    default:
-        break;
-    }
-    m_dateKeys = m_focusByMouse ? qint16(1) : qint16(m_dateKeys + 1);
-    m_focusByMouse = false;
-    if (m_dateKeys != keyThatMovesOn)
-        return false;
-    m_dateKeys = 1;
-    QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
-    ui->dtpDate->event(&right);
-    return true;
+    if (ui->dtpDate->FinishTyping())
+        return true;
+    if (focusWidget() != ui->dtpDate)
+        m_screen.Focus = {EntryControl::dtpDate};
+    ShowDateNotice();
+    return false;
 }
 
 bool frmEntryList::TakeFocusedBox()
@@ -555,10 +582,8 @@ bool frmEntryList::TakeBox(const QWidget &control)
     m_fieldEdited = false;
     if (IsCodeBox(control))
         return !edited || CheckCode(control);
-    if (&control == ui->dtpDate) {
-        ui->dtpDate->interpretText(); // a half-typed part becomes a date
-        return true;
-    }
+    if (&control == ui->dtpDate)
+        return TakeTypedDate();
     Handle([&] {
         if (&control == ui->txtHours)
             m_entryModule.ApplyHoursText();
@@ -733,19 +758,31 @@ bool frmEntryList::HandleKey(QWidget &control, QKeyEvent &event)
         return HandleTab(control);
     if (event.key() == Qt::Key_Backtab)
         return !TakeBox(control);
-    return &control == ui->dtpDate && HandleDateKey(event);
+    return false;
 }
 
 bool frmEntryList::MousePressed(QWidget &control)
 {
     const bool gaveFocus = std::exchange(m_pressGivesFocus, false);
     const bool refused = std::exchange(m_pressRefused, false);
-    if (ui->dtpDate->isAncestorOf(&control) || &control == ui->dtpDate)
-        m_focusByMouse = !gaveFocus;
     if (refused)
         return true;
+    if (!gaveFocus && IsField(control))
+        m_focus.FocusByMouse = true;
     // A button that takes no focus leaves the box all the same.
     return &control != focusWidget() && !IsBackground(control) && !TakeFocusedBox();
+}
+
+bool frmEntryList::FocusArrives(QWidget &control, QFocusEvent &event)
+{
+    if (&event == m_ownFocusIn || !EntersField(event))
+        return false;
+    // The control's own handling sets its caret and selection, so it comes first.
+    const QScopedValueRollback<const QFocusEvent *> handled(m_ownFocusIn, &event);
+    QCoreApplication::sendEvent(&control, &event);
+    if (focusWidget() == &control)
+        GotFocus(control, event);
+    return true;
 }
 
 bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
@@ -755,6 +792,8 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
         return false;
     switch (event->type()) {
     case QEvent::KeyPress:
+        if (control == menuBar())
+            return false; // Esc closes it, not the window
         return HandleKey(*control, *static_cast<QKeyEvent *>(event));
     case QEvent::MouseButtonPress:
         // A box whose code is refused keeps the focus, and the button is not pressed.
@@ -766,9 +805,7 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
         // A wheel that passes over a closed list or the date must not change the entry.
         return qobject_cast<QComboBox *>(control) != nullptr || control == ui->dtpDate;
     case QEvent::FocusIn:
-        if (EntersField(*static_cast<QFocusEvent *>(event)))
-            GotFocus(*control, *static_cast<QFocusEvent *>(event));
-        return false;
+        return FocusArrives(*control, *static_cast<QFocusEvent *>(event));
     case QEvent::FocusOut:
         if (EntersField(*static_cast<QFocusEvent *>(event)))
             LostFocus(*control, *static_cast<QFocusEvent *>(event));

@@ -77,18 +77,24 @@ private:
     bool HandleEnter(QWidget &control);
     bool HandleTab(QWidget &control);
     bool HandleListKey(QComboBox &list, const QKeyEvent &event);
-    bool HandleDateKey(const QKeyEvent &event);
+    /// Runs what entering the control asks for, after the control's own handling; true: done.
+    bool FocusArrives(QWidget &control, QFocusEvent &event);
     void GotFocus(QWidget &control, const QFocusEvent &event);
     void LostFocus(QWidget &control, const QFocusEvent &event);
-    void dtpDate_GotFocus();
+    void PlaceCaret(QLineEdit &box, bool byMouse);
+    void dtpDate_GotFocus(bool byMouse);
     void dtpDate_Change(QDate date);
     void txtDescription_Change();
+    void dtpDate_Typed();
+    void ShowDateNotice();
+    bool TakeTypedDate();
     bool MousePressed(QWidget &control);
     /// Checks the edited box that has the focus; false when its code was refused.
     bool TakeFocusedBox();
     bool TakeBox(const QWidget &control);
     bool CheckCode(const QWidget &control);
     bool IsCodeBox(const QWidget &control) const;
+    bool IsField(const QWidget &control) const; ///< a text field that is edited, or the picker
     void ApplyList(const QComboBox &list);
     /// Text that was dropped into a box without the focus, or dragged out of it, is edited there:
     /// the box takes the focus. False, and the edit undone, when the code in the box that has it is
@@ -122,9 +128,13 @@ private:
     std::array<QWidget *, EntryControls> m_widgets = {};
     clsM90Mask m_mask;
     bool m_fieldEdited = false; // the box with the focus holds an edit that no check has seen
-    bool m_focusByMouse = false; // the focus, or a press in the date picker, came from the mouse
+    struct FocusState
+    {
+        bool FocusByMouse = false; // a field was pressed, also the one that has the focus
+        bool InFocusFix = false; // changes of the date picker are not taken over
+    };
+    FocusState m_focus;
+    const QFocusEvent *m_ownFocusIn = nullptr; // that its control is handling
     bool m_pressGivesFocus = false; // the press that is being handled has just moved the focus
     bool m_pressRefused = false; // it would have left a box whose code was refused
-    bool m_inFocusFix = false; // changes of the date picker are not taken over
-    qint16 m_dateKeys = 0; // typed into the present part of the date
 };

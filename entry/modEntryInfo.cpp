@@ -78,6 +78,8 @@ void modEntryInfo::Show(Reading reading)
     if (reading == Reading::Stored)
         m_screen.PutBack.reset();
     m_statusTextBefore = m_previousStatusText;
+    if (reading == Reading::Stored)
+        m_screen.Date = Entry.Date.date(); // else a date that is held back stays
     ShowClosedState();
     OpenBillingFields();
     ShowCodes();
@@ -117,7 +119,7 @@ void modEntryInfo::ReadStoredEntry(qint32 position)
     Entry.CustomerCode = record.Customer_Number;
     Entry.ProjectCode = record.Project_Number;
     Entry.ActivityCode = record.Activity_Number;
-    Entry.Date = record.Date;
+    Entry.Date = record.Date.isValid() ? record.Date : WallClock(m_clock.Today());
     Entry.BillingStatus = record.Billing_Status;
     Entry.MgmtApproval = record.Mgmt_Approval;
     Entry.SecApproval = record.Sec_Approval;
@@ -141,7 +143,6 @@ void modEntryInfo::ReadStoredEntry(qint32 position)
 
 void modEntryInfo::ShowClosedState()
 {
-    m_screen.Date = Entry.Date.date();
     for (const EntryControl control : {EntryControl::dtpDate, EntryControl::txtCustomer,
              EntryControl::cmdCustomer, EntryControl::txtActivity, EntryControl::cmdActivity,
              EntryControl::cboBStatus, EntryControl::txtHours, EntryControl::txtAmount,
@@ -354,6 +355,25 @@ void modEntryInfo::FieldEdited()
     Changed = true;
     m_screen.PutBack.reset();
     m_screen[EntryControl::cboCompany].Close();
+}
+
+bool modEntryInfo::DateIsHeldBack() const
+{
+    return !m_session.NotSynchronised && m_screen.Date != Entry.Date.date();
+}
+
+bool modEntryInfo::StoredWithoutDate() const
+{
+    return EntryLoaded && !m_stored.Date.isValid();
+}
+
+QString modEntryInfo::DateNotice() const
+{
+    if (DateIsHeldBack())
+        return u"The date counts once the field has been entered with the keyboard."_s;
+    if (StoredWithoutDate())
+        return u"This entry was stored without a date. OK stores the date that is shown."_s;
+    return {};
 }
 
 void modEntryInfo::TakeDate()

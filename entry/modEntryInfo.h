@@ -64,6 +64,10 @@ public:
     void ShowRecordStatus();
     /// Shows and enables the fields for the company's options and the employee.
     void ShowFieldCaptions();
+    /// The picker shows a date that the entry has not taken yet.
+    bool DateIsHeldBack() const;
+    /// A quiet line about the date that is shown; empty when it needs none.
+    QString DateNotice() const;
     /// Puts beside each field why it is closed, and beside the rate where it has come from.
     void ExplainFields();
 
@@ -178,6 +182,7 @@ private:
     QString RateLevel() const;
 
     EntryRecord StoredForm() const;
+    bool StoredWithoutDate() const; ///< the entry shows today, and is saved so without an edit
     /// Puts the cursor on the stored entry that is shown; raises when it is not there as it was
     /// read, so that no other one is ever written or deleted in its stead.
     void MoveToShownEntry();

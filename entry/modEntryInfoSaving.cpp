@@ -69,7 +69,7 @@ void modEntryInfo::WriteEntry()
 void modEntryInfo::SaveEntry()
 {
     SaveSucceeded = true;
-    if (Changed) {
+    if (Changed || StoredWithoutDate()) {
         // Until the record is on the disk nothing counts as saved, also when writing raises.
         SaveSucceeded = false;
         if (!ValidateEntry())

@@ -266,7 +266,7 @@ TEST_F(EntryList, AnotherRowAsksAboutChangesAndYesSavesThemFirst)
     Type(u"changed"_s);
     Messages.Answers = {MessageAnswer::Yes};
     ClickRow(2);
-    EXPECT_EQ(Stored()[0].Description, u"changed"_s);
+    EXPECT_EQ(Stored()[0].Description, u"number 0changed"_s);
     EXPECT_EQ(Text("txtDescription"), u"number 1"_s);
     EXPECT_TRUE(IsMarked(2));
     EXPECT_EQ(Panel(1), u"Record 2 of 2"_s);
@@ -282,7 +282,7 @@ TEST_F(EntryList, AnotherRowAsksAboutChangesAndCancelGoesBackToTheEntry)
     Type(u"changed"_s);
     Messages.Answers = {MessageAnswer::Cancel};
     ClickRow(2);
-    EXPECT_EQ(Text("txtDescription"), u"changed"_s);
+    EXPECT_EQ(Text("txtDescription"), u"number 0changed"_s);
     EXPECT_TRUE(IsMarked(1));
     EXPECT_EQ(Stored()[0].Description, u"number 0"_s);
 }
@@ -384,7 +384,7 @@ TEST_F(EntryList, ARowThatCannotBeLoadedLeavesTheOneInTheEditor)
     ASSERT_EQ(Messages.Shown.size(), 2);
     EXPECT_EQ(Messages.Shown[0].Text, SaveQuestion);
     EXPECT_TRUE(Messages.Shown[1].Text.startsWith(u"Error #"_s));
-    EXPECT_EQ(Text("txtDescription"), u"changed"_s);
+    EXPECT_EQ(Text("txtDescription"), u"number 0changed"_s);
     EXPECT_EQ(Text("txtHours"), u"1.00"_s);
     EXPECT_EQ(Panel(1), u"Record 1 of 3"_s);
     // It is still the first row's entry that is edited.

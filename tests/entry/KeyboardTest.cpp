@@ -2,10 +2,10 @@
 
 #include "tests/entry/EntryWindow.h"
 
-#include "platform/clsDatePicker.h"
-
 #include <QAbstractItemView>
 #include <QClipboard>
+#include <QMenu>
+#include <QMenuBar>
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -144,6 +144,74 @@ TEST_F(Keyboard, FocusByKeyboardSelectsTheCodeAndByMouseDoesNot)
     EXPECT_EQ(Box("txtCustomer").selectedText(), QString());
 }
 
+TEST_F(Keyboard, ADescriptionEnteredFromTheKeyboardIsContinuedAndNotReplaced)
+{
+    Company.Options.On_Hold_In_Use = u"Y"_s;
+    Start();
+    GoTo("txtDescription");
+    Type(u"The audit"_s);
+    for (const char *from : {"txtHours", "chkOnHold", "cmdOK"}) {
+        Box("txtDescription").home(false);
+        GoTo(from);
+        const bool back = QLatin1String(from) == "cmdOK"_L1;
+        Press(back ? Qt::Key_Backtab : Qt::Key_Tab, back ? Qt::ShiftModifier : Qt::NoModifier);
+        ASSERT_EQ(Focused(), u"txtDescription"_s) << from;
+        EXPECT_EQ(Box("txtDescription").selectedText(), QString()) << from;
+        EXPECT_EQ(Box("txtDescription").cursorPosition(), Text("txtDescription").size()) << from;
+    }
+    Type(u"."_s);
+    EXPECT_EQ(Text("txtDescription"), u"The audit."_s);
+}
+
+TEST_F(Keyboard, APressInAFieldCountsForTheNextOneToo)
+{
+    Start();
+    GoTo("txtCustomer");
+    EnterCode(u"0100"_s);
+    EnterCode(u"audit"_s);
+    GoTo("txtActivity");
+    ClickButton("txtActivity"); // has the focus already
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_EQ(Focused(), u"txtProject"_s);
+    EXPECT_EQ(Box("txtProject").selectedText(), QString());
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_EQ(Focused(), u"txtCustomer"_s);
+    EXPECT_EQ(Box("txtCustomer").selectedText(), u"0100"_s) << "once";
+}
+
+TEST_F(Keyboard, APressThatGivesTheFocusCountsForItsOwnFieldOnly)
+{
+    Start();
+    GoTo("txtCustomer");
+    EnterCode(u"0100"_s);
+    EnterCode(u"audit"_s);
+    ClickButton("txtActivity"); // from the hours or the activity
+    GoTo("txtDescription");
+    ClickButton("txtActivity");
+    ASSERT_EQ(Focused(), u"txtActivity"_s);
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(Box("txtProject").selectedText(), u"AUDIT"_s);
+}
+
+TEST_F(Keyboard, APressInTheDescriptionDoesNotReachTheNextEntry)
+{
+    Start();
+    GoTo("txtCustomer");
+    EnterCode(u"0100"_s);
+    EnterCode({});
+    EnterCode(u"cons"_s);
+    EnterCode(u"1"_s);
+    ClickButton("txtDescription");
+    ClickButton("txtDescription");
+    QTest::keyClick(&Window(), Qt::Key_U, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Text("txtCustomer").isEmpty(); }));
+    ASSERT_EQ(Focused(), u"dtpDate"_s);
+    auto &date = Control<QDateEdit>(Window(), "dtpDate");
+    Press(Qt::Key_Up);
+    EXPECT_EQ(date.date(), QDate(2026, 4, 9));
+    EXPECT_FALSE(List("cboCompany").isEnabled()) << "the change is the entry's";
+}
+
 TEST_F(Keyboard, TabFromActivityGoesToHoursAndFromHoursToTheDescription)
 {
     Start();
@@ -266,6 +334,45 @@ TEST_F(Keyboard, EscapeClosesAnUnchangedWindowWithoutAQuestion)
     EXPECT_THAT(Messages.Texts(), IsEmpty());
 }
 
+TEST_F(Keyboard, EscapeInTheMenuBarLeavesTheMenuBarAlone)
+{
+    Start();
+    GoTo("txtCustomer");
+    Type(u"0"_s);
+    QMenuBar &menus = *Window().menuBar();
+    QTest::keyClick(Window().windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+    LetEventsRun();
+    ASSERT_EQ(Window().focusWidget(), &menus);
+    QTest::keyClick(Window().windowHandle(), Qt::Key_Escape);
+    LetEventsRun();
+    EXPECT_TRUE(Window().isVisible());
+    EXPECT_THAT(Messages.Texts(), IsEmpty());
+    EXPECT_EQ(Focused(), u"txtCustomer"_s);
+    EXPECT_EQ(Text("txtCustomer"), u"0"_s);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Text("txtCustomer"), QString()) << "the code is still to be checked";
+}
+
+TEST_F(Keyboard, EscapeInAnOpenMenuClosesTheMenuAlone)
+{
+    Start();
+    QTest::keyClick(Window().windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+    QTest::keyClick(Window().windowHandle(), Qt::Key_Down);
+    LetEventsRun();
+    auto &menu = Control<QMenu>(Window(), "mnuOptions");
+    ASSERT_TRUE(menu.isVisible());
+    for (int i = 0; i < 3 && QApplication::focusWidget() != nullptr; ++i) {
+        QWidget *popup = QApplication::activePopupWidget();
+        QTest::keyClick(popup != nullptr ? popup : QApplication::focusWidget(), Qt::Key_Escape);
+        LetEventsRun();
+        if (Focused() == u"dtpDate"_s)
+            break;
+    }
+    EXPECT_FALSE(menu.isVisible());
+    EXPECT_TRUE(Window().isVisible());
+    EXPECT_EQ(Focused(), u"dtpDate"_s);
+}
+
 TEST_F(Keyboard, EscapeAsksAboutChangesAndCancelStays)
 {
     Start();
@@ -357,93 +464,4 @@ TEST_F(Keyboard, TheGridTakesItsShareOfTheWindowOnEveryResize)
         EXPECT_NEAR(Grid().width(), size.width() - margin, 1);
         EXPECT_NEAR(Grid().height(), size.height() / 2.85, 1);
     }
-}
-
-namespace {
-
-class DatePicker : public Keyboard
-{
-protected:
-    clsDatePicker &Picker() { return Control<clsDatePicker>(Window(), "dtpDate"); }
-};
-
-} // namespace
-
-TEST_F(DatePicker, TakesTheCaretToTheMonthFromTheKeyboard)
-{
-    Start();
-    GoTo("txtCustomer");
-    GoTo("dtpDate");
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::MonthSection);
-    EXPECT_EQ(Picker().date(), QDate(2026, 3, 9));
-    EXPECT_TRUE(List("cboCompany").isEnabled()) << "getting the focus is no edit";
-}
-
-TEST_F(DatePicker, TheThirdKeyArrivesAsRight)
-{
-    Start();
-    Type(u"12"_s);
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::MonthSection);
-    Type(u"5"_s);
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::DaySection);
-    EXPECT_EQ(Picker().date(), QDate(2026, 12, 9));
-    Type(u"2"_s); // counts on from 1
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::DaySection);
-    Type(u"6"_s);
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::YearSection);
-}
-
-TEST_F(DatePicker, AnArrowStartsTheCountAgainAndUpAndDownDoNotCount)
-{
-    Start();
-    Type(u"1"_s);
-    Press(Qt::Key_Right);
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::DaySection);
-    Type(u"1"_s);
-    Press(Qt::Key_Up);
-    Press(Qt::Key_Down);
-    Type(u"2"_s);
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::DaySection) << "two keys so far";
-    Type(u"3"_s);
-    EXPECT_EQ(Picker().currentSection(), QDateEdit::YearSection);
-}
-
-TEST_F(DatePicker, AChangeFromTheKeyboardIsTheEntrysDate)
-{
-    Start();
-    Press(Qt::Key_Up);
-    EXPECT_FALSE(List("cboCompany").isEnabled());
-    GoTo("txtCustomer");
-    EnterCode(u"0100"_s);
-    EnterCode({});
-    EnterCode(u"cons"_s);
-    EnterCode(u"1"_s);
-    ClickButton("cmdOK");
-    ASSERT_EQ(Stored().size(), 1U);
-    EXPECT_EQ(Stored()[0].Date.date(), QDate(2026, 4, 9));
-}
-
-TEST_F(DatePicker, EnteredWithTheMouseItsChangesAreNotTakenOverUntilTheKeyboardEntersIt)
-{
-    Start();
-    GoTo("txtCustomer");
-    EnterCode(u"0100"_s);
-    EnterCode({});
-    EnterCode(u"cons"_s);
-    EnterCode(u"1"_s);
-    QTest::mouseClick(Picker().findChild<QLineEdit *>(), Qt::LeftButton, {}, {8, 8});
-    LetEventsRun();
-    ASSERT_EQ(Focused(), u"dtpDate"_s);
-    Press(Qt::Key_Up);
-    EXPECT_NE(Picker().date(), QDate(2026, 3, 9)) << "the picker itself moves";
-    ClickButton("cmdOK");
-    ASSERT_EQ(Stored().size(), 1U);
-    EXPECT_EQ(Stored()[0].Date.date(), QDate(2026, 3, 9));
-}
-
-TEST_F(DatePicker, EnterMovesOnToTheCustomer)
-{
-    Start();
-    Press(Qt::Key_Return);
-    EXPECT_EQ(Focused(), u"txtCustomer"_s);
 }
