@@ -153,11 +153,11 @@ private:
         entry.Activity = texts.Activities()[texts.ActivityAt(numbers.Activity)];
         entry.IsExpense = m_references.IsExpense(numbers);
         entry.BillingStatus = BillingStatusText(record.Billing_Status);
-        entry.Hours = Shown(record.Hours, 2);
+        entry.Hours = record.Hours;
         entry.ShowsRate = entry.IsExpense || m_showsRates;
         if (entry.ShowsRate) {
-            entry.Rate = Shown(record.Rate, 3);
-            entry.Amount = Shown(record.Amount, 2);
+            entry.Rate = record.Rate;
+            entry.Amount = record.Amount;
         }
         entry.Description = record.Description;
         return entry;
@@ -189,9 +189,8 @@ void ReadDays(
     for (const HoursSummaryRecord &day : hours.Days()) {
         const QDate date = day.Date.date();
         if (IsInRange(date, request))
-            report.Days.push_back(
-                {date, Shown(day.Billable, 2), Shown(day.NoCharge, 2), Shown(day.DoNotBill, 2),
-                    Shown(day.Billable + day.NoCharge + day.DoNotBill, 2), Shown(day.Amount, 2)});
+            report.Days.push_back({date, day.Billable, day.NoCharge, day.DoNotBill,
+                day.Billable + day.NoCharge + day.DoNotBill, day.Amount});
     }
     Report::Day &total = report.DaysTotal;
     for (const Report::Day &day : report.Days) {
@@ -229,11 +228,6 @@ std::vector<QString> Restrictions(const ReportRequest &request, const OptionsRec
 }
 
 } // namespace
-
-Currency Shown(Currency value, int decimals)
-{
-    return CurrencyFromText(FormatCurrency(value, decimals, LeadingZero::Yes)).value_or(value);
-}
 
 Report ReadReport(const ReportRequest &request)
 {

@@ -11,8 +11,8 @@
 
 /// A report, ready to be written in any format.
 ///
-/// Units:  hours and amounts are rounded as they are shown, to two decimals, rates to three, so
-///         that every total is the sum of what stands above it.
+/// Units:  every value is exact, the totals too. They are rounded once, where they are written:
+///         hours and amounts to two decimals, rates to three.
 struct Report
 {
     struct Entry
@@ -59,9 +59,6 @@ struct Report
     std::vector<Day> Days; ///< by date
     Day DaysTotal; ///< its date is none
 };
-
-/// The value as it is shown: rounded half away from zero.
-Currency Shown(Currency value, int decimals);
 
 /// Reads the databases of the request's folder.
 /// Errors: those of the record store, and of a company that is not there or not complete.

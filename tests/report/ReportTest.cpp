@@ -3,6 +3,7 @@
 #include "report/Report.h"
 
 #include "platform/clsGrid.h"
+#include "report/CsvReport.h"
 #include "report/ReportTable.h"
 #include "store/StoreErrors.h"
 #include "summary/modHrsSumm.h"
@@ -95,9 +96,9 @@ TEST(ReportOfEntries, KeepsRatesFromThoseWhoMayNotSeeThem)
     EXPECT_EQ(Scaled(report.EntriesTotal.TimeAmount), 1000000);
 }
 
-TEST(ReportOfEntries, AddsUpWhatIsShown)
+TEST(ReportOfEntries, AddsUpExactValues)
 {
-    // Each amount shows as 0.01; their exact sum would show as 0.02.
+    // Each amount shows as 0.01; their sum is 0.015.
     std::vector<EntryRecord> entries;
     for (int i = 0; i < 3; ++i) {
         EntryRecord entry = ReportFixture::Entry(Monday, 50, 0, u"1"_s);
@@ -105,10 +106,65 @@ TEST(ReportOfEntries, AddsUpWhatIsShown)
         entries.push_back(entry);
     }
     const Report report = ReportFixture(WithEntries(entries)).Read();
-    EXPECT_EQ(Scaled(report.EntriesTotal.Hours), 300);
-    EXPECT_EQ(Scaled(report.EntriesTotal.TimeAmount), 300);
-    EXPECT_EQ(Scaled(report.DaysTotal.Billable), 200); // one row, which shows 0.02
-    EXPECT_EQ(Scaled(report.DaysTotal.Amount), 200);
+    EXPECT_EQ(Scaled(report.EntriesTotal.Hours), 150);
+    EXPECT_EQ(Scaled(report.EntriesTotal.TimeAmount), 150);
+    EXPECT_EQ(Scaled(report.DaysTotal.Billable), 150);
+    EXPECT_EQ(Scaled(report.DaysTotal.Amount), 150);
+}
+
+TEST(ReportTotals, AreTheSameEverywhereForTheSameHours)
+{
+    // Exactly 0.024 hours. Added up as the entries show them they would be 0.04, as the days show
+    // them 0.03.
+    const SampleCompany company = WithEntries({ReportFixture::Entry(Monday, 50, 10000, u"1"_s),
+        ReportFixture::Entry(Monday, 50, 10000, u"1"_s),
+        ReportFixture::Entry(Monday, 40, 10000, u"1"_s),
+        ReportFixture::Entry(Tuesday, 50, 10000, u"1"_s),
+        ReportFixture::Entry(Wednesday, 50, 10000, u"1"_s)});
+    ReportFixture fixture(company);
+    const auto lastLine = [&](ReportContent content) {
+        fixture.Request.Content = content;
+        return CsvReport(fixture.Read(), true).trimmed().split('\n');
+    };
+    const QList<QByteArray> entries = lastLine(ReportContent::Entries);
+    EXPECT_EQ(entries.at(entries.size() - 3), "\"Total\",,,,,,,\"T\",,0.02,,0.02,\r");
+    EXPECT_EQ(entries.last(), "\"Total\",,,,,,,,,,,0.02,");
+    EXPECT_EQ(lastLine(ReportContent::Days).last(), "\"Total\",0.02,0.00,0.00,0.02,0.02");
+
+    fixture.Request.Content = ReportContent::Entries;
+    const ReportTable ofEntries = TabulateReport(fixture.Read(), u'.');
+    EXPECT_EQ(ofEntries.Totals.at(0).at(6), u"0.02"_s);
+    EXPECT_EQ(ofEntries.Totals.at(2).at(8), u"0.02"_s);
+    fixture.Request.Content = ReportContent::Days;
+    EXPECT_THAT(TabulateReport(fixture.Read(), u'.').Totals.at(0),
+        ElementsAre(u"Totals"_s, u"0.02"_s, u"0.00"_s, u"0.00"_s, u"0.02"_s, u"0.02"_s));
+
+    SampleFolder folder({company});
+    folder.OpenAll();
+    SessionState session;
+    session.CurrentCompanyCode = company.Code;
+    const FilterState filter;
+    SortState sort;
+    modHrsSumm summary(folder.Tables, session, filter, sort);
+    clsGrid grid;
+    summary.SetGrid(&grid);
+    summary.BuildHoursSummary();
+    EXPECT_EQ(HoursText(summary.Totals().TotalHours, u'.'), u"0.02"_s);
+    EXPECT_EQ(HoursText(summary.Totals().Amount, u'.'), u"0.02"_s);
+    summary.Unload();
+    summary.SetGrid(nullptr);
+}
+
+TEST(ReportTotals, RoundHalfAwayFromZero)
+{
+    // 5,935.875 hours, and as many less.
+    for (const qint64 sign : {1, -1}) {
+        const ReportFixture fixture(
+            WithEntries({ReportFixture::Entry(Monday, sign * 29679350, 0, u"1"_s),
+                ReportFixture::Entry(Tuesday, sign * 29679400, 0, u"1"_s)}));
+        const ReportTable table = TabulateReport(fixture.Read(), u'.');
+        EXPECT_EQ(table.Totals.at(0).at(6), sign > 0 ? u"5935.88"_s : u"-5935.88"_s);
+    }
 }
 
 TEST(ReportOfEntries, CountsHoursOfTimeOnly)
