@@ -1,6 +1,7 @@
 #include "summary/frmHrsSumm.h"
 
 #include "platform/ArrowPicture.h"
+#include "platform/FormEvents.h"
 #include "platform/Twips.h"
 #include "summary/HoursColumn.h"
 #include "summary/ui_frmHrsSumm.h"
@@ -16,6 +17,16 @@ namespace {
 constexpr int GridMarginTwips = 240; // left and right of the grid together
 constexpr double DialogToGridHeight = 1.32;
 constexpr int RowsAtFirst = 12;
+constexpr int TotalsGap = 4; // between two totals
+
+/// The width in which the whole text is seen.
+int WidthForText(const QLineEdit &box)
+{
+    constexpr int besideTheText = 5; // what the box keeps free at both sides, and the caret
+    const QFontMetrics metrics = box.fontMetrics();
+    const int frame = box.minimumSizeHint().width() - metrics.maxWidth();
+    return metrics.horizontalAdvance(box.text()) + frame + besideTheText;
+}
 
 } // namespace
 
@@ -27,7 +38,7 @@ frmHrsSumm::frmHrsSumm(modHrsSumm &module, clsSendKeys &keys, QWidget *parent)
 {
     ui->setupUi(this);
     DrawArrows();
-    PutTotalsUnderTheirColumns();
+    PrepareTotals();
     FitSize();
     m_module.SetGrid(ui->msgHrsSumm);
     ui->msgHrsSumm->installEventFilter(this);
@@ -38,6 +49,9 @@ frmHrsSumm::frmHrsSumm(modHrsSumm &module, clsSendKeys &keys, QWidget *parent)
     });
     // A key in the grid is no click: it moves the marked row, and nothing else.
     connect(ui->msgHrsSumm, &clsGrid::KeyClick, this, &frmHrsSumm::MarkRow);
+    const auto columnsMoved = [this] { PutTotalsUnderTheirColumns(); };
+    connect(ui->msgHrsSumm->horizontalHeader(), &QHeaderView::sectionResized, this, columnsMoved);
+    connect(ui->msgHrsSumm->horizontalScrollBar(), &QScrollBar::valueChanged, this, columnsMoved);
     connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui->cmdHelp, &QPushButton::clicked, this, [this] { m_keys.SendKeys(u"{F1}"_s); });
 }
@@ -55,16 +69,39 @@ void frmHrsSumm::DrawArrows()
     ui->msgHrsSumm->SetArrowPictures(ui->picUp->pixmap(), ui->picDown->pixmap());
 }
 
-void frmHrsSumm::PutTotalsUnderTheirColumns()
+std::array<QLineEdit *, 5> frmHrsSumm::TotalBoxes() const
 {
-    const int gap = ui->layTotals->spacing();
-    const int dateWidth = PixelsFromTwips(HoursColumn::DateTwips + HoursColumn::ExtraTwips, *this);
-    const int numberWidth
-        = PixelsFromTwips(HoursColumn::NumberTwips + HoursColumn::ExtraTwips, *this);
-    ui->lblTotals->setFixedWidth(dateWidth + ui->msgHrsSumm->frameWidth() - gap);
-    for (QLineEdit *box :
-        {ui->txtBillable, ui->txtNoCharge, ui->txtDoNotBill, ui->txtTotHours, ui->txtAmount})
-        box->setFixedWidth(numberWidth - gap);
+    return {ui->txtBillable, ui->txtNoCharge, ui->txtDoNotBill, ui->txtTotHours, ui->txtAmount};
+}
+
+void frmHrsSumm::PrepareTotals()
+{
+    for (QLineEdit *box : TotalBoxes()) {
+        box->setFont(ui->msgHrsSumm->font()); // the columns have fixed widths
+        box->installEventFilter(this);
+    }
+    ui->wgtTotals->setFixedHeight(
+        std::max(ui->txtBillable->sizeHint().height(), ui->lblTotals->sizeHint().height()));
+}
+
+int frmHrsSumm::PutTotalsUnderTheirColumns()
+{
+    const clsGrid &grid = *ui->msgHrsSumm;
+    const int columns = grid.viewport()->mapTo(this, QPoint()).x() - ui->wgtBelow->x();
+    const auto rightOf = [&](int column) {
+        return columns + grid.columnViewportPosition(column) + grid.columnWidth(column);
+    };
+    const int height = ui->wgtTotals->height();
+    int right = std::max(rightOf(HoursColumn::Date), ui->lblTotals->sizeHint().width());
+    ui->lblTotals->setGeometry(0, 0, right, height);
+    int column = HoursColumn::Billable;
+    for (QLineEdit *box : TotalBoxes()) {
+        // A total that is wider than its column is shown whole, and moves those after it.
+        const int left = right + TotalsGap;
+        right = std::max(rightOf(column++), left + WidthForText(*box));
+        box->setGeometry(left, 0, right - left, height);
+    }
+    return right;
 }
 
 void frmHrsSumm::FitSize()
@@ -97,6 +134,10 @@ void frmHrsSumm::Render()
     ui->txtDoNotBill->setText(HoursText(totals.DoNotBill));
     ui->txtTotHours->setText(HoursText(totals.TotalHours));
     ui->txtAmount->setText(HoursText(totals.Amount));
+    for (QLineEdit *box : TotalBoxes())
+        DrawBackground(*box, true);
+    const int margins = PixelsFromTwips(GridMarginTwips, *this);
+    setMinimumWidth(std::max(minimumWidth(), PutTotalsUnderTheirColumns() + margins));
 }
 
 void frmHrsSumm::MarkRow(int row)
@@ -115,6 +156,8 @@ bool frmHrsSumm::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate)
         ui->cmdOK->setFocus(Qt::ActiveWindowFocusReason);
+    else if (event->type() == QEvent::ApplicationPaletteChange)
+        Render();
     return QDialog::event(event);
 }
 
@@ -123,6 +166,11 @@ bool frmHrsSumm::eventFilter(QObject *watched, QEvent *event)
     if (watched == ui->msgHrsSumm && event->type() == QEvent::FocusIn) {
         m_module.GridGotFocus();
         ui->msgHrsSumm->SelectWholeRow();
+    }
+    if (watched != ui->msgHrsSumm && event->type() == QEvent::KeyPress
+        && IsEnter(static_cast<QKeyEvent &>(*event))) {
+        m_keys.SendKeys(u"{TAB}"_s);
+        return true;
     }
     return QDialog::eventFilter(watched, event);
 }
@@ -138,4 +186,5 @@ void frmHrsSumm::resizeEvent(QResizeEvent *event)
     ui->msgHrsSumm->setGeometry(margin, margin, gridWidth, gridHeight);
     const int below = margin + gridHeight;
     ui->wgtBelow->setGeometry(margin, below, gridWidth, height() - below);
+    PutTotalsUnderTheirColumns();
 }

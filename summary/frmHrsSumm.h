@@ -5,7 +5,10 @@
 
 #include <QDialog>
 
+#include <array>
 #include <memory>
+
+class QLineEdit;
 
 namespace Ui {
 class frmHrsSumm;
@@ -32,8 +35,10 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    std::array<QLineEdit *, 5> TotalBoxes() const; ///< in the order of their columns
     void DrawArrows();
-    void PutTotalsUnderTheirColumns();
+    void PrepareTotals();
+    int PutTotalsUnderTheirColumns(); ///< where the last one ends
     void FitSize();
     void Render();
     void MarkRow(int row);

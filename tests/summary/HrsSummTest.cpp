@@ -20,13 +20,16 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QStyle>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -37,6 +40,9 @@ namespace {
 constexpr int Position = 7; // the hidden column with the day's record position
 
 const QDate Monday(2026, 3, 9);
+
+constexpr const char *TotalBoxes[]
+    = {"txtBillable", "txtNoCharge", "txtDoNotBill", "txtTotHours", "txtAmount"};
 
 Currency Hours(int quarters)
 {
@@ -118,6 +124,26 @@ protected:
         for (const QModelIndex &index : marked)
             dates.append(index.data().toString());
         return dates;
+    }
+    int RightEnd(const QWidget &control) const
+    {
+        return control.mapTo(m_form.get(), QPoint(control.width(), 0)).x();
+    }
+    /// Of the column that the total is of.
+    int RightEndOfColumn(const char *total)
+    {
+        const auto place = std::find_if(std::begin(TotalBoxes), std::end(TotalBoxes),
+            [&](const char *name) { return std::string_view(name) == total; });
+        const int column = 2 + static_cast<int>(place - std::begin(TotalBoxes));
+        return Grid().viewport()->mapTo(m_form.get(), QPoint()).x()
+            + Grid().columnViewportPosition(column) + Grid().columnWidth(column);
+    }
+    /// Neither its beginning nor its end is outside of the box.
+    static void ExpectWholeText(const QLineEdit &box)
+    {
+        const int frame = box.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, &box);
+        EXPECT_LE(box.fontMetrics().horizontalAdvance(box.text()) + 2 * frame + 4, box.width())
+            << box.objectName().toStdString() << ": " << box.text().toStdString();
     }
     QString ScratchFile() const { return m_folder->Path() + u"/ABCHoursSummary-WkLg.db"_s; }
 
@@ -547,29 +573,174 @@ TEST_F(HrsSumm, TheGridFollowsTheDialogsSize)
     }
 }
 
-TEST_F(HrsSumm, TotalsStandUnderTheirColumnsAndCannotBeTyped)
+TEST_F(HrsSumm, TotalsEndWhereTheirColumnsDoAndCannotBeTyped)
 {
     Enter(TenDays());
     Show();
     EXPECT_EQ(Control<QLabel>(*m_form, "lblTotals").text(), u"Totals"_s);
-    int column = 2;
-    for (const char *name :
-        {"txtBillable", "txtNoCharge", "txtDoNotBill", "txtTotHours", "txtAmount"}) {
+    for (const char *name : TotalBoxes) {
         auto &box = Control<QLineEdit>(*m_form, name);
-        const int left = box.mapTo(m_form.get(), QPoint()).x();
-        const int columnLeft = Grid().viewport()->mapTo(m_form.get(), QPoint()).x()
-            + Grid().columnViewportPosition(column);
-        EXPECT_NEAR(left, columnLeft, 2) << name;
-        EXPECT_LE(box.width(), Grid().columnWidth(column)) << name;
+        EXPECT_EQ(RightEnd(box), RightEndOfColumn(name)) << name;
+        EXPECT_LE(box.width(), Grid().columnWidth(2)) << name;
+        ExpectWholeText(box);
+        EXPECT_TRUE(box.isReadOnly()) << name;
+        EXPECT_EQ(box.palette().color(QPalette::Base), box.palette().color(QPalette::Button))
+            << name << " looks as if it could be typed in";
         const QString before = box.text();
         QTest::keyClicks(&box, u"9"_s);
         EXPECT_EQ(box.text(), before);
-        ++column;
     }
     EXPECT_EQ(m_form->windowTitle(), u"Hours Summary"_s);
     EXPECT_EQ(Control<QPushButton>(*m_form, "cmdHelp").text(), u"Help"_s);
     EXPECT_FALSE(Control<QLabel>(*m_form, "picUp").isVisible());
     EXPECT_FALSE(Control<QLabel>(*m_form, "picDown").isVisible());
+}
+
+TEST_F(HrsSumm, TotalsOfTenDigitsAreSeenWhole)
+{
+    const qint64 tenDigits = 98765432101234; // 9876543210.1234
+    std::vector<EntryRecord> entries;
+    for (const QString &status : {u"1"_s, u"2"_s, u"3"_s}) {
+        entries.push_back(Entry(u"CONS"_s, Monday, 0, status));
+        entries.back().Hours = entries.back().Amount = Currency::FromScaled(tenDigits);
+    }
+    Enter(entries);
+    Show();
+    EXPECT_THAT(Totals(),
+        ElementsAre(u"9876543210.12"_s, u"9876543210.12"_s, u"9876543210.12"_s, u"29629629630.37"_s,
+            u"29629629630.37"_s));
+    int before = 0;
+    for (const char *name : TotalBoxes) {
+        const auto &box = Control<QLineEdit>(*m_form, name);
+        ExpectWholeText(box);
+        EXPECT_GE(RightEnd(box) - box.width(), before) << name << " covers the one before";
+        EXPECT_GE(RightEnd(box), RightEndOfColumn(name)) << name;
+        EXPECT_EQ(Grid().columnWidth(2), PixelsFromTwips(1160 + 110, Grid()));
+        before = RightEnd(box);
+    }
+    EXPECT_LE(before, m_form->width()) << "the window has room for the last one";
+}
+
+TEST_F(HrsSumm, OneWideTotalMovesNoneBeforeIt)
+{
+    EntryRecord costly = Entry(u"CONS"_s, Monday, 4, u"1"_s);
+    costly.Amount = Currency::FromScaled(98765432101234);
+    Enter({costly});
+    Show();
+    for (const char *name : {"txtBillable", "txtNoCharge", "txtDoNotBill", "txtTotHours"})
+        EXPECT_EQ(RightEnd(Control<QLineEdit>(*m_form, name)), RightEndOfColumn(name)) << name;
+    ExpectWholeText(Control<QLineEdit>(*m_form, "txtAmount"));
+}
+
+TEST_F(HrsSumm, TotalsAreSeenWholeInLargeLetters)
+{
+    const QFont before = QApplication::font();
+    const auto restored = qScopeGuard([&] { QApplication::setFont(before); });
+    QFont large = before;
+    for (const int points : {9, 16, 24}) {
+        SCOPED_TRACE(points);
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        m_form.reset();
+        Enter({Entry(u"CONS"_s, Monday, 23742, u"1"_s)});
+        Show();
+        EXPECT_EQ(Total("txtTotHours"), u"5935.50"_s);
+        for (const char *name : TotalBoxes) {
+            const auto &box = Control<QLineEdit>(*m_form, name);
+            ExpectWholeText(box);
+            EXPECT_EQ(RightEnd(box), RightEndOfColumn(name)) << name;
+            EXPECT_GE(box.height(), box.fontMetrics().height()) << name;
+        }
+    }
+}
+
+TEST_F(HrsSumm, TotalsFollowAColumnThatIsDraggedWider)
+{
+    Enter(TenDays());
+    Show();
+    QHeaderView &header = *Grid().horizontalHeader();
+    const QPoint border(
+        header.sectionViewportPosition(3) + header.sectionSize(3) - 1, header.height() / 2);
+    const int before = RightEnd(Control<QLineEdit>(*m_form, "txtNoCharge"));
+    QTest::mousePress(header.viewport(), Qt::LeftButton, {}, border);
+    QMouseEvent drag(QEvent::MouseMove, border + QPoint(40, 0),
+        header.viewport()->mapToGlobal(border + QPoint(40, 0)), Qt::NoButton, Qt::LeftButton,
+        Qt::NoModifier);
+    QApplication::sendEvent(header.viewport(), &drag);
+    QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, border + QPoint(40, 0));
+    LetEventsRun();
+    EXPECT_EQ(RightEnd(Control<QLineEdit>(*m_form, "txtNoCharge")), before + 40);
+    for (const char *name : TotalBoxes)
+        EXPECT_EQ(RightEnd(Control<QLineEdit>(*m_form, name)), RightEndOfColumn(name)) << name;
+}
+
+TEST_F(HrsSumm, EnterInATotalMovesOn)
+{
+    Enter(TenDays());
+    clsProgramKeys keys;
+    m_form = std::make_unique<frmHrsSumm>(*m_module, keys);
+    Show();
+    Control<QLineEdit>(*m_form, "txtBillable").setFocus(Qt::TabFocusReason);
+    QStringList visited;
+    for (const Qt::Key key :
+        {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Return, Qt::Key_Return, Qt::Key_Return}) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        LetEventsRun();
+        visited.append(QApplication::focusWidget()->objectName());
+    }
+    EXPECT_THAT(visited,
+        ElementsAre(
+            u"txtNoCharge"_s, u"txtDoNotBill"_s, u"txtTotHours"_s, u"txtAmount"_s, u"cmdOK"_s));
+    EXPECT_TRUE(m_form->isVisible());
+    m_form.reset(); // before the keys
+}
+
+TEST_F(HrsSumm, ASecondOpeningShowsWhatIsThereThen)
+{
+    Enter({Entry(u"CONS"_s, Monday, 4, u"1"_s), Entry(u"CONS"_s, Monday.addDays(1), 8, u"3"_s)});
+    const auto open = [&](const std::function<void()> &steps) {
+        m_form = std::make_unique<frmHrsSumm>(*m_module, m_keys);
+        m_form->Load();
+        PlayModal(*m_form, [&] {
+            steps();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        });
+        m_form.reset();
+    };
+    const QStringList rows
+        = {u"03/09/2026 1.00 0.00 0.00 1.00 100.00"_s, u"03/10/2026 0.00 0.00 2.00 2.00 200.00"_s};
+    open([&] {
+        EXPECT_EQ(Rows(), rows);
+        EXPECT_THAT(Totals(), ElementsAre(u"1.00"_s, u"0.00"_s, u"2.00"_s, u"3.00"_s, u"300.00"_s));
+        ClickRow(2);
+        ClickHeader(6);
+        ClickHeader(6);
+        EXPECT_EQ(Rows().first(), rows.last());
+    });
+    EXPECT_EQ(m_sort.SortColumn, 6);
+    modDBEntr &entries = m_folder->Tables.Entries;
+    entries.AddEntry(Entry(u"CONS"_s, Monday, 2, u"2"_s));
+    open([&] {
+        EXPECT_THAT(Rows(), ElementsAre(u"03/09/2026 1.00 0.50 0.00 1.50 150.00"_s, rows.last()));
+        EXPECT_THAT(Totals(), ElementsAre(u"1.00"_s, u"0.50"_s, u"2.00"_s, u"3.50"_s, u"350.00"_s));
+        EXPECT_EQ(m_sort.SortColumn, 1);
+        EXPECT_EQ(m_sort.SortDirection, 1);
+        ClickHeader(6);
+        EXPECT_THAT(MarkedRow(), IsEmpty()) << "the day clicked before is forgotten";
+    });
+    EXPECT_FALSE(m_folder->Tables.HoursSummary.IsOpen());
+}
+
+TEST_F(HrsSumm, CommaNumbersSortAsNumbers)
+{
+    const QLocale before;
+    const auto restored = qScopeGuard([&] { QLocale::setDefault(before); });
+    QLocale::setDefault(QLocale(QLocale::German));
+    Enter({Entry(u"CONS"_s, Monday, 38, u"1"_s), Entry(u"CONS"_s, Monday.addDays(1), 41, u"1"_s),
+        Entry(u"CONS"_s, Monday.addDays(2), 399, u"1"_s)});
+    Show();
+    ClickHeader(2);
+    EXPECT_THAT(Column(2), ElementsAre(u"9,50"_s, u"10,25"_s, u"99,75"_s));
 }
 
 TEST_F(HrsSumm, AHundredThousandEntriesCostAFewScans)
