@@ -61,8 +61,7 @@ bool IsBackground(const QWidget &control)
 
 void DrawText(QLineEdit &box, const ControlState &state)
 {
-    if (box.text() != state.Text)
-        box.setText(state.Text);
+    ShowCode(box, state.Text);
     box.setReadOnly(state.Locked);
     box.setFocusPolicy(state.InTabOrder ? Qt::StrongFocus : Qt::ClickFocus);
     DrawBackground(box, state.ButtonFace);

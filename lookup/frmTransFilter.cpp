@@ -52,8 +52,9 @@ void frmTransFilter::ConnectRow(const Row &row)
             box->setAccessibleDescription({});
             QToolTip::hideText();
         });
-    connect(row.Button, &QPushButton::clicked, this, [this, field] {
-        if (CheckFocusedBox())
+    connect(row.Button, &QPushButton::clicked, this, [this, field, button = row.Button] {
+        // The check may have emptied the customer and with it disabled the project's button.
+        if (CheckFocusedBox() && button->isEnabled())
             OpenLookup(field, LookupStart::AtTheTop);
     });
 }
@@ -111,8 +112,7 @@ void frmTransFilter::Render()
     for (const Row &row : m_rows) {
         ShowData(*row.Label, CaptionText(m_mod.Caption(row.Field)));
         row.Button->setAccessibleName(LookUpName(m_mod.Caption(row.Field)));
-        if (row.Box->text() != m_mod.Text(row.Field))
-            row.Box->setText(m_mod.Text(row.Field));
+        ShowCode(*row.Box, m_mod.Text(row.Field));
         ShowData(*row.Name, m_mod.Name(row.Field));
     }
     DrawBackground(*ui->txtProject, !m_mod.ProjectIsOpen());

@@ -139,7 +139,8 @@ void modTransFilter::ReadName(FilterField field)
 void modTransFilter::OpenProject()
 {
     m_projectIsOpen = true;
-    ReadName(FilterField::Project); // the kept code may be another customer's project now
+    if (m_filter.FilterProject.isEmpty())
+        FilterProjectName = All;
 }
 
 void modTransFilter::CloseProject()
@@ -163,6 +164,9 @@ void modTransFilter::InitTransFilter()
     }
     if (!m_projectIsOpen)
         FilterCustomerName = All;
+    // A project that was kept for another customer is found nowhere; it keeps its name, too.
+    if (!m_filter.FilterProject.isEmpty() && FilterProjectName == All)
+        FilterProjectName = m_appliedProjectName;
 }
 
 void modTransFilter::BoxGotFocus(FilterField field)
@@ -189,19 +193,29 @@ void modTransFilter::CheckBox(FilterField name)
             CloseProject();
         return;
     }
-    if (field.Code != field.Previous && !FoundName(name)) {
-        m_putBackText = WhyPutBack(name);
-        field.Code = field.Previous;
-        m_filter.FilterCodeReverted = true;
-    }
-    ReadName(name);
-    field.Text = field.Code;
+    if (field.Code != field.Previous)
+        CheckNewCode(name);
     if (name != FilterField::Customer)
         return;
     if (field.Code.isEmpty())
         CloseProject();
     else
         OpenProject();
+}
+
+void modTransFilter::CheckNewCode(FilterField name)
+{
+    const Field field = Of(name);
+    // What the store cannot check does not count.
+    auto unchecked = qScopeGuard([&] { field.Code = field.Text = field.Previous; });
+    if (!FoundName(name)) {
+        m_putBackText = WhyPutBack(name);
+        field.Code = field.Previous;
+        m_filter.FilterCodeReverted = true;
+    }
+    ReadName(name);
+    field.Text = field.Code;
+    unchecked.dismiss();
 }
 
 bool modTransFilter::LookUp(
@@ -224,8 +238,11 @@ bool modTransFilter::LookUp(
         });
         showLookup();
     }
+    const bool picked = !m_lookup.LookupCancelled || field.Code != field.Text;
     field.Text = field.Code;
     CheckBox(name);
+    if (picked && !field.Code.isEmpty())
+        ReadName(name);
     if (!m_lookup.LookupCancelled)
         return true;
     m_lookup.LookupCancelled = false;
@@ -251,6 +268,7 @@ void modTransFilter::OK()
     m_filter.AppliedFilterCustomer = m_filter.FilterCustomer;
     m_filter.AppliedFilterProject = m_filter.FilterProject;
     m_filter.AppliedFilterActivity = m_filter.FilterActivity;
+    m_appliedProjectName = FilterProjectName;
 }
 
 void modTransFilter::Cancel()

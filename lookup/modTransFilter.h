@@ -84,6 +84,7 @@ private:
     std::optional<QString> FoundName(FilterField field); ///< of the edited code, where it is known
     QString WhyPutBack(FilterField field); ///< of the code that is being edited
     void ReadName(FilterField field);
+    void CheckNewCode(FilterField field); ///< one that the box did not hold before
     void OpenProject();
     void CloseProject();
 
@@ -94,5 +95,6 @@ private:
     QString m_projectText;
     QString m_activityText;
     QString m_putBackText;
+    QString m_appliedProjectName; // next to the project in force
     bool m_projectIsOpen = false;
 };

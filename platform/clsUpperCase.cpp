@@ -1,5 +1,7 @@
 #include "platform/clsUpperCase.h"
 
+#include <QLineEdit>
+
 QValidator::State clsUpperCase::validate(QString &text, int &) const
 {
     for (QChar &c : text) {
@@ -7,4 +9,14 @@ QValidator::State clsUpperCase::validate(QString &text, int &) const
             c = QChar(static_cast<char16_t>(c.unicode() - u'a' + u'A'));
     }
     return Acceptable;
+}
+
+void ShowCode(QLineEdit &box, const QString &code)
+{
+    if (box.text() == code)
+        return;
+    const QValidator *const forTyping = box.validator();
+    box.setValidator(nullptr);
+    box.setText(code);
+    box.setValidator(forTyping);
 }

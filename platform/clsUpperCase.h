@@ -2,6 +2,8 @@
 
 #include <QValidator>
 
+class QLineEdit;
+
 /// Turns "a" to "z" into upper case in whatever the user types, pastes or drops into a text box,
 /// and accepts everything.
 class clsUpperCase : public QValidator
@@ -11,3 +13,6 @@ public:
 
     State validate(QString &text, int &caret) const override;
 };
+
+/// Shows a code of the program's own in such a box, as it is: only the user's letters are turned.
+void ShowCode(QLineEdit &box, const QString &code);

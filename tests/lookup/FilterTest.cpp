@@ -5,7 +5,10 @@
 #include "lookup/modTransFilter.h"
 #include "tests/lookup/LookupFixture.h"
 
+#include <QTimer>
 #include <QToolTip>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -284,20 +287,122 @@ TEST_F(TransFilter, EmptyingTheCustomerEmptiesTheProjectAndKeepsTheActivity)
     EXPECT_THAT(Applied(), ElementsAre(QString(), QString(), u"CONS"_s));
 }
 
-TEST_F(TransFilter, ChangingTheCustomerKeepsTheProjectUnderItsNewName)
+TEST_F(TransFilter, ChangingTheCustomerKeepsTheProjectAndTheNameBesideIt)
 {
     Apply(u"0100"_s, u"AUDIT"_s, {});
-    Open([this] {
+    const auto expectProjectKept = [this] {
+        EXPECT_EQ(Boxes().at(1), u"AUDIT"_s);
         EXPECT_EQ(Names().at(1), u"Yearly audit"_s);
+    };
+    Open([&] {
+        expectProjectKept();
         Enter("txtCustomer", u"0200"_s);
-        EXPECT_EQ(Boxes().at(1), u"AUDIT"_s);
-        EXPECT_EQ(Names().at(1), u"Audit of the mill"_s) << "not the other customer's project";
+        expectProjectKept();
         Enter("txtCustomer", u"0300"_s);
-        EXPECT_EQ(Boxes().at(1), u"AUDIT"_s);
-        EXPECT_EQ(Names().at(1), u"All"_s);
+        EXPECT_EQ(Focused(), u"txtProject"_s);
+        expectProjectKept();
+        Press(Qt::Key_Tab); // a code that has not changed is not looked up again
+        EXPECT_EQ(Focused(), u"txtActivity"_s);
+        expectProjectKept();
         ClickButton("cmdOK");
     });
     EXPECT_THAT(Applied(), ElementsAre(u"0300"_s, u"AUDIT"_s, QString()));
+    Open([&] {
+        expectProjectKept();
+        Enter("txtProject", u"MOVE"_s);
+        EXPECT_EQ(Names().at(1), u"Yearly audit"_s) << "refused: back to the kept project";
+        Leave();
+    });
+}
+
+TEST_F(TransFilter, AProjectTakenInALookupHasItsOwnCustomersName)
+{
+    Apply(u"0100"_s, u"AUDIT"_s, {});
+    Open([this] {
+        Enter("txtCustomer", u"0200"_s);
+        InLookup([this] { ClickButton("cmdProject"); }, [this] { Press(Qt::Key_Return); });
+        EXPECT_EQ(Boxes().at(1), u"AUDIT"_s);
+        EXPECT_EQ(Names().at(1), u"Audit of the mill"_s);
+        Leave();
+    });
+}
+
+TEST_F(TransFilter, AnEmptiedCustomerDisablesTheProjectsButtonBeforeItsClickCounts)
+{
+    Apply(u"0100"_s, u"AUDIT"_s, u"CONS"_s);
+    Open([this] {
+        Type("txtCustomer", {});
+        int opened = 0;
+        QTimer unexpected;
+        QObject::connect(&unexpected, &QTimer::timeout, &unexpected, [&] {
+            QWidget *const modal = QApplication::activeModalWidget();
+            if (modal == nullptr || modal == &Window())
+                return;
+            ++opened;
+            modal->close();
+        });
+        unexpected.start(0);
+        ClickButton("cmdProject");
+        unexpected.stop();
+        EXPECT_EQ(opened, 0);
+        EXPECT_FALSE(ProjectIsOpen());
+        EXPECT_THAT(Boxes(), ElementsAre(QString(), QString(), u"CONS"_s));
+        EXPECT_THAT(Names(), ElementsAre(u"All"_s, u"All"_s, u"Consulting"_s));
+        EXPECT_EQ(Focused(), u"txtCustomer"_s);
+        Leave();
+    });
+    EXPECT_EQ(Lookup.LookupKind, QString());
+}
+
+TEST_F(TransFilter, AnEmptiedCustomerThenOKAppliesNoCustomerAndNoProject)
+{
+    const std::function<void()> ways[] = {[this] { ClickButton("cmdOK"); },
+        [this] {
+            QTest::keyClick(&Box("txtCustomer"), Qt::Key_O, Qt::AltModifier);
+            EXPECT_TRUE(QTest::qWaitFor([this] { return !Window().isVisible(); }));
+        }};
+    for (const auto &way : ways) {
+        Apply(u"0100"_s, u"AUDIT"_s, u"CONS"_s);
+        Open([&] {
+            Type("txtCustomer", {});
+            way();
+        });
+        EXPECT_THAT(Applied(), ElementsAre(QString(), QString(), u"CONS"_s));
+    }
+}
+
+TEST_F(TransFilter, BoxesShowCodesInSmallLettersAsTheyAre)
+{
+    Company.Customers.push_back(SampleCustomer(u"abc"_s, u"Small"_s));
+    Company.Projects.push_back(SampleProject(u"abc"_s, u"p1"_s, u"Small work"_s));
+    Apply(u"abc"_s, {}, {});
+    Open([this] {
+        EXPECT_EQ(Boxes().at(0), u"abc"_s);
+        EXPECT_EQ(Names().at(0), u"Small"_s);
+        InLookup([this] { ClickButton("cmdProject"); }, [this] { Press(Qt::Key_Return); });
+        EXPECT_EQ(Boxes().at(1), u"p1"_s);
+        EXPECT_EQ(Names().at(1), u"Small work"_s);
+        Type("txtActivity", u"cons"_s);
+        EXPECT_EQ(Boxes().at(2), u"CONS"_s) << "what is typed still becomes capitals";
+        ClickButton("cmdOK");
+    });
+    EXPECT_THAT(Applied(), ElementsAre(u"abc"_s, u"p1"_s, u"CONS"_s));
+}
+
+TEST_F(TransFilter, ACodeThatTheStoreCouldNotCheckIsNeverApplied)
+{
+    Apply(u"0100"_s, {}, u"CONS"_s);
+    Open([this] {
+        const RecordStore::Handle handle = std::exchange(Folder->Tables.Activities.Handle, 0);
+        Type("txtActivity", u"ZZ"_s);
+        Press("txtActivity", Qt::Key_Tab); // leaves it, unlike Enter
+        Folder->Tables.Activities.Handle = handle;
+        EXPECT_EQ(Messages.Shown.size(), 1);
+        EXPECT_THAT(Boxes(), ElementsAre(u"0100"_s, QString(), u"CONS"_s));
+        EXPECT_EQ(Names().at(2), u"Consulting"_s);
+        ClickButton("cmdOK");
+    });
+    EXPECT_THAT(Applied(), ElementsAre(u"0100"_s, QString(), u"CONS"_s));
 }
 
 TEST_F(TransFilter, AnotherCustomersProjectIsUnknown)
