@@ -39,6 +39,7 @@ bool modEntryInfo::LookUp(size_t kind, LookupStart start)
     m_lookup.LookupStartPending = start == LookupStart::AtTheText;
     m_lookup.LookupPending = true;
     m_lookup.LookupSelected = false;
+    m_lookup.LookupRecordTaken = false;
     m_lookup.LookupCustomerCode = Entry.CustomerCode;
     m_lookup.LookupActivityCode = Entry.ActivityCode;
     m_list.SuppressRowSelect = true;
@@ -53,7 +54,7 @@ bool modEntryInfo::LookUp(size_t kind, LookupStart start)
 
     const bool selected = std::exchange(m_lookup.LookupSelected, false);
     const bool cancelled = std::exchange(m_lookup.LookupCancelled, false);
-    if (cancelled || !selected) {
+    if (cancelled || !selected || !m_lookup.LookupRecordTaken) {
         m_lookup.LookupKind.clear();
         SelectFieldText(BoxOf(kind));
         return false;

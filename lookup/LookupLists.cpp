@@ -47,10 +47,22 @@ QString BillingStatusKey(const QString &text)
     return text;
 }
 
+QChar DecimalSign()
+{
+    return QLocale().decimalPoint().at(0);
+}
+
 QString FactorText(Currency factor)
 {
-    const QString sign = QLocale().decimalPoint();
-    return FormatCurrency(factor, 4, LeadingZero::Yes, sign.at(0));
+    return FormatCurrency(factor, 4, LeadingZero::Yes, DecimalSign());
+}
+
+/// As the list shows factors: where the system's decimal sign is a comma, so is the typed one.
+Currency FactorOf(QString text)
+{
+    if (DecimalSign() == u',')
+        text.replace(u',', u'.');
+    return CurrencyFromText(text).value_or(Currency());
 }
 
 } // namespace
@@ -97,14 +109,9 @@ std::vector<LookupLists::Choice> LookupLists::ChoicesOfKind() const
     }
 }
 
-LookupLists::Choice LookupLists::ChoiceNamed(const QString &text) const
+LookupLists::Choice LookupLists::SortedBy() const
 {
-    const std::vector<Choice> choices = ChoicesOfKind();
-    for (size_t i = 1; i < choices.size(); ++i) {
-        if (choices[i].Text == text)
-            return choices[i];
-    }
-    return choices.front();
+    return ChoicesOfKind().at(m_sortedBy);
 }
 
 QStringList LookupLists::Choices() const
@@ -115,9 +122,14 @@ QStringList LookupLists::Choices() const
     return texts;
 }
 
-QString LookupLists::KnownChoice(const QString &choice) const
+size_t LookupLists::PlaceOfChoice(const QString &text) const
 {
-    return ChoiceNamed(choice).Text;
+    const std::vector<Choice> choices = ChoicesOfKind();
+    for (size_t i = 1; i < choices.size(); ++i) {
+        if (choices[i].Text == text)
+            return i;
+    }
+    return 0;
 }
 
 QStringList LookupLists::Columns() const
@@ -144,9 +156,10 @@ RecordStore::Handle LookupLists::Table() const
     }
 }
 
-void LookupLists::Sort(const QString &choice, Occasion occasion)
+void LookupLists::Sort(size_t choice, Occasion occasion)
 {
-    const Choice by = ChoiceNamed(choice);
+    m_sortedBy = choice;
+    const Choice by = SortedBy();
     m_store.SortTable(Table(),
         QString::fromLatin1(occasion == Occasion::Opening ? by.OrderOnOpening : by.OrderOnChange));
 }
@@ -255,7 +268,7 @@ qint32 LookupLists::SearchText(qint32 field, const QString &key)
 
 qint32 LookupLists::SearchFactor(qint32 field, const QString &text)
 {
-    m_store.FindRecord(Table(), field, CurrencyFromText(text).value_or(Currency()));
+    m_store.FindRecord(Table(), field, FactorOf(text));
     return m_store.GetCurrentIndex(Table());
 }
 
@@ -275,11 +288,11 @@ qint32 LookupLists::SearchProjects(qint32 field, const QString &text)
     return index - first;
 }
 
-qint32 LookupLists::Search(const QString &choice, const QString &text)
+qint32 LookupLists::Search(const QString &text)
 {
     if (!m_kind)
         return 0;
-    const qint32 field = ChoiceNamed(choice).Field;
+    const qint32 field = SortedBy().Field;
     if (m_kind == LookupKinds::Projects)
         return SearchProjects(field, text);
     if (m_kind == LookupKinds::Activities && field == BillingStatusField)

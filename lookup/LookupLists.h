@@ -15,8 +15,8 @@
 /// one customer, activities and multipliers.
 ///
 /// Shape:  every call is about the list that was chosen last; of an unknown kind it has no columns
-///         and no records. A choice is a column to search by, named by its text; a text that is no
-///         other choice means the list's code.
+///         and no records. A choice is a column to search by, given by its place among Choices();
+///         two of them have the same text when a company's term is "Name" or "Description".
 /// Units:  an index is a record's place in the table's current order, a position is counted from
 ///         the list's first record. They differ for projects only.
 /// Cursor: the calls move the cursors of the tables.
@@ -41,15 +41,16 @@ public:
 
     std::optional<size_t> Kind() const { return m_kind; } ///< one of LookupKinds
     QStringList Choices() const; ///< in order, the code first
-    QString KnownChoice(const QString &choice) const; ///< that choice, or the code
-    void Sort(const QString &choice, Occasion occasion);
+    size_t PlaceOfChoice(const QString &text) const; ///< 0, the code, for any other text
+    void Sort(size_t choice, Occasion occasion);
 
     std::optional<qint32> Count(); ///< nothing for an unknown kind
     /// Up to `pageRows` + 1 records from that position on, as texts.
     std::shared_ptr<const clsRecordSet> BuildPage(qint32 position, qint32 pageRows);
-    /// The position of the first record whose column is equal to the text or sorts after it; the
-    /// count when there is none, but the last project's position among projects.
-    qint32 Search(const QString &choice, const QString &text);
+    /// The position of the first record whose column, the one that the list was sorted by last, is
+    /// equal to the text or sorts after it; the count when there is none, but the last project's
+    /// position among projects.
+    qint32 Search(const QString &text);
     QString CodeAt(qint32 index);
 
 private:
@@ -62,7 +63,7 @@ private:
     };
 
     std::vector<Choice> ChoicesOfKind() const;
-    Choice ChoiceNamed(const QString &text) const;
+    Choice SortedBy() const;
     QStringList Columns() const;
     RecordStore::Handle Table() const;
     QStringList ReadRow();
@@ -77,6 +78,7 @@ private:
     Tables &m_tables;
     RecordStore &m_store;
     std::optional<size_t> m_kind;
+    size_t m_sortedBy = 0;
     QString m_customer;
     std::optional<qint32> m_firstProject; // the index of the customer's first project
 };

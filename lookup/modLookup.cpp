@@ -55,10 +55,10 @@ void modLookup::FillLookupBy()
 {
     if (!m_lists.Kind())
         return;
-    const QString choice = m_lists.KnownChoice(RememberedChoice());
+    const size_t choice = m_lists.PlaceOfChoice(RememberedChoice());
     m_lists.Sort(choice, LookupLists::Occasion::Opening);
     Screen.LookupByItems = m_lists.Choices();
-    Screen.LookupByIndex = static_cast<int>(Screen.LookupByItems.indexOf(choice));
+    Screen.LookupByIndex = static_cast<int>(choice);
 }
 
 QString &modLookup::RememberedChoice()
@@ -77,9 +77,8 @@ void modLookup::ChangeLookupBy()
 {
     if (!m_lists.Kind())
         return;
-    const QString choice = m_lists.KnownChoice(Screen.LookupByItems.value(Screen.LookupByIndex));
-    m_lists.Sort(choice, LookupLists::Occasion::Change);
-    RememberedChoice() = choice;
+    m_lists.Sort(static_cast<size_t>(Screen.LookupByIndex), LookupLists::Occasion::Change);
+    RememberedChoice() = Screen.LookupByItems.at(Screen.LookupByIndex);
     m_lists.ForgetFirstProject();
     ShowFirstPage();
 }
@@ -88,7 +87,7 @@ bool modLookup::ShowFirstPage()
 {
     LookupWindowStart = 0;
     Screen.ScrollValue = 0;
-    if (!BindLookupPage())
+    if (!BuildLookupPage())
         return false;
     Screen.Scroll = SetupLookupScroll(LookupCount, LookupPageRows);
     ShowLookupStatus();
@@ -105,7 +104,7 @@ bool modLookup::ShowFirstPage()
     return true;
 }
 
-bool modLookup::BindLookupPage()
+bool modLookup::BuildLookupPage()
 {
     FindCustomer();
     std::shared_ptr<const clsRecordSet> page;
@@ -165,7 +164,7 @@ void modLookup::FindLookupText()
     if (m_lookup.LookupStartPending)
         text = m_lookup.LookupStartText;
     m_lookup.LookupStartPending = false;
-    const qint32 position = m_lists.Kind() ? m_lists.Search(RememberedChoice(), text) : 0;
+    const qint32 position = m_lists.Kind() ? m_lists.Search(text) : 0;
     const LookupPlace place
         = PlaceOfMatch(position, LookupCount, LookupPageRows, Screen.Scroll.Maximum);
     ScrollTo(place.ScrollValue);
@@ -187,7 +186,7 @@ void modLookup::ScrollLookup()
     if (LookupActivating)
         return;
     LookupWindowStart = Screen.ScrollValue;
-    if (!BindLookupPage() || m_paging)
+    if (!BuildLookupPage() || m_paging)
         return;
     // The chosen record is shown selected when it is on the page, else the page's last row is.
     qint32 row = 1;
@@ -235,6 +234,7 @@ void modLookup::TakeLookupRecord()
 {
     m_grid->SelectWholeRow();
     const QString code = m_lists.CodeAt(LookupRecordIndex);
+    m_lookup.LookupRecordTaken = true;
     const std::optional<size_t> kind = m_lists.Kind();
     // Projects and multipliers go straight into the entry, also before a cancel; this is kept.
     if (kind == LookupKinds::Customers) {

@@ -57,7 +57,7 @@ private:
     void FindCustomer();
     QString &RememberedChoice();
     bool ShowFirstPage();
-    bool BindLookupPage();
+    bool BuildLookupPage();
     void ScrollLookup();
     void SizeLookupColumns();
     void ShowLookupStatus();

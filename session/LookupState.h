@@ -30,6 +30,7 @@ struct LookupState
     QString LookupCustomerCode;
     QString LookupActivityCode;
     bool LookupSelected = false;
+    bool LookupRecordTaken = false; ///< Select in an empty list takes none
     bool LookupCancelled = false;
 
     /// The lookup-by choice last applied, by LookupKinds; empty at start.

@@ -51,6 +51,7 @@ protected:
             Lookup.LookupActivityCode = code;
         else
             Entry.MultiplierCode = code;
+        Lookup.LookupRecordTaken = true;
         Lookup.LookupSelected = true;
     }
 

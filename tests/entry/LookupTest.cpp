@@ -279,6 +279,29 @@ TEST_F(EntryLookups, ACancelledLookupIsNoEdit)
     EXPECT_THAT(Messages.Texts(), IsEmpty());
 }
 
+TEST_F(EntryLookups, SelectInAnEmptyListChangesNothing)
+{
+    Company.Projects.clear();
+    Company.Entries
+        = std::vector{SampleEntry(u"0100"_s, {}, u"CONS"_s, Monday, Currency::FromWhole(2))};
+    Start();
+    ClickRow(1);
+    const auto selectNothing = [](QWidget &dialog) {
+        EXPECT_EQ(ListOf(dialog).Rows(), 1);
+        Click(dialog, "cmdSelect");
+    };
+    InDialog([this] { ClickButton("cmdProject"); }, selectNothing);
+    EXPECT_TRUE(List("cboCompany").isEnabled()) << "an entry that was not edited";
+    EXPECT_EQ(Focused(), u"txtProject"_s);
+    Type(u"px"_s);
+    InDialog([this] { Press(Qt::Key_F2); }, selectNothing);
+    EXPECT_EQ(Text("txtProject"), u"PX"_s) << "what was typed is still to be checked";
+    EXPECT_EQ(Focused(), u"txtProject"_s);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Text("txtProject"), QString());
+    EXPECT_EQ(Stored()[0].Project_Number, QString());
+}
+
 TEST_F(EntryLookups, AnExpenseThatIsNotAllowedIsRefusedWhenItIsLookedUp)
 {
     Company.Options.Expenses = u"N"_s;

@@ -18,38 +18,51 @@ static void PrintTo(const LookupCursor &cursor, std::ostream *out)
 
 namespace {
 
-constexpr int Counts[] = {0, 1, 10, 11, 12, 100};
-
-/// The rules for a match once more, written down step by step and not shared with the program.
-LookupPlace Expected(int pos, int count, int page, int max)
+/// Neighboring positions of a list, and where the first of them leads. From one to the next either
+/// the page moves by a record or the row does, or there is only one.
+struct Stretch
 {
-    int r = 0;
-    if (pos < page) {
-        r = pos;
-    } else {
-        r = page - (count - pos);
-        if (r < 1)
-            r = pos;
-        if (r >= page) {
-            if (r == count)
-                r = r - 1;
-            else
-                r = 0;
-        }
-    }
-    int scroll = 0;
-    if (!(pos < page)) {
-        if (pos <= max)
-            scroll = pos;
-        else
-            scroll = max;
-    }
-    const int row = r + 1;
-    int top = 1;
-    if (row > page)
-        top = row - page + 1;
-    return {scroll, row, top};
-}
+    int Count;
+    int Page;
+    int MaximumScroll;
+    int First;
+    int Last;
+    int Scroll;
+    int Row;
+    enum
+    {
+        RowMoves,
+        PageMoves
+    } Moves;
+};
+
+constexpr Stretch Stretches[] = {
+    {1, 1, 0, 0, 0, 0, 1, Stretch::RowMoves},
+    {1, 1, 0, 1, 1, 0, 1, Stretch::RowMoves}, // past the end
+    {2, 2, 0, 0, 1, 0, 1, Stretch::RowMoves},
+    {2, 2, 0, 2, 2, 0, 2, Stretch::RowMoves},
+    {10, 10, 0, 0, 9, 0, 1, Stretch::RowMoves},
+    {10, 10, 0, 10, 10, 0, 10, Stretch::RowMoves},
+    {11, 11, 0, 0, 10, 0, 1, Stretch::RowMoves},
+    {11, 11, 0, 11, 11, 0, 11, Stretch::RowMoves},
+    {12, 11, 1, 0, 10, 0, 1, Stretch::RowMoves},
+    {12, 11, 1, 11, 11, 1, 11, Stretch::RowMoves},
+    {12, 11, 1, 12, 12, 1, 1, Stretch::RowMoves},
+    {13, 11, 2, 0, 10, 0, 1, Stretch::RowMoves},
+    {13, 11, 2, 11, 12, 2, 10, Stretch::RowMoves},
+    {13, 11, 2, 13, 13, 2, 1, Stretch::RowMoves},
+    {22, 11, 11, 0, 10, 0, 1, Stretch::RowMoves},
+    {22, 11, 11, 11, 21, 11, 1, Stretch::RowMoves},
+    {22, 11, 11, 22, 22, 11, 1, Stretch::RowMoves},
+    {23, 11, 12, 0, 10, 0, 1, Stretch::RowMoves},
+    {23, 11, 12, 11, 12, 11, 1, Stretch::PageMoves},
+    {23, 11, 12, 13, 22, 12, 2, Stretch::RowMoves},
+    {23, 11, 12, 23, 23, 12, 1, Stretch::RowMoves},
+    {100, 11, 89, 0, 10, 0, 1, Stretch::RowMoves},
+    {100, 11, 89, 11, 89, 11, 1, Stretch::PageMoves},
+    {100, 11, 89, 90, 99, 89, 2, Stretch::RowMoves},
+    {100, 11, 89, 100, 100, 89, 1, Stretch::RowMoves},
+};
 
 } // namespace
 
@@ -81,17 +94,19 @@ TEST(LookupArithmetic, TheScrollBarShowsFromElevenRecordsOn)
     }
 }
 
-TEST(LookupArithmetic, PlacesEveryMatchOfEveryLengthAsTheRulesSay)
+TEST(LookupArithmetic, PlacesEveryMatchOfEveryLength)
 {
     int places = 0;
-    for (const int count : Counts) {
-        const int page = LookupPageRowsOf(count);
-        const int max = SetupLookupScroll(count, page).Maximum;
-        for (int pos = 0; count > 0 && pos <= count; ++pos, ++places)
-            EXPECT_EQ(PlaceOfMatch(pos, count, page, max), Expected(pos, count, page, max))
-                << "position " << pos << " of " << count;
+    for (const Stretch &stretch : Stretches) {
+        LookupPlace expected{stretch.Scroll, stretch.Row, 1};
+        for (int position = stretch.First; position <= stretch.Last; ++position, ++places) {
+            EXPECT_EQ(PlaceOfMatch(position, stretch.Count, stretch.Page, stretch.MaximumScroll),
+                expected)
+                << "position " << position << " of " << stretch.Count;
+            ++(stretch.Moves == Stretch::PageMoves ? expected.ScrollValue : expected.Row);
+        }
     }
-    EXPECT_EQ(places, 2 + 11 + 12 + 13 + 101);
+    EXPECT_EQ(places, 2 + 3 + 11 + 12 + 13 + 14 + 23 + 24 + 101) << "every position, and past it";
 }
 
 TEST(LookupArithmetic, PlacesTheThreeKnownMatchesOfAHundred)
@@ -108,19 +123,6 @@ TEST(LookupArithmetic, PastTheEndAShortListStaysOnItsLastRowAndALongOneGoesToThe
     EXPECT_EQ(PlaceOfMatch(11, 11, 11, 0), (LookupPlace{0, 11, 1}));
     EXPECT_EQ(PlaceOfMatch(12, 12, 11, 1), (LookupPlace{1, 1, 1}));
     EXPECT_EQ(PlaceOfMatch(100, 100, 11, 89), (LookupPlace{89, 1, 1}));
-}
-
-TEST(LookupArithmetic, TheRowOfAMatchIsOnThePageAndHoldsItWhereThereIsOne)
-{
-    for (const int count : Counts) {
-        const int page = LookupPageRowsOf(count);
-        const int max = SetupLookupScroll(count, page).Maximum;
-        for (int pos = 0; pos < count; ++pos) {
-            const LookupPlace place = PlaceOfMatch(pos, count, page, max);
-            EXPECT_EQ(place.ScrollValue + place.Row - 1, pos) << pos << " of " << count;
-            EXPECT_LE(place.Row, page);
-        }
-    }
 }
 
 TEST(LookupArithmetic, KeysMoveTheRowWithinThePageAndThePageUnderTheRowAtItsEdges)

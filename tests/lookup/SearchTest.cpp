@@ -2,6 +2,10 @@
 
 #include "tests/lookup/LookupFixture.h"
 
+#include <QAbstractItemView>
+#include <QLocale>
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 
@@ -141,6 +145,76 @@ TEST_F(Search, MultipliersByCodeDescriptionAndFactor)
         EXPECT_EQ(CodeFor(u"99999999999999999999"_s), u"02"_s) << "out of range: no number";
         Press(Qt::Key_Escape);
     });
+}
+
+TEST_F(Search, FactorsAreTypedWithTheDecimalSignThatTheListShows)
+{
+    const QLocale before;
+    const auto restored = qScopeGuard([&] { QLocale::setDefault(before); });
+    Company.Multipliers = {SampleMultiplier(u"01"_s, u"Low"_s, Currency::FromScaled(12500)),
+        SampleMultiplier(u"02"_s, u"Middle"_s, Currency::FromScaled(15000)),
+        SampleMultiplier(u"03"_s, u"High"_s, Currency::FromScaled(150000))};
+    Start();
+    Lookup.LookupByChoice[LookupKinds::Multipliers] = u"Multiplier Factor"_s;
+    QLocale::setDefault(QLocale(QLocale::German));
+    LookUp(Multipliers, [this] {
+        EXPECT_THAT(Column(3), ElementsAre(u"1,2500"_s, u"1,5000"_s, u"15,0000"_s));
+        EXPECT_EQ(CodeFor(u"1,5"_s), u"02"_s);
+        EXPECT_EQ(CodeFor(u"1,25"_s), u"01"_s);
+        EXPECT_EQ(CodeFor(u"1.5"_s), u"02"_s);
+        EXPECT_EQ(CodeFor(u"15"_s), u"03"_s);
+        Press(Qt::Key_Escape);
+    });
+    QLocale::setDefault(QLocale::c());
+    LookUp(Multipliers, [this] {
+        EXPECT_THAT(Column(3), ElementsAre(u"1.2500"_s, u"1.5000"_s, u"15.0000"_s));
+        EXPECT_EQ(CodeFor(u"1.5"_s), u"02"_s);
+        EXPECT_EQ(CodeFor(u"1,5"_s), u"03"_s) << "a comma groups digits";
+        Press(Qt::Key_Escape);
+    });
+}
+
+TEST_F(Search, TheFirstRecordIsFoundAlsoWhereItsSmallLetterLiesBeforeTheOneFound)
+{
+    Company.Customers = {SampleCustomer(u"1"_s, u"\u00b5-tech"_s),
+        SampleCustomer(u"2"_s, u"\u039c-TECH"_s), SampleCustomer(u"3"_s, u"\u039d"_s)};
+    Start();
+    Lookup.LookupByChoice[LookupKinds::Customers] = u"Name"_s;
+    LookUp(u"Customer"_s, [this] {
+        EXPECT_THAT(Column(1), ElementsAre(u"1"_s, u"2"_s, u"3"_s));
+        EXPECT_EQ(CodeFor(u"\u039c-tech"_s), u"1"_s);
+        EXPECT_EQ(CodeFor(u"\u039d"_s), u"3"_s);
+        Press(Qt::Key_Escape);
+    });
+}
+
+TEST_F(Search, ATermThatIsAlsoAnotherColumnsNameOrdersByCodeWhenNothingIsRemembered)
+{
+    Company.Options.Customer_Term = u"Name"_s;
+    Company.Options.Activity_Term = u"Description"_s;
+    Company.Customers = {SampleCustomer(u"A"_s, u"Zulu"_s), SampleCustomer(u"B"_s, u"Alpha"_s)};
+    Company.Activities = {SampleActivity(u"A"_s, u"Zeal"_s), SampleActivity(u"B"_s, u"Art"_s)};
+    Start();
+    for (const QString &term : {u"Name"_s, u"Description"_s}) {
+        SCOPED_TRACE(term.toStdString());
+        LookUp(term, [this] {
+            EXPECT_EQ(By().currentIndex(), 0);
+            EXPECT_THAT(Column(1), ElementsAre(u"A"_s, u"B"_s));
+            EXPECT_EQ(CodeFor(u"b"_s), u"B"_s);
+            Press("cboLookupBy", Qt::Key_Down);
+            QTest::keyClick(By().view(), Qt::Key_Down);
+            QTest::keyClick(By().view(), Qt::Key_Return);
+            LetEventsRun();
+            EXPECT_EQ(By().currentIndex(), 1);
+            EXPECT_THAT(Column(1), ElementsAre(u"B"_s, u"A"_s));
+            EXPECT_EQ(CodeFor(u"z"_s), u"A"_s);
+            Press("cboLookupBy", Qt::Key_Up);
+            EXPECT_EQ(By().currentIndex(), 0);
+            EXPECT_THAT(Column(1), ElementsAre(u"A"_s, u"B"_s));
+            EXPECT_EQ(CodeFor(u"b"_s), u"B"_s) << "searched as it is ordered";
+            Press(Qt::Key_Escape);
+        });
+    }
 }
 
 TEST_F(Search, ProjectsAreSearchedAmongTheCustomersOwn)

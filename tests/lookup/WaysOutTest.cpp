@@ -127,9 +127,30 @@ TEST_F(WaysOut, SelectTakesTheSelectedRecord)
         });
         EXPECT_EQ(Now(), expected);
         EXPECT_TRUE(Lookup.LookupSelected);
+        EXPECT_TRUE(Lookup.LookupRecordTaken);
         EXPECT_FALSE(Lookup.LookupCancelled);
         EXPECT_FALSE(Lookup.LookupPending);
         EXPECT_FALSE(Filter.FilterCodeReverted);
+    });
+}
+
+TEST_F(WaysOut, SelectInAnEmptyListTakesNothing)
+{
+    Company.Customers.clear();
+    Company.Projects.clear();
+    Company.Activities.clear();
+    Company.Multipliers.clear();
+    Start();
+    ForEach([this](const QString &kind, bool fromFilter) {
+        const Codes before = Now();
+        Lookup.LookupRecordTaken = false;
+        Open(kind, fromFilter, [this] {
+            EXPECT_EQ(Panel(1), u"Found 0 records"_s);
+            ClickButton("cmdSelect");
+        });
+        EXPECT_EQ(Now(), before);
+        EXPECT_TRUE(Lookup.LookupSelected);
+        EXPECT_FALSE(Lookup.LookupRecordTaken);
     });
 }
 
