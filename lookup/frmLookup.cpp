@@ -235,11 +235,8 @@ bool frmLookup::HandleListEvent(QEvent &event)
     switch (event.type()) {
     case QEvent::KeyPress:
         return HandleListKey(static_cast<QKeyEvent &>(event));
-    case QEvent::MouseButtonPress:
-        m_keyTyped = false; // what is picked from the list is applied
-        return false;
     case QEvent::Wheel:
-        return true; // a wheel that passes over the list must not order anew
+        return true; // a wheel that passes over the list must not change the order
     default:
         return false;
     }
@@ -307,6 +304,8 @@ bool frmLookup::HandleGridMouse(QEvent &event)
         // Dragging takes no further row along.
         return static_cast<QMouseEvent &>(event).buttons() != Qt::NoButton;
     case QEvent::MouseButtonRelease:
+        if (static_cast<QMouseEvent &>(event).button() != Qt::LeftButton)
+            return true;
         ui->msgLookup->setUpdatesEnabled(true);
         if (m_rowPressed)
             Handle([this] { m_mod.RowClicked(); });

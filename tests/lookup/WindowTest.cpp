@@ -195,13 +195,36 @@ TEST_F(LookupWindow, RightAndDownDropTheListWhoseEnterApplies)
     }
 }
 
-TEST_F(LookupWindow, APickWithTheMouseAppliesAtOnceAlsoAfterALetter)
+TEST_F(LookupWindow, APickWithTheMouseAppliesAtOnceUnlessALetterHasBeenTyped)
 {
     InWindowOf(20, [this] {
-        Press("cboLookupBy", Qt::Key_X);
         ChooseBy(u"Name"_s);
         EXPECT_EQ(SelectedCode(), u"C020"_s);
         EXPECT_EQ(Focused(), u"msgLookup"_s);
+        Press("cboLookupBy", Qt::Key_X);
+        ChooseBy(u"Customer"_s);
+        EXPECT_EQ(By().currentText(), u"Customer"_s);
+        EXPECT_EQ(SelectedCode(), u"C020"_s) << "not ordered yet";
+        Press("cboLookupBy", Qt::Key_Return);
+        EXPECT_EQ(SelectedCode(), u"C001"_s);
+        Press("cboLookupBy", Qt::Key_X);
+        ChooseBy(u"Customer"_s);
+        ChooseBy(u"Name"_s);
+        EXPECT_EQ(SelectedCode(), u"C020"_s) << "the first pick has used up the letter";
+    });
+}
+
+TEST_F(LookupWindow, AnotherButtonDuringAClickTakesNothingAndKeepsTheDrawingOff)
+{
+    InWindowOf(20, [this] {
+        const QPoint row = Grid().visualRect(Grid().model()->index(3, 1)).center();
+        QTest::mousePress(Grid().viewport(), Qt::LeftButton, {}, row);
+        QTest::mouseClick(Grid().viewport(), Qt::RightButton, {}, row);
+        EXPECT_FALSE(Grid().updatesEnabled());
+        EXPECT_EQ(Lookup.LookupCustomerCode, QString());
+        QTest::mouseRelease(Grid().viewport(), Qt::LeftButton, {}, row);
+        EXPECT_TRUE(Grid().updatesEnabled());
+        EXPECT_EQ(Lookup.LookupCustomerCode, u"C004"_s);
     });
 }
 
