@@ -618,7 +618,7 @@ TEST_F(HrsSumm, TotalsOfTenDigitsAreSeenWhole)
         EXPECT_EQ(Grid().columnWidth(2), PixelsFromTwips(1160 + 110, Grid()));
         before = RightEnd(box);
     }
-    EXPECT_LE(before, m_form->width()) << "the window has room for the last one";
+    EXPECT_LE(before, m_form->width()) << "the window holds the last one, too";
 }
 
 TEST_F(HrsSumm, OneWideTotalMovesNoneBeforeIt)
@@ -678,6 +678,7 @@ TEST_F(HrsSumm, EnterInATotalMovesOn)
 {
     Enter(TenDays());
     clsProgramKeys keys;
+    m_form.reset();
     m_form = std::make_unique<frmHrsSumm>(*m_module, keys);
     Show();
     Control<QLineEdit>(*m_form, "txtBillable").setFocus(Qt::TabFocusReason);
@@ -698,6 +699,7 @@ TEST_F(HrsSumm, EnterInATotalMovesOn)
 TEST_F(HrsSumm, ASecondOpeningShowsWhatIsThereThen)
 {
     Enter({Entry(u"CONS"_s, Monday, 4, u"1"_s), Entry(u"CONS"_s, Monday.addDays(1), 8, u"3"_s)});
+    m_form.reset();
     const auto open = [&](const std::function<void()> &steps) {
         m_form = std::make_unique<frmHrsSumm>(*m_module, m_keys);
         m_form->Load();
