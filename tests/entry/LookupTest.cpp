@@ -281,25 +281,21 @@ TEST_F(EntryLookups, ACancelledLookupIsNoEdit)
 
 TEST_F(EntryLookups, SelectInAnEmptyListChangesNothing)
 {
-    Company.Projects.clear();
-    Company.Entries
-        = std::vector{SampleEntry(u"0100"_s, {}, u"CONS"_s, Monday, Currency::FromWhole(2))};
+    Company.Activities.clear();
     Start();
-    ClickRow(1);
     const auto selectNothing = [](QWidget &dialog) {
         EXPECT_EQ(ListOf(dialog).Rows(), 1);
         Click(dialog, "cmdSelect");
     };
-    InDialog([this] { ClickButton("cmdProject"); }, selectNothing);
+    InDialog([this] { ClickButton("cmdActivity"); }, selectNothing);
     EXPECT_TRUE(List("cboCompany").isEnabled()) << "an entry that was not edited";
-    EXPECT_EQ(Focused(), u"txtProject"_s);
+    EXPECT_EQ(Focused(), u"txtActivity"_s);
     Type(u"px"_s);
     InDialog([this] { Press(Qt::Key_F2); }, selectNothing);
-    EXPECT_EQ(Text("txtProject"), u"PX"_s) << "what was typed is still to be checked";
-    EXPECT_EQ(Focused(), u"txtProject"_s);
+    EXPECT_EQ(Text("txtActivity"), u"PX"_s) << "what was typed is still to be checked";
+    EXPECT_EQ(Focused(), u"txtActivity"_s);
     Press(Qt::Key_Return);
-    EXPECT_EQ(Text("txtProject"), QString());
-    EXPECT_EQ(Stored()[0].Project_Number, QString());
+    EXPECT_EQ(Text("txtActivity"), QString());
 }
 
 TEST_F(EntryLookups, AnExpenseThatIsNotAllowedIsRefusedWhenItIsLookedUp)
