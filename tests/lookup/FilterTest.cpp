@@ -287,6 +287,16 @@ TEST_F(TransFilter, EmptyingTheCustomerEmptiesTheProjectAndKeepsTheActivity)
     EXPECT_THAT(Applied(), ElementsAre(QString(), QString(), u"CONS"_s));
 }
 
+TEST_F(TransFilter, AnEmptiedCustomerTakesItsProjectAlongWhenOKIsClickedAtOnce)
+{
+    Apply(u"0100"_s, u"AUDIT"_s, u"CONS"_s);
+    Open([this] {
+        Type("txtCustomer", {});
+        ClickButton("cmdOK");
+    });
+    EXPECT_THAT(Applied(), ElementsAre(QString(), QString(), u"CONS"_s));
+}
+
 TEST_F(TransFilter, ChangingTheCustomerKeepsTheProjectAndTheNameBesideIt)
 {
     Apply(u"0100"_s, u"AUDIT"_s, {});

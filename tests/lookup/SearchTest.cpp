@@ -93,6 +93,20 @@ TEST_F(Search, CustomersByNameRegardlessOfCaseAndWithAccents)
     });
 }
 
+TEST_F(Search, ASmallLetterBeforeItsCapitalIsFoundOnTheFirstRecordToo)
+{
+    Company.Customers
+        = {SampleCustomer(u"1"_s, u"\u65e5\u672c"_s), SampleCustomer(u"2"_s, u"\u00ffle"_s)};
+    Start();
+    Lookup.LookupByChoice[LookupKinds::Customers] = u"Name"_s;
+    LookUp(u"Customer"_s, [this] {
+        EXPECT_EQ(CodeFor(u"\u65e5"_s), u"1"_s);
+        EXPECT_EQ(CodeFor(u"\u00ffle"_s), u"2"_s);
+        EXPECT_EQ(Grid().Row(), 1);
+        Press(Qt::Key_Escape);
+    });
+}
+
 TEST_F(Search, ACodeLongerThanFifteenCharactersIsCut)
 {
     Company.Customers = {SampleCustomer(u"0123456789ABCDE"_s, u"First"_s),
