@@ -3,7 +3,7 @@
 
     tools/mutate.py                     every fault of tools/faults
     tools/mutate.py store report        those of two modules
-    tools/mutate.py exchange/no-digest  one
+    tools/mutate.py help/open-menu-stays   one
     tools/mutate.py --check             plants nothing: does each fault still fit its file?
 
 It works in a copy of the project in build/mutate, with one job, and never touches the project's own
@@ -289,7 +289,7 @@ def key_of(root, fault):
 
 
 def holds(fault, result, key):
-    """Whether a former verdict need not be asked for again: only new tests change these."""
+    """Whether an earlier verdict still holds: only new tests change these."""
     return result is not None and result["key"] == key and (
         result["verdict"] == "noticed" or (result["verdict"] == "survived" and fault.survives))
 

@@ -114,7 +114,7 @@ class Verdicts(unittest.TestCase):
     def fault(self, survives=""):
         return mutate.Fault("store/x", "store/a.cpp", "a", "b", [("store_tests", "*")], survives)
 
-    def test_a_former_verdict_holds_while_nothing_has_changed(self):
+    def test_an_earlier_verdict_holds_while_nothing_has_changed(self):
         noticed = {"key": "k", "verdict": "noticed"}
         survived = {"key": "k", "verdict": "survived"}
         self.assertTrue(mutate.holds(self.fault(), noticed, "k"))
