@@ -36,6 +36,7 @@ protected:
         Start();
         ClickRow(1);
         GoTo("txtDescription");
+        Press(Qt::Key_A, Qt::ControlModifier);
         Type(u"typed with care"_s);
     }
 
