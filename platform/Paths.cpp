@@ -1,10 +1,9 @@
 #include "platform/Paths.h"
 
-#include "platform/clsRunTimeError.h"
+#include "platform/PlainFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -72,11 +71,6 @@ QString NearestFolder(const QString &path)
 QByteArray ReadFileHead(const QString &path, qint64 most)
 {
     QFile file(path);
-    if (!QFileInfo::exists(path))
-        throw clsRunTimeError(
-            RunTimeErrors::FileNotFound, u"Files"_s, u"File not found: "_s + path);
-    if (QFileInfo(path).isDir() || !file.open(QIODevice::ReadOnly))
-        throw clsRunTimeError(
-            RunTimeErrors::PathAccess, u"Files"_s, u"The file cannot be read: "_s + path);
+    OpenPlainFile(file, PlainFileUse::Read);
     return file.read(most);
 }

@@ -19,6 +19,6 @@ QString FindIgnoringCase(const QString &root, const QString &relative);
 /// The folder `path`, or the nearest one above it that is there; the user's own for no path at all.
 QString NearestFolder(const QString &path);
 
-/// The first `most` bytes of a file.
-/// Errors: clsRunTimeError 53 when it is missing, 75 when it cannot be read; both name it.
+/// The first `most` bytes of a plain file.
+/// Errors: those of OpenPlainFile.
 QByteArray ReadFileHead(const QString &path, qint64 most);

@@ -15,11 +15,15 @@ public:
 
     /// Creates the file, or empties the one that is there, and holds it from then on.
     /// Errors: clsRunTimeError 70 while another instance holds it, 75 (naming the file) when it
-    ///         cannot be created for another reason.
+    ///         cannot be created for another reason: also for a link, a pipe or a device, which are
+    ///         neither followed nor changed.
     void CreateAndHold(const QString &path);
 
     /// Lets go; harmless when nothing is held. The file stays where it is.
     void Close();
+
+    /// Removes the file, then lets go. A file that another process has put in its place stays.
+    void CloseAndRemove();
 
     bool IsHeld() const;
 

@@ -4,9 +4,11 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
+#include "platform/PlainFiles.h"
 #include "sync/TextLines.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
@@ -28,12 +30,11 @@ QStringList LaunchLines(const QString &path, qsizetype count)
 
 void WriteText(const QString &path, const QString &text)
 {
+    QFile::remove(path); // a leftover, whatever it is
     QFile file(path);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text) || file.write(bytes) != bytes.size()
-        || !file.flush())
-        throw clsRunTimeError(
-            RunTimeErrors::PathAccess, u"LaunchFile"_s, path + u": "_s + file.errorString());
+    OpenPlainFile(file, PlainFileUse::CreateNew);
+    file.setTextModeEnabled(true);
+    WriteWhole(file, path, text.toUtf8());
 }
 
 QString Quoted(QString text)
@@ -51,6 +52,10 @@ QString Starred(QString folder)
 
 LaunchFile ReadLaunchFile(const QString &path)
 {
+    // Cut off, the arguments would name another folder, or none.
+    if (QFileInfo(path).size() > MostBytes)
+        throw clsRunTimeError(RunTimeErrors::PathAccess, u"LaunchFile"_s,
+            u"The file has more than "_s + QString::number(MostBytes) + u" bytes: "_s + path);
     const QStringList lines = LaunchLines(path, 2);
     return {lines[0], lines[1]};
 }
@@ -65,6 +70,7 @@ void WriteLaunchFile(const QString &path, const LaunchFile &launch)
     const QString unfinished = path + u".new"_s;
     auto failed = qScopeGuard([&] { QFile::remove(unfinished); });
     WriteText(unfinished, launch.Root + u'\n' + launch.Arguments + u'\n');
+    LimitRights(unfinished, path);
     SyncFile(unfinished);
     ReplaceFile(unfinished, path);
     failed.dismiss();

@@ -3,6 +3,7 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
+#include "platform/PlainFiles.h"
 #include "store/StoreErrors.h"
 
 #include <QDir>
@@ -168,11 +169,14 @@ void modBackup::CopyEntries()
     for (const QString &file : files) {
         const QString name = file.chopped(Ending.size());
         WriteCopy(JoinPath(unfinished, file), ReadOriginal(name));
+        LimitRights(JoinPath(unfinished, file), JoinPath(program, file));
         copies.push_back({name, MayBeTaken(name)});
     }
     // Only a damaged database still has one; without it the copy would be worth less.
-    for (const QString &file : EntriesFiles(program, Journal))
+    for (const QString &file : EntriesFiles(program, Journal)) {
         WriteCopy(JoinPath(unfinished, file), ReadWhole(JoinPath(program, file)));
+        LimitRights(JoinPath(unfinished, file), JoinPath(program, file));
+    }
     SyncFolder(unfinished);
     ReplaceFile(unfinished, FolderOf(m_time));
     failed.dismiss();

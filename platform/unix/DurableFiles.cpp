@@ -93,7 +93,8 @@ Moved LookAndRename(const QString &from, const QString &to)
 
 void SyncFile(const QString &path)
 {
-    SyncPath(path, O_RDONLY);
+    // Neither a link nor a pipe: it may be a file of a folder that others can write to.
+    SyncPath(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
 }
 
 void SyncFolder(const QString &folder)

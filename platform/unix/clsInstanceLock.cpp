@@ -18,16 +18,21 @@ using namespace Qt::StringLiterals;
 class clsInstanceLock::Channel
 {
 public:
-    explicit Channel(int file)
+    Channel(int file, const QByteArray &name)
         : m_file(file)
+        , m_name(name)
     {
     }
     ~Channel() { ::close(m_file); }
     Channel(const Channel &) = delete;
     Channel &operator=(const Channel &) = delete;
 
+    int File() const { return m_file; }
+    const QByteArray &Name() const { return m_name; }
+
 private:
     int m_file;
+    QByteArray m_name;
 };
 
 namespace {
@@ -37,25 +42,40 @@ namespace {
     throw clsRunTimeError(number, u"InstanceLock"_s, description);
 }
 
-/// Whether the name still belongs to the open file: somebody may have removed or replaced it
-/// between opening and locking.
+/// Whether the name still belongs to the open file: another process may have removed or replaced it
+/// since.
 bool StillNames(const QByteArray &path, int file)
 {
     struct stat named = {};
     struct stat opened = {};
-    return ::stat(path.constData(), &named) == 0 && ::fstat(file, &opened) == 0
+    return ::lstat(path.constData(), &named) == 0 && ::fstat(file, &opened) == 0
         && named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
-int OpenLocked(const QString &path)
+bool IsRegular(int file)
 {
-    const QByteArray name = QFile::encodeName(path);
+    struct stat opened = {};
+    return ::fstat(file, &opened) == 0 && S_ISREG(opened.st_mode);
+}
+
+int OpenLocked(const QString &path, const QByteArray &name)
+{
     for (;;) {
-        const int file = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        // A link could lead to any file of the user's, which would be emptied, and a pipe would
+        // wait for its other end.
+        const int file = ::open(name.constData(),
+            O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
         if (file < 0)
             Raise(RunTimeErrors::PathAccess,
                 u"The file cannot be created: "_s + path + u" ("_s
-                    + QString::fromLocal8Bit(std::strerror(errno)) + u")"_s);
+                    + (errno == ELOOP ? u"a link is in its place"_s
+                                      : QString::fromLocal8Bit(std::strerror(errno)))
+                    + u")"_s);
+        if (!IsRegular(file)) {
+            ::close(file);
+            Raise(RunTimeErrors::PathAccess,
+                u"The file cannot be created: "_s + path + u" (it is not a regular file)"_s);
+        }
         if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
             const int reason = errno;
             ::close(file);
@@ -78,14 +98,24 @@ clsInstanceLock::~clsInstanceLock() = default;
 
 void clsInstanceLock::CreateAndHold(const QString &path)
 {
-    const int file = OpenLocked(path);
-    m_channel = std::make_unique<Channel>(file);
+    const QByteArray name = QFile::encodeName(path);
+    const int file = OpenLocked(path, name);
+    m_channel = std::make_unique<Channel>(file, name);
     if (::ftruncate(file, 0) != 0)
         Raise(RunTimeErrors::PathAccess, u"The file cannot be emptied: "_s + path);
 }
 
 void clsInstanceLock::Close()
 {
+    m_channel.reset();
+}
+
+void clsInstanceLock::CloseAndRemove()
+{
+    // While the lock is held, and only under the name that is still the lock's: the file of any
+    // other process stays.
+    if (m_channel && StillNames(m_channel->Name(), m_channel->File()))
+        ::unlink(m_channel->Name().constData());
     m_channel.reset();
 }
 

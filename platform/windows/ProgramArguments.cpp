@@ -39,3 +39,9 @@ QStringList ProgramArguments(int, char **)
     return SplitCommandLine(
         WithoutProgram(QString::fromWCharArray(::GetCommandLineW()), OwnFile()));
 }
+
+/// Windows keeps the name.
+QString ProgramFile(const char *)
+{
+    return OwnFile();
+}

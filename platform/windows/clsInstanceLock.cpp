@@ -3,6 +3,7 @@
 #include "platform/clsRunTimeError.h"
 
 #include <QDir>
+#include <QFile>
 
 #include <windows.h>
 
@@ -12,13 +13,16 @@ using namespace Qt::StringLiterals;
 class clsInstanceLock::Channel
 {
 public:
-    explicit Channel(HANDLE file)
-        : m_file(file)
+    Channel(HANDLE file, const QString &path)
+        : Path(path)
+        , m_file(file)
     {
     }
     ~Channel() { ::CloseHandle(m_file); }
     Channel(const Channel &) = delete;
     Channel &operator=(const Channel &) = delete;
+
+    const QString Path;
 
 private:
     HANDLE m_file;
@@ -41,12 +45,21 @@ void clsInstanceLock::CreateAndHold(const QString &path)
             u"The file cannot be created: "_s + path + u" ("_s
                 + qt_error_string(static_cast<int>(reason)) + u")"_s);
     }
-    m_channel = std::make_unique<Channel>(file);
+    m_channel = std::make_unique<Channel>(file, path);
 }
 
 void clsInstanceLock::Close()
 {
     m_channel.reset();
+}
+
+void clsInstanceLock::CloseAndRemove()
+{
+    const QString path = m_channel ? m_channel->Path : QString();
+    m_channel.reset();
+    // Windows removes no file that another process holds.
+    if (!path.isEmpty())
+        QFile::remove(path);
 }
 
 bool clsInstanceLock::IsHeld() const

@@ -128,6 +128,21 @@ TEST_F(Deb, KeepsWhatAUserHasWorkedFromOthers)
         QFile::Permissions());
 }
 
+TEST_F(Deb, TakesTheRightsOfOthersFromAFolderThatWasThere)
+{
+    ASSERT_TRUE(QDir().mkpath(ProgramFolder()));
+    ASSERT_TRUE(QFile::setPermissions(ProgramFolder(),
+        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ReadOther
+            | QFile::ExeOther));
+    {
+        ProgramUnderTest program = Start();
+        program.WaitForMessage(u"Please perform a synchronization first."_s);
+    }
+    EXPECT_EQ(QFile::permissions(ProgramFolder())
+            & (QFile::ReadGroup | QFile::ReadOther | QFile::ExeOther),
+        QFile::Permissions());
+}
+
 TEST_F(Deb, LetsOnlyTheAdministratorChangeWhatIsInstalled)
 {
     const QString list

@@ -10,6 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#ifdef Q_OS_UNIX
+#include <filesystem>
+#include <sys/stat.h>
+#endif
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -66,6 +71,55 @@ TEST_F(InstanceLock, AFolderThatIsNotThereIsAnotherErrorAndNamed)
     EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
     EXPECT_TRUE(raised.Names(path));
 }
+
+TEST_F(InstanceLock, IsRemovedWhenItIsNoLongerNeeded)
+{
+    clsInstanceLock lock;
+    lock.CreateAndHold(m_path);
+    lock.CloseAndRemove();
+    EXPECT_FALSE(lock.IsHeld());
+    EXPECT_FALSE(QFile::exists(m_path));
+    lock.CloseAndRemove();
+}
+
+#ifdef Q_OS_UNIX // Windows removes no file that is held
+
+TEST_F(InstanceLock, OfAnotherHolderIsNotRemoved)
+{
+    clsInstanceLock first;
+    first.CreateAndHold(m_path);
+    ASSERT_TRUE(QFile::remove(m_path)); // by a clean-up that knows nothing of locks
+    clsInstanceLock second;
+    second.CreateAndHold(m_path);
+    first.CloseAndRemove();
+    clsInstanceLock third;
+    EXPECT_EQ(
+        RaisedBy([&] { third.CreateAndHold(m_path); }).Number, RunTimeErrors::PermissionDenied);
+}
+
+TEST_F(InstanceLock, ALinkInItsPlaceIsRefusedAndItsTargetIsUnchanged)
+{
+    const QString target = m_folder.filePath(u"private"_s);
+    QFile file(target);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write("mine"), 4);
+    file.close();
+    std::filesystem::create_symlink(target.toStdString(), m_path.toStdString());
+    clsInstanceLock lock;
+    const Raised raised = RaisedBy([&] { lock.CreateAndHold(m_path); });
+    EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
+    EXPECT_TRUE(raised.Names(m_path));
+    EXPECT_EQ(file.size(), 4);
+}
+
+TEST_F(InstanceLock, APipeInItsPlaceIsRefusedWithoutWaiting)
+{
+    ASSERT_EQ(mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
+    clsInstanceLock lock;
+    EXPECT_EQ(RaisedBy([&] { lock.CreateAndHold(m_path); }).Number, RunTimeErrors::PathAccess);
+}
+
+#endif
 
 TEST_F(InstanceLock, AProgramThatWasStartedMeanwhileDoesNotKeepTheLock)
 {

@@ -298,3 +298,17 @@ TEST_F(Backup, WaitsForNoOtherProgramsWrite)
     m_backup->CopyEntries();
     EXPECT_EQ(Times().size(), 1);
 }
+#ifdef Q_OS_UNIX
+
+TEST_F(Backup, CopiesAreAsPrivateAsTheEntries)
+{
+    Build();
+    const QFile::Permissions own = QFile::ReadOwner | QFile::WriteOwner;
+    ASSERT_TRUE(QFile::setPermissions(File(), own));
+    m_backup->CopyEntries();
+    ASSERT_EQ(Times().size(), 1);
+    const QString copy = JoinPath(JoinPath(BackupFolder(), Times().front()), Name + u".db"_s);
+    EXPECT_EQ(QFile::permissions(copy), QFile::permissions(File()));
+}
+
+#endif

@@ -17,6 +17,8 @@
 
 #ifdef Q_OS_UNIX
 #include "tests/support/SmallDisk.h"
+
+#include <filesystem>
 #endif
 
 using namespace Qt::StringLiterals;
@@ -45,6 +47,38 @@ protected:
 
     QTemporaryDir m_folder;
 };
+
+TEST_F(LaunchFileTest, ALongerOneThanAllowedIsRefusedNotCut)
+{
+    const QString path = Written("/srv/mas90\n" + QByteArray(64 * 1024, 'x') + " end\n");
+    const Raised raised = RaisedBy([&] { ReadLaunchFile(path); });
+    EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
+    EXPECT_TRUE(raised.Names(path) && raised.Names(u"65536 bytes"_s))
+        << raised.Description.toStdString();
+}
+
+#ifdef Q_OS_UNIX
+
+TEST_F(LaunchFileTest, IsNeverWrittenThroughALink)
+{
+    const QString path = Written("/srv/mas90\n-ARG X\n");
+    const QString target = m_folder.filePath(u"private"_s);
+    std::filesystem::create_symlink(target.toStdString(), (path + u".new"_s).toStdString());
+    WriteLaunchFile(path, {u"/srv/other"_s, u"-ARG Y"_s});
+    EXPECT_FALSE(QFile::exists(target));
+    EXPECT_EQ(Content(path), "/srv/other\n-ARG Y\n");
+}
+
+TEST_F(LaunchFileTest, StaysAsPrivateAsItWas)
+{
+    const QString path = Written("/srv/mas90\n-ARG X\n");
+    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+    const QFile::Permissions before = QFile::permissions(path);
+    WriteLaunchFile(path, {u"/srv/other"_s, u"-ARG Y"_s});
+    EXPECT_EQ(QFile::permissions(path), before);
+}
+
+#endif
 
 struct Form
 {
