@@ -216,7 +216,13 @@ void DatabaseFile::Connect(int flags)
     // Counting memory, SQLite would make all connections wait for each other at every allocation.
     // Without effect where something else has used SQLite before.
     [[maybe_unused]] static const int uncounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
-    const int result = sqlite3_open_v2(m_openName.toUtf8().constData(), &m_database,
+    const QByteArray name = m_openName.toUtf8();
+    const int longest = sqlite3_vfs_find(nullptr)->mxPathname;
+    if (JournalName(m_openName).toUtf8().size() > longest)
+        RaiseStoreError(StoreErrors::Unreadable,
+            u"The path is longer than the "_s + QString::number(longest)
+                + u" bytes that a database and its journal may have: "_s + m_fileName);
+    const int result = sqlite3_open_v2(name.constData(), &m_database,
         flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     Check(result);
 }
@@ -422,8 +428,8 @@ void DatabaseFile::CreateTable(const QString &name, const QString &schemaText)
     // A journal that outlived its database would be played back into this one.
     RemoveLeftover(JournalName(m_fileName));
     // A scratch file waits for the disk here no more than later.
-    const bool moved = m_isScratch ? TakeNewName(m_openName, m_fileName)
-                                   : MoveToNewName(m_openName, m_fileName);
+    const bool moved
+        = m_isScratch ? TakeNewName(m_openName, m_fileName) : MoveToNewName(m_openName, m_fileName);
     if (!moved)
         RaiseStoreError(
             StoreErrors::AlreadyExists, u"The database exists already: "_s + m_fileName);
@@ -730,10 +736,14 @@ void DatabaseFile::Check(int result) const
 
 void DatabaseFile::RaiseSqlite(int result) const
 {
+    // The system's own error says more than "disk I/O error".
+    int system = 0;
+    if (m_database != nullptr && (result & 0xff) == SQLITE_IOERR)
+        sqlite3_file_control(m_database, nullptr, SQLITE_FCNTL_LAST_ERRNO, &system);
     const QString reason = u" ("_s
         + QString::fromUtf8(
             m_database == nullptr ? sqlite3_errstr(result) : sqlite3_errmsg(m_database))
-        + u")"_s;
+        + (system == 0 ? QString() : u": "_s + qt_error_string(system)) + u")"_s;
     if (result == SQLITE_READONLY_DBMOVED)
         RaiseStoreError(StoreErrors::ChangedOutside,
             u"The database has been replaced or removed meanwhile: "_s + m_fileName);

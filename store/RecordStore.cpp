@@ -659,6 +659,11 @@ void RecordStore::KeepCheckValues(Handle handle)
     Find(handle).File->KeepCheckValues();
 }
 
+void RecordStore::CheckIntegrity(Handle handle)
+{
+    WithTable(handle).File->CheckIntegrity();
+}
+
 std::vector<qint32> RecordStore::DamagedRecords(Handle handle)
 {
     const OpenTable &table = Loaded(handle);

@@ -136,6 +136,9 @@ public:
     /// of its own that is no field. Loading it raises Damaged for a file in which records may be
     /// missing.
     void KeepCheckValues(Handle handle);
+    /// Reads the whole file and raises Damaged when its pages do not fit together: records may be
+    /// missing then.
+    void CheckIntegrity(Handle handle);
     /// The positions, in the current order, of records that are not what was saved: the check
     /// value does not hold. They are read like any other; a record counts no longer when it has
     /// been written again.
