@@ -1,5 +1,10 @@
 #include "exchange/CellRules.h"
 
+#include "exchange/PrintableText.h"
+
+#include <QList>
+#include <QRegularExpression>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -9,30 +14,64 @@ namespace {
 constexpr Currency LargestAmount = Currency::FromScaled(9'999'999'999'999);
 constexpr qsizetype MostDecimals = 4;
 
-bool IsControl(QChar c)
+QString LengthProblem(const QString &text, const QString &what, int width)
 {
-    return c.unicode() < 32 || c.unicode() == 127;
+    if (text.isEmpty())
+        return u"the "_s + what + u" is empty"_s;
+    if (text.size() > width)
+        return u"the "_s + what + u' ' + QuotedCell(text) + u" is longer than "_s
+            + QString::number(width) + u" characters"_s;
+    return {};
 }
 
 QString CodeProblem(const QString &code, int width)
 {
-    if (code.isEmpty())
-        return u"the code is empty"_s;
-    if (code.size() > width)
-        return u"the code \""_s + code + u"\" is longer than "_s + QString::number(width)
-            + u" characters"_s;
+    const QString problem = LengthProblem(code, u"code"_s, width);
+    if (!problem.isEmpty())
+        return problem;
     if (code.startsWith(u' ') || code.endsWith(u' '))
-        return u"the code \""_s + code + u"\" begins or ends with a blank"_s;
-    if (std::any_of(code.begin(), code.end(), IsControl))
-        return u"the code holds a control character"_s;
+        return u"the code "_s + QuotedCell(code) + u" begins or ends with a space"_s;
+    for (const char32_t c : code.toUcs4()) {
+        if (IsInvisible(c))
+            return u"the code "_s + QuotedCell(code) + u" has the invisible character "_s
+                + CodePointName(c) + u"; write it without"_s;
+    }
     return {};
+}
+
+/// The window turns these letters, and no others, into upper case while they are typed.
+bool IsLowerCase(QChar c)
+{
+    return c >= u'a' && c <= u'z';
+}
+
+QString TypedCodeProblem(const QString &code, int width)
+{
+    const QString problem = CodeProblem(code, width);
+    if (!problem.isEmpty() || std::none_of(code.begin(), code.end(), IsLowerCase))
+        return problem;
+    QString typed = code;
+    for (QChar &c : typed)
+        c = IsLowerCase(c) ? c.toUpper() : c;
+    return u"the code "_s + QuotedCell(code)
+        + u" has lower-case letters, which cannot be typed in Worklog Remote; write "_s
+        + QuotedCell(typed);
+}
+
+/// Windows takes these for devices, whatever follows behind a dot.
+bool IsReservedByWindows(const QString &code)
+{
+    static const QRegularExpression names(
+        u"^(CON|PRN|AUX|NUL|CONIN\\$|CONOUT\\$|(COM|LPT)[0-9\u00B9\u00B2\u00B3]) *(\\.|$)"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    return names.match(code).hasMatch();
 }
 
 QString DigitProblem(const QString &cell, QChar first, QChar last)
 {
     if (cell.size() == 1 && cell.front() >= first && cell.front() <= last)
         return {};
-    return u"\""_s + cell + u"\" is none of the digits "_s + first + u" to "_s + last;
+    return QuotedCell(cell) + u" is none of the digits "_s + first + u" to "_s + last;
 }
 
 } // namespace
@@ -43,6 +82,10 @@ QString CellRule::Problem(const QString &cell) const
     case Kind::Text:
     case Kind::Amount:
         return {};
+    case Kind::Term:
+        return LengthProblem(cell.trimmed(), u"term"_s, Width);
+    case Kind::TypedCode:
+        return TypedCodeProblem(cell, Width);
     case Kind::Code:
         return CodeProblem(cell, Width);
     case Kind::OptionalCode:
@@ -51,11 +94,11 @@ QString CellRule::Problem(const QString &cell) const
         const QString problem = CodeProblem(cell, Width);
         if (!problem.isEmpty() || IsUsableCompanyCode(cell))
             return problem;
-        return u"the code \""_s + cell + u"\" cannot be a part of a file's name"_s;
+        return u"the code "_s + QuotedCell(cell) + u" cannot be a part of a file's name"_s;
     }
     case Kind::Flag:
         return cell == "Y"_L1 || cell == "N"_L1 ? QString()
-                                                : u"\""_s + cell + u"\" is neither Y nor N"_s;
+                                                : QuotedCell(cell) + u" is neither Y nor N"_s;
     case Kind::Digit:
         return DigitProblem(cell, First, Last);
     case Kind::OptionalDigit:
@@ -69,8 +112,9 @@ bool IsUsableCompanyCode(const QString &code)
     // "Global" & "Options-" would be the name of the database of the global options.
     if (code.compare("Global"_L1, Qt::CaseInsensitive) == 0)
         return false;
-    // Windows drops dots and blanks at the end; "." and ".." end with a dot too.
-    if (!CodeProblem(code, CellRules::CompanyCode.Width).isEmpty() || code.endsWith(u'.'))
+    // Windows drops dots and spaces at the end; "." and ".." end with a dot too.
+    if (IsReservedByWindows(code) || !CodeProblem(code, CellRules::CompanyCode.Width).isEmpty()
+        || code.endsWith(u'.'))
         return false;
     constexpr QStringView inNoFileName = u"/\\<>:\"|?*";
     return std::none_of(

@@ -15,8 +15,10 @@ struct CellRule
     enum class Kind
     {
         Text, ///< anything
-        Code, ///< 1 to `Width` characters
-        OptionalCode, ///< the same, or nothing
+        Term, ///< a word for a thing, 1 to `Width` characters
+        Code, ///< 1 to `Width` characters, all of them visible
+        TypedCode, ///< the same, as a user types it: without lower-case letters
+        OptionalCode, ///< a code, or nothing
         CompanyCode, ///< a code that can be a folder's name and a part of a file's name
         Flag, ///< "Y" or "N"
         Digit, ///< `First` to `Last`
@@ -34,12 +36,18 @@ struct CellRule
 
 namespace CellRules {
 constexpr CellRule Text = {};
+/// What captions and messages have space for.
+constexpr CellRule Term = {CellRule::Kind::Term, 40, {}, {}};
 constexpr CellRule CompanyCode = {CellRule::Kind::CompanyCode, 30, {}, {}};
 constexpr CellRule Flag = {CellRule::Kind::Flag, 0, {}, {}};
 constexpr CellRule Amount = {CellRule::Kind::Amount, 0, {}, {}};
 constexpr CellRule Code(int width)
 {
     return {CellRule::Kind::Code, width, {}, {}};
+}
+constexpr CellRule TypedCode(int width)
+{
+    return {CellRule::Kind::TypedCode, width, {}, {}};
 }
 constexpr CellRule OptionalCode(int width)
 {

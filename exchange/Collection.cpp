@@ -35,21 +35,26 @@ bool Collection::Prepare()
     else
         Finish(entries, note, delivered);
     const std::string contents = ReadEntries(entries);
+    if (m_batch.isEmpty())
+        m_batch = NewBatchName();
     if (m_count == 0) {
-        if (!m_batch.isEmpty()) {
-            m_uploads.Discard(m_batch);
-            TakeOut(entries, {});
-        }
+        m_uploads.Discard(m_batch);
+        Reserve(entries, m_batch);
         return false;
     }
-    if (m_batch.isEmpty())
-        m_batch = Uploads::NewBatchName(m_employeeNumber);
+    m_digest = Uploads::DigestOf(contents);
     // The note comes first: it is all that the next run knows of a hidden file that this one
     // leaves.
     m_uploads.MakeFolder();
-    m_local.Store().WriteNote(entries, BatchNote{m_batch, Uploads::DigestOf(contents)}.Text());
+    m_local.Store().WriteNote(entries, BatchNote{m_batch, m_digest}.Text());
     m_uploads.Write(m_batch, contents);
     return true;
+}
+
+void Collection::Reserve(RecordStore::Handle entries, const QString &batch)
+{
+    if (m_local.Store().ReadNote(entries) != batch)
+        m_local.Store().WriteNote(entries, batch);
 }
 
 void Collection::RequireAsSaved(RecordStore::Handle entries)
@@ -66,24 +71,36 @@ void Collection::RequireAsSaved(RecordStore::Handle entries)
 void Collection::Finish(
     RecordStore::Handle entries, const BatchNote &note, const QString &delivered)
 {
-    // Entries are recognised by their lines; in a file that was changed they would not be found,
-    // and would be handed over again.
-    if (!note.Digest.isEmpty() && Uploads::DigestOfFile(delivered) != note.Digest)
+    // Entries are recognized by their lines; in a file that was changed they would not be found,
+    // and would be delivered again. The note of a restored copy can be older than the file: what
+    // the client has recorded with the file is then the proof.
+    const QString recorded = m_uploads.RecordedDigest(note.Batch);
+    const QString digest = Uploads::DigestOfFile(delivered);
+    const bool isRecorded = !note.Digest.isEmpty() || !recorded.isEmpty();
+    if (isRecorded && digest != note.Digest && digest != recorded)
         RaiseExchangeError(ExchangeErrors::BadFile,
             delivered + u": the file was changed after it was handed over; put the original back "_s
                 + u"and synchronise again"_s);
     Uploads::Secure(delivered);
+    if (digest == note.Digest && recorded.isEmpty())
+        m_uploads.RecordDigest(note.Batch, digest);
     m_uploads.Discard(note.Batch);
-    m_finishedCount = TakeOut(entries, ReadEntryLines(delivered));
+    m_batch = NewBatchName();
+    m_finishedCount = TakeOut(entries, ReadEntryLines(delivered), m_batch);
 }
 
 void Collection::Deliver()
 {
     m_uploads.HandOver(m_batch);
-    // Most often nobody has touched the entries since they were written into the file; else those
-    // that stand there are looked for.
-    if (!TakeAllOut(m_entries->Handle, m_version))
-        TakeOut(m_entries->Handle, ReadEntryLines(File()));
+    const QString next = NewBatchName();
+    // Most often the entries are what was written into the file. Otherwise those that are in the
+    // file are looked for: the user may have changed some, and a computer with a copy of this
+    // program folder may have put its own file under the same hidden name.
+    const bool isAsWritten = Uploads::DigestOfFile(File()) == m_digest;
+    if (isAsWritten)
+        m_uploads.RecordDigest(m_batch, m_digest);
+    if (!isAsWritten || !TakeAllOut(m_entries->Handle, m_version, next))
+        TakeOut(m_entries->Handle, ReadEntryLines(File()), next);
     m_entries.reset();
 }
 
@@ -92,16 +109,19 @@ qint64 Collection::Erase()
     const LocalDatabases::Open entries(m_local, m_databaseName);
     if (!entries.Exists())
         return 0;
-    const QString batch = ReadBatchNote(entries.Handle).Batch;
+    QString batch = ReadBatchNote(entries.Handle).Batch;
     if (!batch.isEmpty())
         m_uploads.Discard(batch);
+    if (batch.isEmpty() || !m_uploads.Delivered(batch).isEmpty())
+        batch = NewBatchName();
     RecordStore &store = m_local.Store();
     quint64 version = 0;
     qint64 count = 0;
     do {
         version = store.Version(entries.Handle);
         count = store.GetRecordCount(entries.Handle);
-    } while ((count > 0 || !batch.isEmpty()) && !TakeAllOut(entries.Handle, version));
+    } while (count > 0 && !TakeAllOut(entries.Handle, version, batch));
+    Reserve(entries.Handle, batch);
     return count;
 }
 
@@ -129,7 +149,7 @@ std::string Collection::ReadEntries(RecordStore::Handle entries)
     return contents;
 }
 
-qint64 Collection::TakeOut(RecordStore::Handle entries, EntryLines lines)
+qint64 Collection::TakeOut(RecordStore::Handle entries, EntryLines lines, const QString &nextBatch)
 {
     RecordStore &store = m_local.Store();
     RecordStore::Batch batch(store, entries);
@@ -147,12 +167,12 @@ qint64 Collection::TakeOut(RecordStore::Handle entries, EntryLines lines)
         store.DeleteRecord(entries, DeleteMode);
         ++count;
     }
-    store.WriteNote(entries, {});
+    store.WriteNote(entries, nextBatch);
     batch.Commit();
     return count;
 }
 
-bool Collection::TakeAllOut(RecordStore::Handle entries, quint64 version)
+bool Collection::TakeAllOut(RecordStore::Handle entries, quint64 version, const QString &nextBatch)
 {
     RecordStore &store = m_local.Store();
     RecordStore::Batch batch(store, entries);
@@ -163,7 +183,7 @@ bool Collection::TakeAllOut(RecordStore::Handle entries, quint64 version)
         store.MoveToPosition(entries, position);
         store.DeleteRecord(entries, DeleteMode);
     }
-    store.WriteNote(entries, {});
+    store.WriteNote(entries, nextBatch);
     batch.Commit();
     return true;
 }

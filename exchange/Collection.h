@@ -12,19 +12,23 @@
 /// Hands the entries of one company over to the accounting side, each of them exactly once,
 /// wherever a run is killed.
 ///
-/// The note of the Entries database makes that so. It holds the name of the batch that is being
-/// handed over and the digest of its file, and is on the disk before there is a file, so that no
-/// hidden one is left without a note that names it:
+/// The note of the Entries database makes that so. It has the name of the batch in which the
+/// entries are delivered next, and, from before there is a file, the digest of that file; so no
+/// hidden file is left without a note that names it. The name is reserved as soon as the one before
+/// it is used: any copy of the database, however old, names the batch in which its entries have
+/// come, or will.
 ///
 ///   note    file                  what a run that comes later does
 ///   ------  --------------------  -----------------------------------------------------------
 ///   none    none                  collects under a new name
-///   batch   none, or hidden       collects again, under the same name
-///   batch   handed over           takes the entries that stand in the file out of the table
-///   batch   handed over, changed  ends with an error that names the file
+///   batch   none, or hidden       collects under that name
+///   batch   delivered             takes the entries that are in the file out of the table
+///   batch   delivered, changed    ends with an error that names the file
 ///
-/// Entries leave the table and the note is cleared in one transaction. An entry that was changed
-/// after it was handed over is another entry then: it stays, and comes with the next batch.
+/// Entries leave the table and the next name is reserved in one transaction. An entry that was
+/// changed after it was delivered is another entry then: it stays, and comes with the next batch.
+/// Two computers with copies of one program folder have the same name: the second to deliver is
+/// refused by the name that is taken, and later finds in the first one's file what came from it.
 ///
 /// Errors: clsRunTimeError; the entries are then as the table above says.
 class Collection
@@ -53,16 +57,19 @@ private:
     /// Errors: StoreErrors::BadRecord, naming a record whose check value does not hold.
     void RequireAsSaved(RecordStore::Handle entries);
     BatchNote ReadBatchNote(RecordStore::Handle entries);
-    /// Takes out what an earlier run has handed over in the file `delivered`.
-    /// Errors: BadFile when the file is not the one of the note; nothing has changed then.
+    /// Takes out what was delivered in the file `delivered`.
+    /// Errors: BadFile when the file is not as a client has delivered it; nothing has changed then.
     void Finish(RecordStore::Handle entries, const BatchNote &note, const QString &delivered);
     /// The text of the file with all entries.
     std::string ReadEntries(RecordStore::Handle entries);
-    /// Takes one entry a line out of the table and clears the note, in one transaction; the number
-    /// of entries taken out.
-    qint64 TakeOut(RecordStore::Handle entries, EntryLines lines);
+    /// Reserves the name for the next delivery from a table without entries, unless it is so.
+    void Reserve(RecordStore::Handle entries, const QString &batch);
+    /// Takes one entry per line out of the table and reserves the name, in one transaction; the
+    /// number of entries taken out.
+    qint64 TakeOut(RecordStore::Handle entries, EntryLines lines, const QString &nextBatch);
     /// The same with all entries, as long as they are what they were at that version.
-    bool TakeAllOut(RecordStore::Handle entries, quint64 version);
+    bool TakeAllOut(RecordStore::Handle entries, quint64 version, const QString &nextBatch);
+    QString NewBatchName() const { return Uploads::NewBatchName(m_employeeNumber); }
 
     LocalDatabases &m_local;
     QString m_company;
@@ -70,6 +77,7 @@ private:
     QString m_databaseName;
     Uploads m_uploads;
     QString m_batch;
+    QString m_digest; // of the prepared file
     std::unique_ptr<LocalDatabases::Open> m_entries; // from Prepare() to Deliver()
     quint64 m_version = 0; // of the entries in the prepared file
     qint64 m_count = 0;

@@ -1,7 +1,7 @@
 #include "exchange/Csv.h"
 
 #include "exchange/ExchangeErrors.h"
-#include "platform/clsRunTimeError.h"
+#include "platform/PlainFiles.h"
 
 #include <QUtf8StringView>
 
@@ -27,13 +27,12 @@ bool NeedsQuotes(std::string_view cell)
 
 } // namespace
 
-CsvReader::CsvReader(const QString &fileName)
+CsvReader::CsvReader(const QString &fileName, size_t maxCellBytes)
     : m_fileName(fileName)
+    , m_maxCellBytes(maxCellBytes)
     , m_file(fileName)
 {
-    if (!m_file.open(QIODevice::ReadOnly))
-        throw clsRunTimeError(RunTimeErrors::PathAccess, u"Exchange"_s,
-            fileName + u": the file cannot be read ("_s + m_file.errorString() + u")"_s);
+    OpenPlainFile(m_file, PlainFileUse::Read);
     SkipByteOrderMark();
 }
 
@@ -104,6 +103,18 @@ void CsvReader::ReadCell()
     else
         ReadPlainCell();
     m_ends.push_back(m_text.size());
+    if (m_ends.size() > MaxColumns)
+        RaiseFileError(m_fileName, m_line,
+            u"there are more than "_s + QString::number(MaxColumns) + u" columns"_s);
+}
+
+void CsvReader::CheckCellSize() const
+{
+    // While it is read: a quote that is never closed has the rest of the file as its cell.
+    if (m_text.size() - (m_ends.empty() ? 0 : m_ends.back()) > m_maxCellBytes)
+        RaiseFileError(m_fileName, m_recordLine,
+            u"column "_s + QString::number(m_ends.size() + 1) + u" has more than "_s
+                + QString::number(m_maxCellBytes) + u" bytes"_s);
 }
 
 void CsvReader::ReadPlainCell()
@@ -112,6 +123,7 @@ void CsvReader::ReadPlainCell()
         const auto begin = m_buffer.cbegin() + static_cast<std::ptrdiff_t>(m_at);
         const auto end = std::find_if(begin, m_buffer.cend(), EndsPlainCell);
         m_text.append(begin, end);
+        CheckCellSize();
         m_at = static_cast<size_t>(end - m_buffer.cbegin());
         if (end == m_buffer.cend())
             continue;
@@ -145,6 +157,7 @@ void CsvReader::TakeQuotedText()
         const auto begin = m_buffer.cbegin() + static_cast<std::ptrdiff_t>(m_at);
         const auto end = std::find(begin, m_buffer.cend(), '"');
         m_text.append(begin, end);
+        CheckCellSize();
         m_line += std::count(begin, end, '\n');
         m_at = static_cast<size_t>(end - m_buffer.cbegin());
         if (end != m_buffer.cend())

@@ -15,11 +15,15 @@
 /// Shape:   cells are UTF-8 and valid until the next record is read; blanks belong to them.
 /// Lines:   counted from 1, those inside quoted cells too.
 /// Errors:  clsRunTimeError naming file and line: a file that cannot be read, a quote where none
-///          may stand or that is never closed, a carriage return alone, invalid UTF-8.
+///          may stand or that is never closed, a carriage return alone, invalid UTF-8, a cell or a
+///          number of columns above the limit.
 class CsvReader
 {
 public:
-    explicit CsvReader(const QString &fileName);
+    static constexpr size_t MaxColumns = 10'000;
+    static constexpr size_t MaxCellBytes = 1024 * 1024;
+
+    explicit CsvReader(const QString &fileName, size_t maxCellBytes = MaxCellBytes);
 
     bool ReadRecord(); ///< false past the last one
 
@@ -41,6 +45,7 @@ private:
     bool Refill();
     void SkipByteOrderMark();
     void ReadCell();
+    void CheckCellSize() const;
     void ReadPlainCell();
     void ReadQuotedCell();
     void TakeQuotedText();
@@ -48,6 +53,7 @@ private:
     void CheckUtf8() const;
 
     QString m_fileName;
+    size_t m_maxCellBytes;
     QFile m_file;
     std::string m_buffer;
     size_t m_at = 0;

@@ -10,6 +10,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// The file is the client's own, and a description has the length that the user gave it.
+constexpr size_t MaxEntryCellBytes = 64 * 1024 * 1024;
+
 std::string CellText(const QString &value)
 {
     return Utf8(value);
@@ -59,7 +62,7 @@ std::string EntryLine(const EntryRecord &entry)
 EntryLines ReadEntryLines(const QString &fileName)
 {
     const std::string header = EntryHeader();
-    CsvReader csv(fileName);
+    CsvReader csv(fileName, MaxEntryCellBytes);
     if (!csv.ReadRecord() || LineOf(csv) != header)
         csv.Fail(u"the file does not begin with the names of the nineteen entry fields"_s);
     const size_t fields = csv.CellCount();

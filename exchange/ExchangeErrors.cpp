@@ -4,6 +4,11 @@
 
 using namespace Qt::StringLiterals;
 
+QString CanceledText()
+{
+    return u"The synchronization was canceled"_s;
+}
+
 void RaiseExchangeError(int number, const QString &description)
 {
     throw clsRunTimeError(number, u"Exchange"_s, description);

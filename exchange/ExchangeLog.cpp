@@ -1,44 +1,56 @@
 #include "exchange/ExchangeLog.h"
 
+#include "exchange/PrintableText.h"
+#include "platform/clsRunTimeError.h"
+#include "platform/PlainFiles.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
 
 #include <cstdio>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A message is a line, whatever a file's name or text brings into it.
-QString OneLine(QString message)
+/// A line at the end of the file, written at once: lines of two computers then never mix.
+void Append(const QString &fileName, const QByteArray &line)
 {
-    return message.replace(u'\r', u' ').replace(u'\n', u' ');
+    QFile file(fileName);
+    OpenPlainFile(file, PlainFileUse::Append);
+    if (file.size() == 0)
+        TakeRightsOfFolder(fileName);
+    WriteWhole(file, fileName, line);
 }
 
 } // namespace
 
-ExchangeLog::ExchangeLog(const QString &fileName)
+ExchangeLog::ExchangeLog(const QString &fileName, Listener listener)
     : m_fileName(fileName)
+    , m_listener(std::move(listener))
 {
 }
 
 void ExchangeLog::Write(const QString &message)
 {
+    m_listener(message);
     if (m_fileName.isEmpty())
         return;
     const QString line = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s) + u" ["_s
-        + QString::number(QCoreApplication::applicationPid()) + u"] "_s + OneLine(message) + u'\n';
-    // Opened for each line and written at once: lines of two computers then never mix.
-    QFile file(m_fileName);
-    const QByteArray text = line.toUtf8();
-    if (file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)
-        && file.write(text) == text.size())
-        return;
-    if (!m_complained)
-        TellStandardError(
-            m_fileName + u": the log cannot be written ("_s + file.errorString() + u")"_s);
-    m_complained = true;
+        + QString::number(QCoreApplication::applicationPid()) + u"] "_s + PrintableLine(message)
+        + u'\n';
+    try {
+        Append(m_fileName, line.toUtf8());
+    } catch (const clsRunTimeError &error) {
+        if (m_complained)
+            return;
+        m_complained = true;
+        const QString complaint = u"the log cannot be written: "_s + error.Description();
+        TellStandardError(complaint);
+        m_listener(complaint);
+    }
 }
 
 void ExchangeLog::WriteError(const QString &message)
@@ -49,5 +61,5 @@ void ExchangeLog::WriteError(const QString &message)
 
 void TellStandardError(const QString &message)
 {
-    std::fputs((u"pvxwin32.exe: "_s + OneLine(message) + u'\n').toUtf8().constData(), stderr);
+    std::fputs((u"pvxwin32.exe: "_s + PrintableLine(message) + u'\n').toUtf8().constData(), stderr);
 }

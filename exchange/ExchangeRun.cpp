@@ -45,6 +45,7 @@ ExchangeRun::ExchangeRun(const QString &worklog, const QString &programFolder, E
 
 void ExchangeRun::Run()
 {
+    m_progress({}, u"Reading the list of companies"_s, 0, 1);
     const std::vector<CompanyRecord> companies = ReadCompanies(m_worklog);
     const std::optional<QStringList> known = m_local.CompanyCodes();
     PlanListed(companies);
@@ -55,7 +56,8 @@ void ExchangeRun::Run()
     PrepareCollections();
     DeliverCollections();
     EraseEntries();
-    staged.MoveIn();
+    for (const QString &file : staged.MoveIn())
+        m_log.Write(u"A damaged database was set aside as "_s + file);
     for (const QString &message : m_written)
         m_log.Write(message);
 }
@@ -68,13 +70,15 @@ void ExchangeRun::PlanListed(const std::vector<CompanyRecord> &companies)
 
 ExchangeRun::Task ExchangeRun::PlanOne(const QString &company)
 {
+    m_progress(company, u"Checking the databases"_s, 0, 1);
     const LocalCompany local = m_local.Examine(company);
     Task task;
     task.Company = company;
     task.KeptSyncOption = local.Sync_Option;
     task.Employee_Number = local.Employee_Number;
     task.Option = OptionOf(local, company);
-    task.Rewrite = Rewrites(task.Option) || !local.Complete;
+    // Pages are read only where they would stay.
+    task.Rewrite = Rewrites(task.Option) || !local.Complete || !m_local.ArePagesSound(company);
     return task;
 }
 

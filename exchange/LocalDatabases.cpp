@@ -2,11 +2,13 @@
 
 #include "exchange/ExchangeErrors.h"
 #include "platform/clsRunTimeError.h"
+#include "platform/DurableFiles.h"
 #include "platform/Paths.h"
 #include "store/Records.h"
 #include "store/StoreErrors.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -18,10 +20,31 @@ const std::array<QStringView, 7> ReferencePrefixes = {DatabasePrefix::Options,
 
 namespace {
 
-/// Whether a rewrite mends what the error tells: the file is ours, but not whole.
-bool IsDamage(const clsRunTimeError &error)
+/// A file whose first bytes are damaged looks like another program's. Ours still has the statements
+/// that have made its tables.
+bool WasOurs(const QString &path, const QString &name)
 {
-    return error.Number() == StoreErrors::Damaged || error.Number() == StoreErrors::BadRecord;
+    constexpr qint64 definitions = 64 * 1024;
+    const QByteArray head = ReadFileHead(path, definitions);
+    return head.isEmpty()
+        || (head.contains("CREATE TABLE Record_Store (Type_Code ")
+            && head.contains("CREATE TABLE \"" + name.toUtf8() + '"'));
+}
+
+/// SQLite plays a journal back into the database of its name, or deletes it. Before that it is
+/// looked at: another program's file stays, and is named.
+/// An empty one, or one that begins with zeros, is what a loss of power leaves.
+void RequireOwnJournal(const QString &path)
+{
+    constexpr qsizetype markLength = 8;
+    static const QByteArray mark("\xD9\xD5\x05\xF9\x20\xA1\x63\xD7", markLength);
+    if (!QFileInfo::exists(path))
+        return;
+    const QByteArray head = ReadFileHead(path, markLength);
+    if (head != mark.left(head.size()) && head.count('\0') != head.size())
+        RaiseExchangeError(ExchangeErrors::Refused,
+            path + u": the file is not a journal of the database next to it; "_s
+                + u"rename or delete it, and synchronize again"_s);
 }
 
 } // namespace
@@ -42,7 +65,7 @@ LocalDatabases::LocalDatabases(const QString &programFolder)
 }
 
 LocalDatabases::Open::Open(LocalDatabases &local, const QString &name)
-    : Handle(local.m_main.OpenTable(name))
+    : Handle(local.OpenTable(name))
     , m_local(local)
 {
 }
@@ -50,6 +73,17 @@ LocalDatabases::Open::Open(LocalDatabases &local, const QString &name)
 LocalDatabases::Open::~Open()
 {
     m_local.m_main.CloseTable(Handle);
+}
+
+QString LocalDatabases::JournalOf(const QString &name) const
+{
+    return FileOf(name) + u"-journal"_s;
+}
+
+RecordStore::Handle LocalDatabases::OpenTable(const QString &name)
+{
+    RequireOwnJournal(JournalOf(name));
+    return m_main.OpenTable(name);
 }
 
 template <class Record>
@@ -61,15 +95,40 @@ std::optional<Record> LocalDatabases::ReadFirst(const QString &name)
         if (database.Exists() && m_store.ReadRecord(database.Handle, record))
             return record;
     } catch (const clsRunTimeError &error) {
-        if (!IsDamage(error))
-            throw;
+        TakeNoteOfDamage(name, error);
     }
     return {};
 }
 
+QString LocalDatabases::FileOf(const QString &name) const
+{
+    return RecordStore::FileName(JoinPath(Folder(), name));
+}
+
 bool LocalDatabases::FileExists(const QString &name) const
 {
-    return QFile::exists(RecordStore::FileName(JoinPath(Folder(), name)));
+    return QFile::exists(FileOf(name));
+}
+
+bool LocalDatabases::IsDamage(const QString &name, const clsRunTimeError &error) const
+{
+    switch (error.Number()) {
+    case StoreErrors::Damaged:
+    case StoreErrors::BadRecord:
+        return true;
+    case StoreErrors::NotADatabase:
+    case StoreErrors::ForeignCreator:
+        return QFileInfo(FileOf(name)).isFile() && WasOurs(FileOf(name), name);
+    default:
+        return false;
+    }
+}
+
+void LocalDatabases::TakeNoteOfDamage(const QString &name, const clsRunTimeError &error)
+{
+    if (!IsDamage(name, error))
+        throw error;
+    m_damaged.insert(name);
 }
 
 bool LocalDatabases::IsSound(const QString &name)
@@ -77,16 +136,16 @@ bool LocalDatabases::IsSound(const QString &name)
     try {
         return Open(*this, name).Exists();
     } catch (const clsRunTimeError &error) {
-        if (!IsDamage(error))
-            throw;
+        TakeNoteOfDamage(name, error);
         return false;
     }
 }
 
 std::optional<QStringList> LocalDatabases::CompanyCodes()
 {
+    const QString name = m_main.GlobalName(DatabasePrefix::Company);
     try {
-        const Open database(*this, m_main.GlobalName(DatabasePrefix::Company));
+        const Open database(*this, name);
         if (!database.Exists())
             return {};
         QStringList codes;
@@ -96,8 +155,7 @@ std::optional<QStringList> LocalDatabases::CompanyCodes()
             codes.append(record.Company_Code);
         return codes;
     } catch (const clsRunTimeError &error) {
-        if (!IsDamage(error))
-            throw;
+        TakeNoteOfDamage(name, error);
         return {};
     }
 }
@@ -117,12 +175,42 @@ LocalCompany LocalDatabases::Examine(const QString &company)
             || FileExists(m_main.CompanyName(company, DatabasePrefix::Entries));
     if (employee)
         found.Employee_Number = employee->Employee_Number;
-    // No all_of: each of the databases is looked at, so that a foreign one is found now and not
-    // when half of the new ones are in place.
+    // Not all_of: each of the databases is opened, so that a foreign one is found now and not when
+    // half of the new ones are in place.
     const auto sound = std::count_if(ReferencePrefixes.begin(), ReferencePrefixes.end(),
         [&](QStringView prefix) { return IsSound(m_main.CompanyName(company, prefix)); });
     found.Complete = options && employee && sound == std::ssize(ReferencePrefixes);
     return found;
+}
+
+bool LocalDatabases::ArePagesSound(const QString &company)
+{
+    bool sound = true;
+    for (const QStringView prefix : ReferencePrefixes) {
+        const QString name = m_main.CompanyName(company, prefix);
+        try {
+            const Open database(*this, name);
+            if (database.Exists())
+                m_store.CheckIntegrity(database.Handle);
+        } catch (const clsRunTimeError &error) {
+            TakeNoteOfDamage(name, error);
+            sound = false;
+        }
+    }
+    return sound;
+}
+
+QString LocalDatabases::SetAsideIfDamaged(const QString &name)
+{
+    const QString file = FileOf(name);
+    if (!m_damaged.contains(name) || QFileInfo(file).size() == 0)
+        return {};
+    const QString aside = file + u".damaged"_s;
+    QFile::remove(aside + u"-journal"_s);
+    if (QFile::exists(JournalOf(name)))
+        ReplaceFile(JournalOf(name), aside + u"-journal"_s);
+    ReplaceFile(file, aside);
+    return aside;
 }
 
 void LocalDatabases::Settle(const QString &name)
@@ -132,10 +220,10 @@ void LocalDatabases::Settle(const QString &name)
         if (database.Exists())
             RecordStore::Batch probe(m_store, database.Handle); // refused while another writes
     } catch (const clsRunTimeError &error) {
-        if (!IsDamage(error))
-            throw;
+        TakeNoteOfDamage(name, error);
     }
-    const QString journal = RecordStore::FileName(JoinPath(Folder(), name)) + u"-journal"_s;
-    if (QFile::exists(journal) && !QFile::remove(journal))
+    // That of a damaged database goes with it.
+    const QString journal = JournalOf(name);
+    if (!m_damaged.contains(name) && QFile::exists(journal) && !QFile::remove(journal))
         RaiseExchangeError(ExchangeErrors::Refused, u"A leftover cannot be removed: "_s + journal);
 }

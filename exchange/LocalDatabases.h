@@ -3,11 +3,14 @@
 #include "store/modDBMain.h"
 #include "store/RecordStore.h"
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <array>
 #include <optional>
+
+class clsRunTimeError;
 
 /// What a synchronisation does with a company; the user chooses it in the program.
 enum class SyncOption
@@ -18,7 +21,7 @@ enum class SyncOption
     Nothing ///< "3"
 };
 
-/// The option that stands in a database or a file.
+/// The option in a database or a file.
 /// Errors: BadOption, naming the option and the company.
 SyncOption SyncOptionFromText(const QString &text, const QString &company);
 
@@ -34,9 +37,9 @@ struct LocalCompany
 
 /// The databases of the program folder that is being synchronised.
 ///
-/// Errors: those of the record store. A reference database that is damaged counts as missing,
-///         because the accounting side has its contents and a rewrite mends it; a file that is
-///         somebody else's is always an error and stays as it is.
+/// Errors: those of the record store. A reference database that is damaged is treated as missing,
+///         because the accounting system has its contents: a new one takes its place, and the
+///         damaged one is set aside. Another program's file is always an error and stays as it is.
 class LocalDatabases
 {
 public:
@@ -68,21 +71,34 @@ public:
     /// The codes in the Company database; nothing when there is no such database or it is damaged.
     std::optional<QStringList> CompanyCodes();
     LocalCompany Examine(const QString &company);
+    /// Whether every page of the company's reference databases is sound. Reads all of them.
+    bool ArePagesSound(const QString &company);
 
     /// Finishes or takes back what was left unfinished in a database that is about to be replaced,
     /// so that no journal remains: the next program to open the new file would play it into that.
     /// Errors: StoreErrors::Locked when another program is writing.
     void Settle(const QString &name);
 
+    /// Gives a database that was found damaged, and its journal, a name next to it, in place of an
+    /// earlier one. The new file name; empty for a sound database and for one without a byte.
+    QString SetAsideIfDamaged(const QString &name);
+
 private:
     template <class Record>
     std::optional<Record> ReadFirst(const QString &name);
+    RecordStore::Handle OpenTable(const QString &name);
+    QString JournalOf(const QString &name) const;
+    QString FileOf(const QString &name) const;
     bool FileExists(const QString &name) const;
-    /// Whether there is a sound database of that name.
+    /// Whether there is a database of that name that can be opened.
     bool IsSound(const QString &name);
+    /// Raises again what is no damage; remembers a database that is damaged.
+    void TakeNoteOfDamage(const QString &name, const clsRunTimeError &error);
+    bool IsDamage(const QString &name, const clsRunTimeError &error) const;
 
     RecordStore m_store;
     modDBMain m_main;
+    QSet<QString> m_damaged; // names
 };
 
 /// The beginnings of the names of a company's reference databases, in the order of opening.

@@ -1,6 +1,7 @@
 #include "exchange/ReferenceData.h"
 
 #include "exchange/ExchangeErrors.h"
+#include "exchange/PrintableText.h"
 #include "platform/Paths.h"
 #include "store/PadKey.h"
 
@@ -31,6 +32,19 @@ QString TableFile(const QString &worklog, const QString &company, const QString 
     return FileIn(worklog, company + u'/' + table + u".csv"_s);
 }
 
+/// Users tell the things apart by their terms, and so does the lookup.
+void CheckTerms(const OptionsRecord &record, const CsvReader &csv)
+{
+    QStringList seen;
+    for (const QString &term :
+        {record.Customer_Term, record.Project_Term, record.Activity_Term, record.Employee_Term}) {
+        if (seen.contains(term.trimmed(), Qt::CaseInsensitive))
+            csv.Fail(
+                u"two of the terms are "_s + QuotedCell(term) + u"; give each a name of its own"_s);
+        seen.append(term.trimmed());
+    }
+}
+
 /// Rows on their way to a table. They are filled again and again, because making each anew takes
 /// longer than reading it; and there are so few that they stay in the processor's cache.
 class Rows
@@ -59,7 +73,7 @@ std::vector<CompanyRecord> ReadCompanies(const QString &worklog)
         const QString folded = record.Company_Code.toCaseFolded();
         if (lines.contains(folded))
             reader.Csv().Fail(u"the code \""_s + record.Company_Code
-                + u"\" stands there already, on line "_s + QString::number(lines[folded]));
+                + u"\" is there already, on line "_s + QString::number(lines[folded]));
         lines.insert(folded, reader.Csv().Line());
         record.Company_Key = record.Company_Code;
         companies.push_back(record);
@@ -104,7 +118,8 @@ ReferenceData::ReferenceData(const QString &worklog, const QString &company, con
 QString ReferenceData::Build(const QString &keptSyncOption)
 {
     BuildOneRecord<OptionsRecord>(
-        ReferenceTables::Options(), [&](OptionsRecord &record, const CsvReader &) {
+        ReferenceTables::Options(), [&](OptionsRecord &record, const CsvReader &csv) {
+            CheckTerms(record, csv);
             if (!keptSyncOption.isEmpty())
                 record.Sync_Option = keptSyncOption;
         });
@@ -179,8 +194,11 @@ void ReferenceData::BuildOneRecord(
 void ReferenceData::TakeNewCode(CodeSet &codes, const QString &code, const CsvReader &csv)
 {
     const qint64 line = codes.Insert(code, csv.Line());
-    if (line != 0)
-        csv.Fail(u"the code stands there already, on line "_s + QString::number(line));
+    if (line == 0)
+        return;
+    const QString other
+        = codes.Contains(code) ? QString() : u", with letters that differ only in their case"_s;
+    csv.Fail(u"the code is there already, on line "_s + QString::number(line) + other);
 }
 
 void ReferenceData::BuildMultiplier()
@@ -208,8 +226,8 @@ void ReferenceData::BuildCustomers()
         ReferenceTables::Customers(), [&](CustomerRecord &record, const CsvReader &csv) {
             TakeNewCode(m_customers, record.Customer_Number, csv);
             if (!record.Division_Number.isEmpty() && !m_divisions.Contains(record.Division_Number))
-                csv.Fail(u"the division \""_s + record.Division_Number
-                    + u"\" is not among the divisions"_s);
+                csv.Fail(u"the division "_s + QuotedCell(record.Division_Number)
+                    + u" is not among the divisions"_s);
             record.Customer_Key = PadKey(record.Customer_Number, KeyWidth::Customer);
         });
 }
@@ -223,10 +241,10 @@ void ReferenceData::BuildProjects()
     BuildTable<ProjectRecord>(
         ReferenceTables::Projects(), [&](ProjectRecord &record, const CsvReader &csv) {
             if (!m_customers.Contains(record.Customer_Number))
-                csv.Fail(u"the customer \""_s + record.Customer_Number
-                    + u"\" is not among the customers"_s);
+                csv.Fail(u"the customer "_s + QuotedCell(record.Customer_Number)
+                    + u" is not among the customers"_s);
             record.Project_Key = ProjectKey(record.Customer_Number, record.Project_Number);
-            hashes.push_back(qHash(record.Project_Key));
+            hashes.push_back(qHash(record.Project_Key.toCaseFolded()));
         });
     std::sort(hashes.begin(), hashes.end());
     if (std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end())

@@ -24,10 +24,10 @@ const TableDefinition<CompanyRecord> &Company()
 const TableDefinition<OptionsRecord> &Options()
 {
     static const TableDefinition<OptionsRecord> definition = {u"Options"_s, DatabasePrefix::Options,
-        {COLUMN(OptionsRecord, Customer_Term, CellRules::Text),
-            COLUMN(OptionsRecord, Project_Term, CellRules::Text),
-            COLUMN(OptionsRecord, Activity_Term, CellRules::Text),
-            COLUMN(OptionsRecord, Employee_Term, CellRules::Text),
+        {COLUMN(OptionsRecord, Customer_Term, CellRules::Term),
+            COLUMN(OptionsRecord, Project_Term, CellRules::Term),
+            COLUMN(OptionsRecord, Activity_Term, CellRules::Term),
+            COLUMN(OptionsRecord, Employee_Term, CellRules::Term),
             COLUMN(OptionsRecord, Billing_Option_Setting, CellRules::Digit(u'1', u'6')),
             COLUMN(OptionsRecord, Mgmt_Approval_In_Use, CellRules::Flag),
             COLUMN(OptionsRecord, Sec_Approval_In_Use, CellRules::Flag),
@@ -57,11 +57,11 @@ const TableDefinition<EmployeeRecord> &Employee()
 
 const TableDefinition<MultiplierRecord> &Multiplier()
 {
-    static const TableDefinition<MultiplierRecord> definition
-        = {u"Multiplier"_s, DatabasePrefix::Multiplier,
-            {COLUMN(MultiplierRecord, Multiplier_Number, CellRules::Code(KeyWidth::Multiplier)),
-                COLUMN(MultiplierRecord, Description, CellRules::Text),
-                COLUMN(MultiplierRecord, Factor, CellRules::Amount)}};
+    static const TableDefinition<MultiplierRecord> definition = {u"Multiplier"_s,
+        DatabasePrefix::Multiplier,
+        {COLUMN(MultiplierRecord, Multiplier_Number, CellRules::TypedCode(KeyWidth::Multiplier)),
+            COLUMN(MultiplierRecord, Description, CellRules::Text),
+            COLUMN(MultiplierRecord, Factor, CellRules::Amount)}};
     return definition;
 }
 
@@ -79,7 +79,7 @@ const TableDefinition<CustomerRecord> &Customers()
 {
     static const TableDefinition<CustomerRecord> definition = {u"Customers"_s,
         DatabasePrefix::Customers,
-        {COLUMN(CustomerRecord, Customer_Number, CellRules::Code(KeyWidth::Customer)),
+        {COLUMN(CustomerRecord, Customer_Number, CellRules::TypedCode(KeyWidth::Customer)),
             COLUMN(CustomerRecord, Customer_Name, CellRules::Text),
             COLUMN(CustomerRecord, Division_Number, CellRules::OptionalCode(KeyWidth::Division)),
             COLUMN(CustomerRecord, No_Charge, CellRules::Flag),
@@ -91,8 +91,8 @@ const TableDefinition<ProjectRecord> &Projects()
 {
     static const TableDefinition<ProjectRecord> definition
         = {u"Projects"_s, DatabasePrefix::Projects,
-            {COLUMN(ProjectRecord, Customer_Number, CellRules::Code(KeyWidth::Customer)),
-                COLUMN(ProjectRecord, Project_Number, CellRules::Code(KeyWidth::Project)),
+            {COLUMN(ProjectRecord, Customer_Number, CellRules::TypedCode(KeyWidth::Customer)),
+                COLUMN(ProjectRecord, Project_Number, CellRules::TypedCode(KeyWidth::Project)),
                 COLUMN(ProjectRecord, Project_Name, CellRules::Text),
                 COLUMN(ProjectRecord, Rate, CellRules::Amount)}};
     return definition;
@@ -102,7 +102,7 @@ const TableDefinition<ActivityRecord> &Activities()
 {
     static const TableDefinition<ActivityRecord> definition
         = {u"Activities"_s, DatabasePrefix::Activities,
-            {COLUMN(ActivityRecord, Activity_Number, CellRules::Code(KeyWidth::Activity)),
+            {COLUMN(ActivityRecord, Activity_Number, CellRules::TypedCode(KeyWidth::Activity)),
                 COLUMN(ActivityRecord, Description, CellRules::Text),
                 COLUMN(ActivityRecord, Expense, CellRules::Flag),
                 COLUMN(ActivityRecord, No_Charge, CellRules::Flag),

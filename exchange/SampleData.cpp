@@ -77,9 +77,9 @@ void AddCustomers(
     }
     // As long as codes can be.
     customers.Records.push_back(
-        {u"zz-Fifteen-Long"_s, u"Zwölfender \"Zirkel\" Association"_s, QString(), u"N"_s, u"0"_s});
+        {u"ZZ-FIFTEEN-LONG"_s, u"Zwölfender \"Zirkel\" Association"_s, QString(), u"N"_s, u"0"_s});
     projects.Records.push_back(
-        {u"zz-Fifteen-Long"_s, u"Project-15-Long"_s, u"Everything, at once"_s, u"99999.9999"_s});
+        {u"ZZ-FIFTEEN-LONG"_s, u"PROJECT-15-LONG"_s, u"Everything, at once"_s, u"99999.9999"_s});
 }
 
 SampleTable Activities()

@@ -3,6 +3,7 @@
 #include "exchange/ExchangeErrors.h"
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
+#include "platform/PlainFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,8 +16,14 @@ StagedDatabases::StagedDatabases(LocalDatabases &local)
     , m_folder(JoinPath(local.Folder(), u"exchange-staging"_s))
 {
     Remove();
-    if (QFileInfo::exists(m_folder) || !QDir().mkdir(m_folder))
-        RaiseExchangeError(ExchangeErrors::Refused, u"The folder cannot be made: "_s + m_folder);
+    if (QFileInfo::exists(m_folder))
+        RaiseExchangeError(ExchangeErrors::Refused,
+            m_folder + u": this is in the place of a folder of the synchronization; "_s
+                + u"rename or delete it, and synchronize again"_s);
+    // For its user alone, like a database that the user has made private.
+    if (!QDir().mkdir(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        RaiseExchangeError(ExchangeErrors::Refused,
+            m_folder + u": the folder cannot be made: "_s + qt_error_string());
 }
 
 StagedDatabases::~StagedDatabases()
@@ -53,13 +60,20 @@ void StagedDatabases::Close(RecordStore::Handle handle, const QString &name)
     m_finished.append(name);
 }
 
-void StagedDatabases::MoveIn()
+QStringList StagedDatabases::MoveIn()
 {
+    QStringList setAside;
     // All of the old ones first: a refusal then comes before anything has been replaced.
     for (const QString &name : m_finished)
         m_local.Settle(name);
-    for (const QString &name : m_finished)
-        ReplaceFile(RecordStore::FileName(PathOf(name)),
-            RecordStore::FileName(JoinPath(m_local.Folder(), name)));
+    for (const QString &name : m_finished) {
+        const QString staged = RecordStore::FileName(PathOf(name));
+        const QString old = RecordStore::FileName(JoinPath(m_local.Folder(), name));
+        LimitRights(staged, old);
+        setAside.append(m_local.SetAsideIfDamaged(name));
+        ReplaceFile(staged, old);
+    }
     m_finished.clear();
+    setAside.removeAll(QString());
+    return setAside;
 }

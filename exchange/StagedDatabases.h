@@ -60,8 +60,8 @@ public:
     };
 
     /// Moves every finished database in, in the order in which they were finished, each in one
-    /// durable step.
-    void MoveIn();
+    /// durable step. The file names that damaged ones were given before.
+    QStringList MoveIn();
 
 private:
     QString PathOf(const QString &name) const;

@@ -10,25 +10,23 @@
 #include "platform/Paths.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int Done = 0;
-constexpr int Failed = 1;
+constexpr int Failed = 1; // the exit status
 
-QString InstallationRoot()
+QString RootOf(const QString &client)
 {
-    return QDir::toNativeSeparators(QFileInfo(ProgramFolder()).path());
+    return QDir::toNativeSeparators(QFileInfo(QFileInfo(client).path()).path());
 }
 
-/// The accounting side's files; empty when the installation has none.
-QString WorklogFolder()
+/// The folder of the accounting system's files; empty when the installation has none.
+QString WorklogFolder(const QString &root)
 {
-    const QString folder = FindIgnoringCase(InstallationRoot(), u"worklog"_s);
+    const QString folder = FindIgnoringCase(root, u"worklog"_s);
     return QFileInfo(folder).isDir() ? folder : QString();
 }
 
@@ -37,10 +35,9 @@ class FolderLock
 {
 public:
     explicit FolderLock(const QString &programFolder)
-        : m_fileName(JoinPath(programFolder, u"exchange.lock"_s))
     {
         try {
-            m_lock.CreateAndHold(m_fileName);
+            m_lock.CreateAndHold(JoinPath(programFolder, u"exchange.lock"_s));
         } catch (const clsRunTimeError &error) {
             if (error.Number() != RunTimeErrors::PermissionDenied)
                 throw;
@@ -48,53 +45,65 @@ public:
                 u"Another synchronisation is at work in the folder "_s + programFolder);
         }
     }
-    // While the lock is held: afterwards the file may be another client's. Windows removes no file
-    // that is held, and so not another client's either.
-    ~FolderLock()
-    {
-        if (QFile::remove(m_fileName))
-            return;
-        m_lock.Close();
-        QFile::remove(m_fileName);
-    }
+    ~FolderLock() { m_lock.CloseAndRemove(); }
     FolderLock(const FolderLock &) = delete;
     FolderLock &operator=(const FolderLock &) = delete;
 
 private:
-    QString m_fileName;
     clsInstanceLock m_lock;
 };
 
-void RunIn(const QString &worklog, const QString &argument, ExchangeLog &log)
+/// What one synchronization works with.
+struct Job
 {
-    if (worklog.isEmpty())
+    QString Root;
+    QString Worklog; ///< empty when the installation has none
+    QString Argument; ///< the program folder as it was passed
+    Progress &Window;
+};
+
+void RunJob(const Job &job, ExchangeLog &log)
+{
+    if (job.Worklog.isEmpty())
         throw clsRunTimeError(RunTimeErrors::PathNotFound, u"Exchange"_s,
-            JoinPath(InstallationRoot(), u"worklog"_s) + u": the folder is missing"_s);
-    const QString folder = ProgramFolderFromArgument(argument);
+            JoinPath(job.Root, u"worklog"_s) + u": the folder is missing"_s);
+    const QString folder = ProgramFolderFromArgument(job.Argument);
     const FolderLock lock(folder);
-    log.Write(u"Synchronisation of "_s + folder);
-    frmProgress window(HasDisplay());
-    const ProgressReport progress
-        = [&](const QString &company, const QString &table, qint64 done, qint64 all) {
-              window.ShowProgress(company, table, done, all);
-          };
-    ExchangeRun(worklog, folder, log, progress).Run();
+    log.Write(u"Synchronization of "_s + folder);
+    const ProgressReport report = [&](const QString &company, const QString &step, qint64 done,
+                                      qint64 all) { job.Window.Report(company, step, done, all); };
+    ExchangeRun(job.Worklog, folder, log, report).Run();
     log.Write(u"Done"_s);
+}
+
+SyncOutcome Run(const QString &client, const QString &programFolder, Progress &progress)
+{
+    const QString root = RootOf(client);
+    const QString worklog = WorklogFolder(root);
+    SyncOutcome outcome;
+    if (!worklog.isEmpty())
+        outcome.LogFile = JoinPath(worklog, u"exchange.log"_s);
+    ExchangeLog log(outcome.LogFile, [&](const QString &line) { progress.AddLine(line); });
+    try {
+        RunJob({root, worklog, programFolder, progress}, log);
+        return outcome;
+    } catch (const clsRunTimeError &error) {
+        outcome.Reason = error.Description();
+    } catch (const std::exception &error) {
+        outcome.Reason = QString::fromLocal8Bit(error.what());
+    }
+    outcome.ExitStatus = Failed;
+    log.WriteError(outcome.Reason);
+    return outcome;
 }
 
 } // namespace
 
-int Synchronise(const QString &programFolder)
+int Synchronise(const QString &client, const QString &programFolder)
 {
-    const QString worklog = WorklogFolder();
-    ExchangeLog log(worklog.isEmpty() ? QString() : JoinPath(worklog, u"exchange.log"_s));
-    try {
-        RunIn(worklog, programFolder, log);
-        return Done;
-    } catch (const clsRunTimeError &error) {
-        log.WriteError(error.Description());
-    } catch (const std::exception &error) {
-        log.WriteError(QString::fromLocal8Bit(error.what()));
-    }
-    return Failed;
+    Progress progress;
+    if (!frmProgress::HasDisplay())
+        return Run(client, programFolder, progress).ExitStatus;
+    frmProgress window(progress);
+    return window.Run([&] { return Run(client, programFolder, progress); }).ExitStatus;
 }

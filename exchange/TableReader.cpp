@@ -1,6 +1,6 @@
 #include "exchange/TableReader.h"
 
-#include "exchange/ExchangeErrors.h"
+#include "exchange/PrintableText.h"
 
 #include <algorithm>
 
@@ -16,10 +16,10 @@ std::vector<size_t> CellsOfColumns(CsvReader &csv, const QStringList &columns)
         const QString name = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
         const qsizetype column = columns.indexOf(name);
         if (column < 0)
-            csv.Fail(u"the column \""_s + name + u"\" is unknown"_s);
+            csv.Fail(u"the column "_s + QuotedCell(name) + u" is unknown"_s);
         size_t &place = cells[static_cast<size_t>(column)];
         if (place != csv.CellCount())
-            csv.Fail(u"the column \""_s + name + u"\" stands there twice"_s);
+            csv.Fail(u"the column "_s + QuotedCell(name) + u" is there twice"_s);
         place = cell;
     }
     const auto missing = std::find(cells.begin(), cells.end(), csv.CellCount());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/PrintableText.h"
 #include "exchange/ReferenceTables.h"
 
 #include <QString>
@@ -60,8 +61,8 @@ private:
         if (const auto *amount = std::get_if<Currency Record::*>(&column.Member)) {
             const std::optional<Currency> value = AmountFromCell(text);
             if (!value)
-                m_csv.Fail(column.Name + QStringLiteral(": \"") + text
-                    + QStringLiteral("\" is no number from 0 to 999999999.9999 with \".\" and at "
+                m_csv.Fail(column.Name + QStringLiteral(": ") + QuotedCell(text)
+                    + QStringLiteral(" is no number from 0 to 999999999.9999 with \".\" and at "
                                      "most four decimals"));
             record.*(*amount) = *value;
             return;

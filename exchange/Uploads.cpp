@@ -4,6 +4,7 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
+#include "platform/PlainFiles.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -20,10 +22,9 @@ namespace {
 
 const QString UploadsName = u"uploads"_s;
 
-[[noreturn]] void RaisePathError(const QFile &file)
+[[noreturn]] void RaisePathError(const QString &path, const QString &reason)
 {
-    throw clsRunTimeError(
-        RunTimeErrors::PathAccess, u"Exchange"_s, file.fileName() + u": "_s + file.errorString());
+    throw clsRunTimeError(RunTimeErrors::PathAccess, u"Exchange"_s, path + u": "_s + reason);
 }
 
 bool IsSafeInFileName(QChar c)
@@ -39,10 +40,25 @@ QString FolderIn(const QString &parent, const QString &name)
         return found;
     const QString made = JoinPath(parent, name);
     if (!found.isEmpty() || !QDir().mkdir(made))
-        throw clsRunTimeError(
-            RunTimeErrors::PathAccess, u"Exchange"_s, made + u": the folder cannot be made"_s);
+        RaisePathError(made,
+            u"the folder cannot be made: "_s
+                + (found.isEmpty() ? qt_error_string() : u"a file is in its place"_s));
+    TakeRightsOfFolder(made);
     SyncFolder(parent);
     return made;
+}
+
+/// A file that is on the disk when this returns; its name is when that of its folder is.
+void WriteNew(const QString &fileName, const std::string &contents)
+{
+    QFile file(fileName);
+    OpenPlainFile(file, PlainFileUse::CreateNew);
+    auto failed = qScopeGuard([&] { QFile::remove(fileName); });
+    WriteWhole(file, fileName, contents);
+    file.close();
+    TakeRightsOfFolder(fileName);
+    SyncFile(fileName);
+    failed.dismiss();
 }
 
 /// The folder of that name, or what it would be called.
@@ -80,14 +96,24 @@ bool Uploads::IsBatchName(const QString &text)
     });
 }
 
+QString Uploads::PlaceOf(const QString &fileName) const
+{
+    return JoinPath(PlaceIn(PlaceIn(m_worklog, m_company), UploadsName), fileName);
+}
+
 QString Uploads::FileOf(const QString &batch) const
 {
-    return JoinPath(PlaceIn(PlaceIn(m_worklog, m_company), UploadsName), batch + u".csv"_s);
+    return PlaceOf(batch + u".csv"_s);
 }
 
 QString Uploads::PartOf(const QString &batch) const
 {
-    return JoinPath(PlaceIn(PlaceIn(m_worklog, m_company), UploadsName), u'.' + batch + u".part"_s);
+    return PlaceOf(u'.' + batch + u".part"_s);
+}
+
+QString Uploads::DigestFileOf(const QString &batch) const
+{
+    return PlaceOf(u'.' + batch + u".sha256"_s);
 }
 
 QString Uploads::Delivered(const QString &batch) const
@@ -115,8 +141,9 @@ QString Uploads::DigestOfFile(const QString &fileName)
 {
     QFile file(fileName);
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
-        RaisePathError(file);
+    OpenPlainFile(file, PlainFileUse::Read);
+    if (!hash.addData(&file))
+        RaisePathError(fileName, file.errorString());
     return QString::fromLatin1(hash.result().toHex());
 }
 
@@ -125,21 +152,30 @@ void Uploads::MakeFolder() const
     FolderIn(FolderIn(m_worklog, m_company), UploadsName);
 }
 
+QString Uploads::RecordedDigest(const QString &batch) const
+{
+    constexpr qint64 digestLength = 64;
+    const QString fileName = DigestFileOf(batch);
+    return QFileInfo::exists(fileName) ? QString::fromLatin1(ReadFileHead(fileName, digestLength))
+                                       : QString();
+}
+
 void Uploads::Write(const QString &batch, const std::string &contents) const
 {
-    // Removed, never overwritten: a run that was killed while it handed the file over can have
-    // left both names, and they are then one and the same file.
+    // Removed, never overwritten: a run that was killed while it delivered the file can have left
+    // both names, and they are then one and the same file.
     Discard(batch);
-    QFile file(PartOf(batch));
-    const qint64 size = static_cast<qint64>(contents.size());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        RaisePathError(file);
-    if (file.write(contents.data(), size) != size || !file.flush()) {
-        QFile::remove(file.fileName());
-        RaisePathError(file);
+    WriteNew(PartOf(batch), contents);
+}
+
+void Uploads::RecordDigest(const QString &batch, const QString &digest) const
+{
+    QFile::remove(DigestFileOf(batch));
+    try {
+        WriteNew(DigestFileOf(batch), digest.toStdString());
+    } catch (const clsRunTimeError &) {
+        return; // the file is delivered, with a record or without
     }
-    file.close();
-    SyncFile(file.fileName());
 }
 
 void Uploads::HandOver(const QString &batch) const
@@ -154,7 +190,7 @@ void Uploads::Discard(const QString &batch) const
     if (!file.exists())
         return;
     if (!file.remove())
-        RaisePathError(file);
+        RaisePathError(file.fileName(), file.errorString());
     // The note that names the file may be gone soon, and must not go before it.
     SyncFolder(QFileInfo(file).absolutePath());
 }

@@ -7,8 +7,9 @@
 /// The folder <worklog>/<company>/uploads, in which a company's entries are handed over.
 ///
 /// Files:  <batch>.csv is complete and on the disk whenever it stands there. Until then it is
-///         .<batch>.part, which nobody may read. imported/ is where the accounting side may put
-///         the files that it has taken in.
+///         .<batch>.part, which no other program may read. .<batch>.sha256 has the digest of the
+///         file as it was delivered. imported/ is where the accounting system may put the files
+///         that it has taken in.
 /// Names:  a batch is "yyyyMMdd-HHmmss-<employee>-<8 hexadecimal digits>", its time in UTC: names
 ///         sort by time, and no two computers choose the same.
 /// Errors: clsRunTimeError naming the file.
@@ -38,6 +39,12 @@ public:
     /// Removes the batch's hidden file if there is one, durably.
     void Discard(const QString &batch) const;
 
+    /// Keeps the digest of a batch's file with the uploads, for computers whose note is older than
+    /// the file. A record that cannot be written is left out.
+    void RecordDigest(const QString &batch, const QString &digest) const;
+    /// Empty when there is no record.
+    QString RecordedDigest(const QString &batch) const;
+
     QString FileOf(const QString &batch) const;
 
     /// SHA-256 of a file's bytes, as 64 lower-case hexadecimal digits.
@@ -45,7 +52,9 @@ public:
     static QString DigestOfFile(const QString &fileName);
 
 private:
+    QString PlaceOf(const QString &fileName) const;
     QString PartOf(const QString &batch) const;
+    QString DigestFileOf(const QString &batch) const;
 
     QString m_worklog;
     QString m_company;

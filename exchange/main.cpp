@@ -60,5 +60,5 @@ int main(int argc, char **argv)
     const QApplication application(ownName, argv);
     QApplication::setWindowIcon(ProgramIcon());
     UseReadableLook();
-    return Synchronise(command.Folder);
+    return Synchronise(ProgramFile(argv[0]), command.Folder);
 }

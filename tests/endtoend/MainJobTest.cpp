@@ -143,11 +143,25 @@ protected:
             program.WaitForMessage(message);
             EXPECT_FALSE(program.IsOpen(u"frmEntryList"_s));
             program.Answer(u"OK"_s);
+        } else {
+            CloseClient(place);
         }
         program.WaitForMessage(SynchroniseFirst);
         program.Answer(u"OK"_s);
         EXPECT_TRUE(program.IsOpen(u"frmEntryList"_s));
         EXPECT_TRUE(program.IsEnabled(u"cmdSync"_s));
+    }
+
+    /// The client's window stays until the user has read why it has failed. It is the only one
+    /// then.
+    void CloseClient(const WorkPlace &place)
+    {
+        ProgramUnderTest::WaitUntil(u"the reason in the log"_s, [&] {
+            QFile log(place.InRoot(u"worklog/exchange.log"_s));
+            return log.open(QIODevice::ReadOnly) && log.readAll().contains("Error: ")
+                && m_display.WindowWithKeyboard() != 0;
+        });
+        m_display.Key(u"Escape"_s);
     }
 
     static QString UnableToStart(const WorkPlace &place)

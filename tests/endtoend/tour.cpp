@@ -97,7 +97,7 @@ private:
             customers += "M" + QByteArray::number(i) + ",Customer by name of "
                 + QByteArray::number(i) + ",,N,0\n";
         m_place.Replace(
-            u"ABC"_s, u"Customers"_s, "zz-Fifteen-Long,", customers + "zz-Fifteen-Long,");
+            u"ABC"_s, u"Customers"_s, "ZZ-FIFTEEN-LONG,", customers + "ZZ-FIFTEEN-LONG,");
         ProgramUnderTest client(
             {m_place.Client(), {}, {u"-hd"_s, u"by-hand"_s, m_place.ProgramFolder()}}, m_display);
         const QString enough = u"30%"_s;

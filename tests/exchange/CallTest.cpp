@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -178,6 +179,48 @@ TEST(Call, ALockThatAKilledRunHasLeftHoldsNobodyUp)
         EXPECT_FALSE(lock.exists());
     }
 }
+
+TEST(Call, AFileInThePlaceOfTheStagingFolderIsNamedAndStays)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    const QString staging = JoinPath(place.Program, u"exchange-staging"_s);
+    QFile file(staging);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+    const Outcome outcome = place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(outcome.Errors.contains(staging + u": this is in the place of a folder"_s))
+        << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.LocalFiles(), before);
+}
+
+#ifdef Q_OS_UNIX // On Windows only administrators make symbolic links
+
+TEST(Call, ThroughALinkTheRootIsTheOneThatItWasCalledUnder)
+{
+    const Installation place;
+    const QTemporaryDir other;
+    const QString home = other.filePath(u"root/Home"_s);
+    ASSERT_TRUE(QDir().mkpath(home));
+    const QString link = JoinPath(home, u"pvxwin32.exe"_s);
+    ASSERT_TRUE(QFile::link(place.Client(), link));
+    const auto call = [&](const QString &program, const QString &folder) {
+        QProcess client;
+        client.setWorkingDirectory(folder);
+        client.start(program, {u"-hd"_s, u"x"_s, place.Program});
+        EXPECT_TRUE(client.waitForFinished(-1));
+        return QString::fromUtf8(client.readAllStandardError());
+    };
+    const QString missing = other.filePath(u"root/worklog"_s) + u": the folder is missing"_s;
+    EXPECT_TRUE(call(link, home).contains(missing)) << "refused without touching the other root";
+    EXPECT_EQ(place.Log(), QString());
+    ASSERT_TRUE(QDir().rename(place.Worklog, other.filePath(u"root/worklog"_s)));
+    EXPECT_EQ(call(link, home), QString());
+    EXPECT_EQ(place.Companies(), QStringList{u"ABC"_s});
+}
+
+#endif
 
 TEST(Call, LeftoversOfAKilledRunAreRemoved)
 {

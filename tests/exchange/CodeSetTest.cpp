@@ -11,10 +11,19 @@ TEST(CodeSet, KnowsTheLineOfACodeThatComesTwice)
     CodeSet codes;
     EXPECT_FALSE(codes.Contains(u"A"_s));
     EXPECT_EQ(codes.Insert(u"A"_s, 2), 0);
-    EXPECT_EQ(codes.Insert(u"a"_s, 3), 0);
+    EXPECT_EQ(codes.Insert(u"B"_s, 3), 0);
     EXPECT_EQ(codes.Insert(u"A"_s, 4), 2);
-    EXPECT_TRUE(codes.Contains(u"a"_s));
-    EXPECT_FALSE(codes.Contains(u"b"_s));
+    EXPECT_TRUE(codes.Contains(u"A"_s));
+    EXPECT_FALSE(codes.Contains(u"C"_s));
+}
+
+TEST(CodeSet, TakesCodesThatDifferOnlyInCaseForOneButContainsOnlyTheFirst)
+{
+    CodeSet codes;
+    EXPECT_EQ(codes.Insert(u"Süd"_s, 2), 0);
+    EXPECT_EQ(codes.Insert(u"SÜD"_s, 3), 2);
+    EXPECT_TRUE(codes.Contains(u"Süd"_s));
+    EXPECT_FALSE(codes.Contains(u"SÜD"_s));
 }
 
 TEST(CodeSet, KeepsEveryCodeWhileItGrows)

@@ -1,6 +1,6 @@
 #include "exchange/Csv.h"
 
-#include "platform/clsRunTimeError.h"
+#include "tests/support/Raised.h"
 
 #include <gtest/gtest.h>
 
@@ -152,7 +152,29 @@ TEST(Csv, AMissingFileIsNamed)
 {
     const CsvFile file("");
     EXPECT_TRUE(QFile::remove(file.Name));
-    EXPECT_TRUE(file.Fault().startsWith(u": the file cannot be read"_s));
+    const Raised raised = RaisedBy([&] { file.Read(); });
+    EXPECT_EQ(raised.Number, RunTimeErrors::FileNotFound);
+    EXPECT_TRUE(raised.Names(file.Name));
+}
+
+TEST(Csv, ACellHasOneMegabyteAtMost)
+{
+    const QByteArray full(CsvReader::MaxCellBytes, 'x');
+    for (const QByteArray &quote : {QByteArray(), QByteArray("\"")}) {
+        EXPECT_EQ(CsvFile("a,b\n1," + quote + full + quote + "\n").Read().size(), 2U);
+        EXPECT_EQ(CsvFile("a,b\n1," + quote + full + 'x' + quote + "\n").Fault(),
+            u", line 2: column 2 has more than 1048576 bytes"_s);
+    }
+    EXPECT_EQ(
+        CsvFile("a\n\"" + full + full).Fault(), u", line 2: column 1 has more than 1048576 bytes"_s)
+        << "the quote is never closed";
+}
+
+TEST(Csv, ARecordHasTenThousandColumnsAtMost)
+{
+    EXPECT_EQ(CsvFile(QByteArray(9'999, ',')).Read().front().size(), 10'000U);
+    EXPECT_EQ(CsvFile("a\n" + QByteArray(10'000, ',')).Fault(),
+        u", line 2: there are more than 10000 columns"_s);
 }
 
 TEST(Csv, WhatIsWrittenIsReadTheSame)

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <array>
 #include <cstdio>
@@ -368,6 +369,11 @@ QStringList LinesOf(const std::vector<int> &numbers)
         lines.append(QString::fromUtf8(UploadLine(number).chopped(2)));
     lines.sort();
     return lines;
+}
+
+bool IsSettled(const QString &note)
+{
+    return QRegularExpression(u"^\\d{8}-\\d{6}-\\w+-[0-9a-f]{8}$"_s).match(note).hasMatch();
 }
 
 QString TextOf(const EntryRecord &entry)

@@ -89,6 +89,10 @@ QStringList UploadedLines(const QString &path);
 /// The same for the entries of these numbers.
 QStringList LinesOf(const std::vector<int> &numbers);
 
+/// Whether the note of an Entries database says that no batch is being delivered: it has only the
+/// name for the next one.
+bool IsSettled(const QString &note);
+
 /// The fields of an entry, to be compared and printed.
 QString TextOf(const EntryRecord &entry);
 QStringList TextsOf(const std::vector<EntryRecord> &entries);

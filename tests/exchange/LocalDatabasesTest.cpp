@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -90,16 +92,77 @@ TEST(LocalDatabases, AMissingCompanyListIsWritten)
     EXPECT_EQ(place.Companies(), QStringList{u"ABC"_s});
 }
 
-TEST(LocalDatabases, ADamagedReferenceDatabaseIsMended)
+/// One kind of damage to a file.
+struct Damage
+{
+    const char *Name;
+    QByteArray (*Of)(QByteArray sound);
+    bool IsSeenWhenOpened = true;
+};
+
+QByteArray Changed(QByteArray contents, qsizetype at, char bits)
+{
+    contents[at] = static_cast<char>(contents[at] ^ bits);
+    return contents;
+}
+
+const std::vector<Damage> Damages = {
+    {"cut off", [](QByteArray sound) { return sound.left(300); }},
+    {"without a byte", [](QByteArray) { return QByteArray(); }},
+    {"its first byte changed", [](QByteArray sound) { return Changed(sound, 0, 1); }},
+    {"its creator changed", [](QByteArray sound) { return Changed(sound, 70, 4); }},
+    {"a page changed", [](QByteArray sound) { return Changed(sound, 2 * 4096, 8); }, false},
+};
+
+TEST(LocalDatabases, ADamagedReferenceDatabaseIsSetAsideAndWrittenWhateverTheOption)
 {
     const Installation place;
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
-    place.Choose(u"ABC"_s, u"3"_s);
     const QString file = DatabaseFileOf(place, u"ABCCustomers-WkLg"_s);
-    Overwrite(file, Contents(file).left(300));
-    const Outcome outcome = place.Synchronise();
-    EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
-    EXPECT_EQ(place.CustomerNames(u"ABC"_s).size(), 2);
+    const QString aside = file + u".damaged"_s;
+    for (const QString &option : {u"0"_s, u"1"_s, u"2"_s, u"3"_s}) {
+        for (const Damage &damage : Damages) {
+            SCOPED_TRACE(damage.Name + (", option " + option.toStdString()));
+            place.Choose(u"ABC"_s, option);
+            const QByteArray damaged = damage.Of(Contents(file));
+            Overwrite(file, damaged);
+            const Outcome outcome = place.Synchronise();
+            EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+            EXPECT_EQ(place.CustomerNames(u"ABC"_s).size(), 2);
+            EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, option);
+            // A rewrite that comes anyway does not read the pages of what it replaces.
+            const bool isKept = !damaged.isEmpty()
+                && (damage.IsSeenWhenOpened || option == u"1"_s || option == u"3"_s);
+            EXPECT_EQ(QFile::exists(aside), isKept);
+            if (isKept) {
+                EXPECT_EQ(Contents(aside), damaged);
+                EXPECT_TRUE(place.Log().contains(u"set aside as "_s + aside));
+                ASSERT_TRUE(QFile::remove(aside));
+            }
+        }
+    }
+}
+
+TEST(LocalDatabases, EveryReferenceDatabaseIsWrittenAgainAfterDamage)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    for (const QString &name : {u"Company"_s, u"ABCOptions"_s, u"ABCEmployee"_s, u"ABCMultiplier"_s,
+             u"ABCDivisions"_s, u"ABCProjects"_s, u"ABCActivities"_s}) {
+        for (const Damage &damage : Damages) {
+            SCOPED_TRACE(name.toStdString() + " " + damage.Name);
+            place.Choose(u"ABC"_s, u"1"_s);
+            const QString file = DatabaseFileOf(place, name + u"-WkLg"_s);
+            const QByteArray sound = Contents(file);
+            Overwrite(file, damage.Of(sound));
+            const Outcome outcome = place.Synchronise();
+            EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+            EXPECT_EQ(Contents(file).size(), sound.size());
+            EXPECT_EQ(place.Companies(), QStringList{u"ABC"_s});
+        }
+    }
+    EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1) << "the entry is delivered once";
 }
 
 TEST(LocalDatabases, ADatabaseWithOtherFieldsIsWrittenAgain)
@@ -262,10 +325,37 @@ TEST(LocalDatabases, AJournalWithoutItsDatabaseIsRemoved)
     const Installation place;
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
     const QString file = DatabaseFileOf(place, u"ABCCustomers-WkLg"_s);
-    ASSERT_TRUE(QFile::rename(file, file + u"-journal"_s));
+    for (const QByteArray &contents : {QByteArray("\xD9\xD5\x05\xF9\x20\xA1\x63\xD7 and so on"),
+             QByteArray(512, '\0'), QByteArray()}) {
+        ASSERT_TRUE(QFile::remove(file));
+        Overwrite(file + u"-journal"_s, contents);
+        ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+        EXPECT_FALSE(QFile::exists(file + u"-journal"_s));
+        EXPECT_EQ(place.CustomerNames(u"ABC"_s).size(), 2);
+    }
+}
+
+TEST(LocalDatabases, AFileOfAnotherProgramNamedLikeAJournalIsLeftAlone)
+{
+    const Installation place;
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
-    EXPECT_FALSE(QFile::exists(file + u"-journal"_s));
-    EXPECT_EQ(place.CustomerNames(u"ABC"_s).size(), 2);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    for (const QString &name :
+        {u"ABCCustomers-WkLg"_s, u"ABCEntries-WkLg"_s, u"Company-WkLg"_s, u"XYZOptions-WkLg"_s}) {
+        const QString journal = DatabaseFileOf(place, name) + u"-journal"_s;
+        Overwrite(journal, "a letter to my aunt");
+        const QMap<QString, QByteArray> before = place.LocalFiles();
+        const Outcome outcome = place.Synchronise();
+        if (name.startsWith(u"XYZ"_s)) { // of no company of this computer
+            EXPECT_EQ(outcome.ExitStatus, 0);
+        } else {
+            EXPECT_EQ(outcome.ExitStatus, 1);
+            EXPECT_TRUE(outcome.Errors.contains(journal)) << qPrintable(outcome.Errors);
+            EXPECT_EQ(place.LocalFiles(), before);
+        }
+        EXPECT_EQ(Contents(journal), "a letter to my aunt");
+        ASSERT_TRUE(QFile::remove(journal));
+    }
 }
 
 } // namespace

@@ -73,7 +73,7 @@ protected:
     void ExpectDeliveredOnce() const
     {
         EXPECT_EQ(EntriesLeft(), 0);
-        EXPECT_EQ(Note(), QString());
+        EXPECT_TRUE(IsSettled(Note())) << Note().toStdString();
         EXPECT_THAT(Names(u".*.part"_s), IsEmpty());
         const QStringList files = Names(u"*.csv"_s);
         ASSERT_EQ(files.size(), 1);

@@ -21,6 +21,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QTableView>
 #include <QTimer>
@@ -41,6 +42,8 @@ QString TextOf(const QWidget &control)
         return label->text();
     if (const auto *box = qobject_cast<const QLineEdit *>(&control))
         return box->text();
+    if (const auto *report = qobject_cast<const QPlainTextEdit *>(&control))
+        return report->toPlainText();
     if (const auto *list = qobject_cast<const QComboBox *>(&control))
         return list->currentText();
     if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
