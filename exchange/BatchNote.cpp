@@ -1,6 +1,6 @@
 #include "exchange/BatchNote.h"
 
-#include "exchange/Uploads.h"
+#include "store/BatchName.h"
 
 #include <algorithm>
 
@@ -26,7 +26,7 @@ std::optional<BatchNote> BatchNote::FromText(const QString &text)
     const qsizetype blank = text.indexOf(u' ');
     const BatchNote note
         = {blank < 0 ? text : text.left(blank), blank < 0 ? QString() : text.mid(blank + 1)};
-    if (!Uploads::IsBatchName(note.Batch) || (blank >= 0 && !IsDigest(note.Digest)))
+    if (!IsBatchName(note.Batch) || (blank >= 0 && !IsDigest(note.Digest)))
         return {};
     return note;
 }

@@ -1,6 +1,7 @@
 #include "exchange/Collection.h"
 
 #include "exchange/ExchangeErrors.h"
+#include "store/BatchName.h"
 #include "store/StoreErrors.h"
 
 using namespace Qt::StringLiterals;
@@ -36,7 +37,7 @@ bool Collection::Prepare()
         Finish(entries, note, delivered);
     const std::string contents = ReadEntries(entries);
     if (m_batch.isEmpty())
-        m_batch = NewBatchName();
+        m_batch = NewBatchName(m_employeeNumber);
     if (m_count == 0) {
         m_uploads.Discard(m_batch);
         Reserve(entries, m_batch);
@@ -85,14 +86,14 @@ void Collection::Finish(
     if (digest == note.Digest && recorded.isEmpty())
         m_uploads.RecordDigest(note.Batch, digest);
     m_uploads.Discard(note.Batch);
-    m_batch = NewBatchName();
+    m_batch = NewBatchName(m_employeeNumber);
     m_finishedCount = TakeOut(entries, ReadEntryLines(delivered), m_batch);
 }
 
 void Collection::Deliver()
 {
     m_uploads.HandOver(m_batch);
-    const QString next = NewBatchName();
+    const QString next = NewBatchName(m_employeeNumber);
     // Most often the entries are what was written into the file. Otherwise those that are in the
     // file are looked for: the user may have changed some, and a computer with a copy of this
     // program folder may have put its own file under the same hidden name.
@@ -113,7 +114,7 @@ qint64 Collection::Erase()
     if (!batch.isEmpty())
         m_uploads.Discard(batch);
     if (batch.isEmpty() || !m_uploads.Delivered(batch).isEmpty())
-        batch = NewBatchName();
+        batch = NewBatchName(m_employeeNumber);
     RecordStore &store = m_local.Store();
     quint64 version = 0;
     qint64 count = 0;

@@ -69,7 +69,6 @@ private:
     qint64 TakeOut(RecordStore::Handle entries, EntryLines lines, const QString &nextBatch);
     /// The same with all entries, as long as they are what they were at that version.
     bool TakeAllOut(RecordStore::Handle entries, quint64 version, const QString &nextBatch);
-    QString NewBatchName() const { return Uploads::NewBatchName(m_employeeNumber); }
 
     LocalDatabases &m_local;
     QString m_company;

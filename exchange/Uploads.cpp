@@ -7,14 +7,10 @@
 #include "platform/PlainFiles.h"
 
 #include <QCryptographicHash>
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QScopeGuard>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -25,11 +21,6 @@ const QString UploadsName = u"uploads"_s;
 [[noreturn]] void RaisePathError(const QString &path, const QString &reason)
 {
     throw clsRunTimeError(RunTimeErrors::PathAccess, u"Exchange"_s, path + u": "_s + reason);
-}
-
-bool IsSafeInFileName(QChar c)
-{
-    return c.unicode() < 128 && c.isLetterOrNumber();
 }
 
 /// The folder of that name, made when there is none; its name is on the disk.
@@ -74,26 +65,6 @@ Uploads::Uploads(const QString &worklog, const QString &company)
     : m_worklog(worklog)
     , m_company(company)
 {
-}
-
-QString Uploads::NewBatchName(const QString &employeeNumber)
-{
-    QString employee = employeeNumber.isEmpty() ? u"unknown"_s : employeeNumber;
-    for (QChar &c : employee) {
-        if (!IsSafeInFileName(c))
-            c = u'_';
-    }
-    const QString random
-        = QString::number(QRandomGenerator::system()->generate(), 16).rightJustified(8, u'0');
-    return QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd-HHmmss"_s) + u'-' + employee + u'-'
-        + random;
-}
-
-bool Uploads::IsBatchName(const QString &text)
-{
-    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
-        return IsSafeInFileName(c) || c == u'-' || c == u'_';
-    });
 }
 
 QString Uploads::PlaceOf(const QString &fileName) const

@@ -10,16 +10,11 @@
 ///         .<batch>.part, which no other program may read. .<batch>.sha256 has the digest of the
 ///         file as it was delivered. imported/ is where the accounting system may put the files
 ///         that it has taken in.
-/// Names:  a batch is "yyyyMMdd-HHmmss-<employee>-<8 hexadecimal digits>", its time in UTC: names
-///         sort by time, and no two computers choose the same.
 /// Errors: clsRunTimeError naming the file.
 class Uploads
 {
 public:
     Uploads(const QString &worklog, const QString &company);
-
-    static QString NewBatchName(const QString &employeeNumber);
-    static bool IsBatchName(const QString &text);
 
     /// The batch's file, wherever the accounting side has put it; empty when it was never handed
     /// over.

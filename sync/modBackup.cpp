@@ -4,6 +4,7 @@
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
 #include "platform/PlainFiles.h"
+#include "store/BatchName.h"
 #include "store/StoreErrors.h"
 
 #include <QDir>
@@ -114,13 +115,38 @@ QByteArray modBackup::ReadOriginal(const QString &name)
     });
     try {
         handle = m_tables.Main.OpenTable(name);
-        if (handle != 0)
+        if (handle != 0) {
+            ReserveBatch(name, handle);
             lock.emplace(m_tables.Store, handle);
+        }
     } catch (const clsRunTimeError &error) {
         if (error.Number() == StoreErrors::Locked)
             throw;
     }
     return ReadWhole(JoinPath(m_tables.Main.Folder(), name + Ending));
+}
+
+QString modBackup::CompanyOf(const QString &name) const
+{
+    return name.chopped(m_tables.Main.GlobalName(DatabasePrefix::Entries).size());
+}
+
+void modBackup::ReserveBatch(const QString &name, RecordStore::Handle entries)
+{
+    if (!m_tables.Store.ReadNote(entries).isEmpty())
+        return;
+    modDBMain &main = m_tables.Main;
+    modDBEmpl employee(m_tables.Store);
+    try {
+        employee.Handle
+            = main.OpenTable(main.CompanyName(CompanyOf(name), DatabasePrefix::Employee));
+        if (employee.IsOpen())
+            employee.LoadEmployee();
+    } catch (const clsRunTimeError &) {
+        employee.Record = {}; // the name goes without the number
+    }
+    main.CloseTable(employee.Handle);
+    m_tables.Store.WriteNote(entries, NewBatchName(employee.Record.Employee_Number));
 }
 
 void modBackup::WriteCopy(const QString &fileName, const QByteArray &contents)
@@ -138,7 +164,7 @@ void modBackup::WriteCopy(const QString &fileName, const QByteArray &contents)
 bool modBackup::MayBeTaken(const QString &name)
 {
     modDBMain &main = m_tables.Main;
-    const QString company = name.chopped(main.GlobalName(DatabasePrefix::Entries).size());
+    const QString company = CompanyOf(name);
     try {
         modDBOpts options(m_tables.Store);
         options.Handle = main.OpenTable(main.CompanyName(company, DatabasePrefix::Options));

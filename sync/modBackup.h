@@ -48,6 +48,10 @@ private:
     QStringList Times() const; ///< the copies' folders, the oldest first
     QString NewTime() const;
     QByteArray ReadOriginal(const QString &name);
+    /// Reserves the name of the batch in which the entries are delivered next, unless that is done:
+    /// a copy that is restored later is then recognized by it, and delivered only once.
+    void ReserveBatch(const QString &name, RecordStore::Handle entries);
+    QString CompanyOf(const QString &name) const; ///< of an Entries database
     static void WriteCopy(const QString &fileName, const QByteArray &contents);
     bool MayBeTaken(const QString &name);
     QString MissingFrom(const Copy &copy);

@@ -312,7 +312,7 @@ TEST(LocalDatabases, AJournalThatCannotBeRemovedReplacesNone)
     const Outcome outcome = place.Synchronise();
 
     EXPECT_EQ(outcome.ExitStatus, 1);
-    EXPECT_TRUE(outcome.Errors.contains(u"A leftover cannot be removed: "_s + journal))
+    EXPECT_TRUE(outcome.Errors.contains(journal + u": this is not a regular file"_s))
         << qPrintable(outcome.Errors);
     EXPECT_EQ(place.LocalFiles(), before);
     ASSERT_TRUE(QDir(journal).removeRecursively());

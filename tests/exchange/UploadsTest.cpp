@@ -1,6 +1,7 @@
 #include "exchange/Uploads.h"
 
 #include "platform/clsRunTimeError.h"
+#include "store/BatchName.h"
 
 #include <gtest/gtest.h>
 
@@ -28,14 +29,14 @@ TEST(Uploads, BatchNamesAreFileNamesAndNeverTheSame)
 {
     QSet<QString> names;
     for (const QString &employee : {u"007"_s, u"A/B"_s, u"Süd"_s, u""_s, u"../"_s}) {
-        const QString name = Uploads::NewBatchName(employee);
-        EXPECT_TRUE(Uploads::IsBatchName(name)) << qPrintable(name);
+        const QString name = NewBatchName(employee);
+        EXPECT_TRUE(IsBatchName(name)) << qPrintable(name);
         EXPECT_TRUE(QRegularExpression(u"^\\d{8}-\\d{6}-[A-Za-z0-9_]+-[0-9a-f]{8}$"_s)
                         .match(name)
                         .hasMatch())
             << qPrintable(name);
         names.insert(name);
-        names.insert(Uploads::NewBatchName(employee));
+        names.insert(NewBatchName(employee));
     }
     EXPECT_EQ(names.size(), 10);
 }
@@ -43,7 +44,7 @@ TEST(Uploads, BatchNamesAreFileNamesAndNeverTheSame)
 TEST(Uploads, ATextThatCouldLeadElsewhereIsNoBatchName)
 {
     for (const QString &text : {u""_s, u"../x"_s, u"a.b"_s, u"a b"_s, u"a/b"_s, u"ä"_s})
-        EXPECT_FALSE(Uploads::IsBatchName(text)) << qPrintable(text);
+        EXPECT_FALSE(IsBatchName(text)) << qPrintable(text);
 }
 
 TEST(Uploads, AFileIsSeenOnlyWhenItIsHandedOver)

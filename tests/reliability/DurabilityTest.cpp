@@ -143,10 +143,13 @@ TEST_F(Durability, TheCopiesOfTheEntriesAreThereBeforeTheClientIs)
     SampleCompany company;
     company.Entries = {AnEntry(), AnEntry()};
     BuildSampleCompanies(folder, {company}, GlobalOptionsRecord());
-    const QByteArray entries = ContentOf(folder + u"/ABCEntries-WkLg.db"_s);
 
     Tables tables(folder);
     tables.Main.StoreTheCodes(SampleCodes());
+    const auto noted = tables.Main.OpenTable(u"ABCEntries-WkLg"_s);
+    tables.Store.WriteNote(noted, u"20260308-090000-007-0123abcd"_s);
+    tables.Main.CloseTable(noted);
+    const QByteArray entries = ContentOf(folder + u"/ABCEntries-WkLg.db"_s);
     SessionState session;
     clsRecordedMessages messages;
     clsRecordedProcess process;

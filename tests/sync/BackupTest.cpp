@@ -5,6 +5,7 @@
 #include "sync/modBackup.h"
 
 #include "platform/clsRunTimeError.h"
+#include "store/BatchName.h"
 #include "store/StoreErrors.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
@@ -298,6 +299,27 @@ TEST_F(Backup, WaitsForNoOtherProgramsWrite)
     m_backup->CopyEntries();
     EXPECT_EQ(Times().size(), 1);
 }
+TEST_F(Backup, ACopyNamesTheBatchInWhichItsEntriesAreDelivered)
+{
+    Build();
+    const auto noteOf = [&](const QString &path) {
+        RecordStore &store = m_folder->Tables.Store;
+        const RecordStore::Handle handle = store.OpenDatabase(1, path, 0, 0, 0, 0, 3);
+        const QString note = store.ReadNote(handle);
+        store.CloseDatabase(handle);
+        return note;
+    };
+    const QString original = m_folder->Path() + u'/' + Name;
+    ASSERT_EQ(noteOf(original), QString());
+    m_backup->CopyEntries();
+    const QString note = noteOf(original);
+    EXPECT_TRUE(IsBatchName(note)) << note.toStdString();
+    EXPECT_TRUE(note.contains(u"-JRD-"_s)) << note.toStdString();
+    EXPECT_EQ(noteOf(BackupFolder() + u'/' + Times().front() + u'/' + Name), note);
+    m_backup->CopyEntries();
+    EXPECT_EQ(noteOf(original), note) << "the name is reserved once";
+}
+
 #ifdef Q_OS_UNIX
 
 TEST_F(Backup, CopiesAreAsPrivateAsTheEntries)

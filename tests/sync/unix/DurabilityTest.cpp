@@ -62,6 +62,9 @@ TEST(BackupDurability, TheCopyIsOnTheDiskBeforeItCounts)
     SampleFolder folder({company});
     const clsFixedClock clock;
     modBackup backup(folder.Tables, clock);
+    const auto entries = folder.Tables.Main.OpenTable(u"ABCEntries-WkLg"_s);
+    folder.Tables.Store.WriteNote(entries, u"20260308-090000-007-0123abcd"_s);
+    folder.Tables.Main.CloseTable(entries);
     FaultyDisk disk(folder.Path());
     disk.FailAt(0, DiskFault::InputOutput);
     backup.CopyEntries();
