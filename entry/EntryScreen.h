@@ -85,6 +85,7 @@ struct EntryScreen
     {
         EntryControl Control;
         bool SelectText = false;
+        bool CheckDue = false; ///< its code has not been checked, although it is not typed
     };
 
     ControlState &operator[](EntryControl control)

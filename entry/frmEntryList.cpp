@@ -17,6 +17,7 @@
 #include "sync/frmConfigure.h"
 #include "sync/frmSyncOptions.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -31,6 +32,7 @@
 #include <QSizeGrip>
 #include <QStatusBar>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -50,13 +52,26 @@ constexpr std::array<const char *, EntryControls> ControlNames = {"cboCompany", 
     "lblAmount", "txtAmount", "chkReimburse", "chkApproved", "chkOnHold", "txtDescription",
     "msgEntryList", "cmdOK", "cmdUndo", "cmdDel", "cmdHrsSumm", "cmdTransFilter"};
 
+void SendKey(QWidget &receiver, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QKeyEvent press(QEvent::KeyPress, key, modifiers);
+    QCoreApplication::sendEvent(&receiver, &press);
+}
+
 /// What a click leaves the focus alone on.
 bool IsBackground(const QWidget &control)
 {
-    return control.isWindow() || qobject_cast<const QLabel *>(&control) != nullptr
+    return control.isWindow() || qobject_cast<const QMenuBar *>(&control) != nullptr
+        || qobject_cast<const QLabel *>(&control) != nullptr
         || qobject_cast<const QStatusBar *>(&control) != nullptr
         || qobject_cast<const QSizeGrip *>(&control) != nullptr
         || control.objectName() == "wgtCentral"_L1;
+}
+
+/// A check may have hidden or disabled what was pressed.
+bool CanBeUsed(const QWidget &control)
+{
+    return control.isVisible() && control.isEnabled();
 }
 
 void DrawText(QLineEdit &box, const ControlState &state)
@@ -167,8 +182,9 @@ void frmEntryList::FitFields()
     FitToText(*ui->txtUser, u"WWW"_s);
     FitToText(*ui->txtMultiplierCode, u"WW"_s);
     FitToText(*ui->txtMultiplierFactor, u"00000.0000"_s);
-    for (QLineEdit *box : {ui->txtHours, ui->txtRate, ui->txtAmount})
+    for (QLineEdit *box : {ui->txtHours, ui->txtRate})
         FitToText(*box, u"00000000.00"_s);
+    FitToText(*ui->txtAmount, u"-0000000000.00"_s); // the product of the longest units and rate
 }
 
 void frmEntryList::DrawArrows()
@@ -181,6 +197,21 @@ void frmEntryList::DrawArrows()
 QWidget &frmEntryList::WidgetOf(EntryControl control) const
 {
     return *m_widgets.at(static_cast<size_t>(control));
+}
+
+const QWidget *frmEntryList::LookupButtonOf(const QWidget *box) const
+{
+    return box == ui->txtCustomer      ? ui->cmdCustomer
+        : box == ui->txtProject        ? ui->cmdProject
+        : box == ui->txtActivity       ? ui->cmdActivity
+        : box == ui->txtMultiplierCode ? ui->cmdMultiplier
+                                       : nullptr;
+}
+
+EntryControl frmEntryList::ControlOf(const QWidget &widget) const
+{
+    const auto place = std::find(m_widgets.begin(), m_widgets.end(), &widget);
+    return static_cast<EntryControl>(place - m_widgets.begin());
 }
 
 void frmEntryList::ConnectCodes()
@@ -202,7 +233,7 @@ void frmEntryList::ConnectLists()
 {
     const auto connectList = [this](EntryControl control) {
         auto &list = static_cast<QComboBox &>(WidgetOf(control));
-        connect(&list, &QComboBox::activated, this, [this, &list] { ApplyList(list); });
+        connect(&list, &QComboBox::activated, this, [this, &list] { ListPicked(list); });
     };
     connectList(EntryControl::cboCompany);
     connectList(EntryControl::cboBStatus);
@@ -439,6 +470,7 @@ void frmEntryList::MoveFocus()
     if (auto *box = qobject_cast<QLineEdit *>(&WidgetOf(request.Control));
         box != nullptr && request.SelectText)
         box->selectAll();
+    m_fieldEdited = m_fieldEdited || request.CheckDue;
 }
 
 void frmEntryList::FocusTo(EntryControl control)
@@ -483,6 +515,20 @@ void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
             PlaceCaret(*box, byMouse);
     }
     m_entryModule.RememberFocusTexts();
+}
+
+bool frmEntryList::FocusLeaves(QWidget &control, QFocusEvent &event)
+{
+    // A list whose items are open is still the window's control with the focus.
+    const bool leavesField = EntersField(event) && focusWidget() != &control;
+    if (&event == m_ownFocusOut || !leavesField)
+        return false;
+    // The control's own handling takes its selection and its caret away, so it comes first: a
+    // refused code gets both back.
+    const QScopedValueRollback<const QFocusEvent *> handled(m_ownFocusOut, &event);
+    QCoreApplication::sendEvent(&control, &event);
+    LostFocus(control, event);
+    return true;
 }
 
 void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
@@ -583,6 +629,10 @@ bool frmEntryList::TakeBox(const QWidget &control)
         return !edited || CheckCode(control);
     if (&control == ui->dtpDate)
         return TakeTypedDate();
+    if (const auto *list = qobject_cast<const QComboBox *>(&control)) {
+        LeaveList(*list);
+        return true;
+    }
     Handle([&] {
         if (&control == ui->txtHours)
             m_entryModule.ApplyHoursText();
@@ -597,32 +647,47 @@ bool frmEntryList::TakeBox(const QWidget &control)
 bool frmEntryList::CheckCode(const QWidget &control)
 {
     CodeCheck result = CodeCheck::Refused;
-    Handle([&] {
-        if (&control == ui->txtCustomer)
-            result = m_entryModule.CheckCustomer();
-        else if (&control == ui->txtProject)
-            result = m_entryModule.CheckProject();
-        else if (&control == ui->txtActivity)
-            result = m_entryModule.CheckActivity();
-        else
-            result = m_entryModule.CheckMultiplier();
-    });
+    Handle([&] { result = m_entryModule.CheckCode(ControlOf(control)); });
     return result == CodeCheck::Accepted;
+}
+
+void frmEntryList::TakeItem(const QComboBox &list)
+{
+    m_screen[ControlOf(list)].Index = list.currentIndex();
+    if (&list == ui->cboCompany)
+        m_listModule.CompanyChanged();
+    else if (&list == ui->cboBStatus)
+        m_entryModule.ApplyBillingStatus();
+    else
+        m_entryModule.ApplyBillingOption();
 }
 
 void frmEntryList::ApplyList(const QComboBox &list)
 {
+    Handle([&] { TakeItem(list); });
+}
+
+void frmEntryList::ListPicked(const QComboBox &list)
+{
+    if (!std::exchange(m_listTyped, false)) {
+        ApplyList(list);
+        return;
+    }
+    // The item is shown from now on, and applied when the list is left.
+    if (&list != ui->cboCompany && m_screen[ControlOf(list)].Index != list.currentIndex())
+        m_entryModule.FieldEdited();
+    m_screen[ControlOf(list)].Index = list.currentIndex();
+    Render();
+}
+
+void frmEntryList::LeaveList(const QComboBox &list)
+{
+    m_listTyped = false;
+    if (&list == ui->cboCompany && list.currentText() == m_list.LastCompany)
+        return;
     Handle([&] {
-        if (&list == ui->cboCompany) {
-            m_screen[EntryControl::cboCompany].Index = list.currentIndex();
-            m_listModule.CompanyChanged();
-        } else if (&list == ui->cboBStatus) {
-            m_screen[EntryControl::cboBStatus].Index = list.currentIndex();
-            m_entryModule.ApplyBillingStatus();
-        } else {
-            m_screen[EntryControl::cboBOption].Index = list.currentIndex();
-            m_entryModule.ApplyBillingOption();
-        }
+        TakeItem(list);
+        m_screen.Focus.reset(); // it goes where the user goes
     });
 }
 
@@ -717,6 +782,7 @@ bool frmEntryList::HandleListKey(QComboBox &list, const QKeyEvent &event)
 {
     if (BelongsToTheWindow(event))
         return false;
+    m_listTyped = false;
     if (IsEnter(event)) {
         ApplyList(list);
         return true;
@@ -724,19 +790,65 @@ bool frmEntryList::HandleListKey(QComboBox &list, const QKeyEvent &event)
     switch (event.key()) {
     case Qt::Key_Up:
         return false;
-    case Qt::Key_Left: {
-        // The list itself knows only Up.
-        QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
-        QCoreApplication::sendEvent(&list, &up);
+    case Qt::Key_Left:
+        SendKey(list, Qt::Key_Up); // the list itself knows only Up
         return true;
-    }
     case Qt::Key_Right:
     case Qt::Key_Down:
         list.showPopup();
         return true;
     default:
-        return true; // the lists cannot be typed into
+        m_listTyped = true; // the lists cannot be typed into
+        return true;
     }
+}
+
+bool frmEntryList::HandleOpenListKey(QComboBox &list, const QKeyEvent &event)
+{
+    if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) {
+        LeaveOpenList(list, event);
+        return true;
+    }
+    if (BelongsToTheWindow(event))
+        return false;
+    m_listTyped = false;
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return false;
+    case Qt::Key_Left:
+        SendKey(*list.view(), Qt::Key_Up);
+        return true;
+    case Qt::Key_Right:
+        SendKey(*list.view(), Qt::Key_Down);
+        return true;
+    default:
+        m_listTyped = true;
+        return true;
+    }
+}
+
+void frmEntryList::LeaveOpenList(QComboBox &list, const QKeyEvent &event)
+{
+    const QModelIndex item = list.view()->currentIndex();
+    // The first item of an opened list without a choice is current, but the user has not gone to
+    // it.
+    const bool highlighted = list.view()->selectionModel()->isSelected(item);
+    list.hidePopup();
+    if (highlighted)
+        list.setCurrentIndex(item.row());
+    SendKey(list, event.key(), event.modifiers());
+}
+
+bool frmEntryList::HandlePopupKey(const QWidget &control, const QKeyEvent &event)
+{
+    for (QComboBox *list : {ui->cboCompany, ui->cboBStatus, ui->cboBOption}) {
+        if (list->view()->window() == control.window())
+            return HandleOpenListKey(*list, event);
+    }
+    return false;
 }
 
 bool frmEntryList::HandleKey(QWidget &control, QKeyEvent &event)
@@ -763,13 +875,18 @@ bool frmEntryList::HandleKey(QWidget &control, QKeyEvent &event)
 bool frmEntryList::MousePressed(QWidget &control)
 {
     const bool gaveFocus = std::exchange(m_pressGivesFocus, false);
-    const bool refused = std::exchange(m_pressRefused, false);
-    if (refused)
+    if (std::exchange(m_pressRefused, false))
         return true;
     if (!gaveFocus && IsField(control))
         m_focus.FocusByMouse = true;
-    // A button that takes no focus leaves the box all the same.
-    return &control != focusWidget() && !IsBackground(control) && !TakeFocusedBox();
+    if (IsBackground(control))
+        return false;
+    // A button that takes no focus leaves the box all the same. A code that was refused without a
+    // message leaves the way to its own lookup open.
+    const QWidget *left = focusWidget();
+    if (&control != left && !TakeFocusedBox())
+        return !m_screen.PutBack || &control != LookupButtonOf(left);
+    return !CanBeUsed(control);
 }
 
 bool frmEntryList::FocusArrives(QWidget &control, QFocusEvent &event)
@@ -787,8 +904,11 @@ bool frmEntryList::FocusArrives(QWidget &control, QFocusEvent &event)
 bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
 {
     auto *control = qobject_cast<QWidget *>(watched);
-    if (control == nullptr || control->window() != this)
+    if (control == nullptr)
         return false;
+    if (control->window() != this)
+        return event->type() == QEvent::KeyPress
+            && HandlePopupKey(*control, *static_cast<QKeyEvent *>(event));
     switch (event->type()) {
     case QEvent::KeyPress:
         if (control == menuBar())
@@ -799,16 +919,16 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
         return MousePressed(*control);
     case QEvent::Shortcut:
         // A mnemonic presses its button without moving the focus; the box is left all the same.
-        return !TakeFocusedBox();
+        return control != menuBar() && (!TakeFocusedBox() || !CanBeUsed(*control));
     case QEvent::Wheel:
-        // A wheel that passes over a closed list or the date must not change the entry.
+        // A wheel that passes over a closed list or the date must not change the entry. It moves
+        // the focus there like a press, but no press follows.
+        m_pressRefused = false;
         return qobject_cast<QComboBox *>(control) != nullptr || control == ui->dtpDate;
     case QEvent::FocusIn:
         return FocusArrives(*control, *static_cast<QFocusEvent *>(event));
     case QEvent::FocusOut:
-        if (EntersField(*static_cast<QFocusEvent *>(event)))
-            LostFocus(*control, *static_cast<QFocusEvent *>(event));
-        return false;
+        return FocusLeaves(*control, *static_cast<QFocusEvent *>(event));
     default:
         return false;
     }

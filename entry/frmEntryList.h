@@ -77,9 +77,14 @@ private:
     bool HandleEnter(QWidget &control);
     bool HandleTab(QWidget &control);
     bool HandleListKey(QComboBox &list, const QKeyEvent &event);
+    bool HandlePopupKey(const QWidget &control, const QKeyEvent &event);
+    bool HandleOpenListKey(QComboBox &list, const QKeyEvent &event);
+    void LeaveOpenList(QComboBox &list, const QKeyEvent &event);
     /// Runs what entering the control asks for, after the control's own handling; true: done.
     bool FocusArrives(QWidget &control, QFocusEvent &event);
     void GotFocus(QWidget &control, const QFocusEvent &event);
+    /// Runs what leaving the control asks for, after the control's own handling; true: done.
+    bool FocusLeaves(QWidget &control, QFocusEvent &event);
     void LostFocus(QWidget &control, const QFocusEvent &event);
     void PlaceCaret(QLineEdit &box, bool byMouse);
     void dtpDate_GotFocus(bool byMouse);
@@ -95,7 +100,10 @@ private:
     bool CheckCode(const QWidget &control);
     bool IsCodeBox(const QWidget &control) const;
     bool IsField(const QWidget &control) const; ///< a text field that is edited, or the picker
+    void TakeItem(const QComboBox &list);
     void ApplyList(const QComboBox &list);
+    void ListPicked(const QComboBox &list);
+    void LeaveList(const QComboBox &list); ///< applies what is shown and has not been applied
     /// Text that was dropped into a box without the focus, or dragged out of it, is edited there:
     /// the box takes the focus. False, and the edit undone, when the code in the box that has it is
     /// refused.
@@ -103,6 +111,8 @@ private:
     void TakeEdit(EntryControl control, const QString &text); ///< only another text is an edit
     void QuantityEdited(EntryControl control, QLineEdit &box);
     QWidget &WidgetOf(EntryControl control) const;
+    EntryControl ControlOf(const QWidget &widget) const; ///< of one that the modules decide about
+    const QWidget *LookupButtonOf(const QWidget *box) const; ///< null when it has none
     void FocusTo(EntryControl control);
 
     void LookUp(const QWidget &box, LookupStart start);
@@ -128,6 +138,7 @@ private:
     std::array<QWidget *, EntryControls> m_widgets = {};
     clsM90Mask m_mask;
     bool m_fieldEdited = false; // the box with the focus holds an edit that no check has seen
+    bool m_listTyped = false; // the last key into the list with the focus was none of its own
     struct FocusState
     {
         bool FocusByMouse = false; // a field was pressed, also the one that has the focus
@@ -135,6 +146,7 @@ private:
     };
     FocusState m_focus;
     const QFocusEvent *m_ownFocusIn = nullptr; // that its control is handling
+    const QFocusEvent *m_ownFocusOut = nullptr; // likewise
     bool m_pressGivesFocus = false; // the press that is being handled has just moved the focus
     bool m_pressRefused = false; // it would have left a box whose code was refused
 };

@@ -43,6 +43,7 @@ void modEntryInfo::ClearEntry()
 {
     Entry = EntryBeingEdited();
     Entry.Date = WallClock(m_clock.Today());
+    m_pendingLookup.reset();
     NewEntry = true;
     EntryLoaded = false;
     Changed = false;
@@ -65,19 +66,15 @@ void modEntryInfo::ShowEntry()
     Show(Reading::Stored);
 }
 
-void modEntryInfo::ShowAgain()
-{
-    Show(Reading::AsEdited);
-}
-
 void modEntryInfo::Show(Reading reading)
 {
     m_loading = true;
-    const auto shown = qScopeGuard([this] { m_loading = false; });
-    m_activityFocusRequested = false;
+    const auto shown = qScopeGuard([this] {
+        m_loading = false;
+        m_activityFocusRequested = false;
+    });
     if (reading == Reading::Stored)
         m_screen.PutBack.reset();
-    m_statusTextBefore = m_previousStatusText;
     if (reading == Reading::Stored)
         m_screen.Date = Entry.Date.date(); // else a date that is held back stays
     ShowClosedState();
@@ -336,6 +333,32 @@ void modEntryInfo::ExplainFields()
     const QString source
         = RateSourceText(RateSourceOf(Entry, options.Billing_Option_Setting), Entry, options);
     rate = source.isEmpty() || rate.isEmpty() ? source + rate : source + u'\n' + rate;
+}
+
+void modEntryInfo::GoBackTo(const Before &before, EntryControl control)
+{
+    Entry = before.Entry;
+    m_screen = before.Screen;
+    Changed = before.Changed;
+    if (control == EntryControl::cboBStatus) {
+        SelectComboItem(m_screen[control], m_previousStatusText);
+    } else if (control == EntryControl::cboBOption) {
+        SelectComboItem(m_screen[control], m_previousOptionText);
+    } else {
+        m_screen[control].Text = CodeOf(control);
+        m_screen.Focus = {control, true, true};
+    }
+}
+
+void modEntryInfo::AllOrNothing(EntryControl control, const std::function<void()> &change)
+{
+    const Before before = Now();
+    try {
+        change();
+    } catch (...) {
+        GoBackTo(before, control);
+        throw;
+    }
 }
 
 void modEntryInfo::RememberFocusTexts()

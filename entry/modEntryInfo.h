@@ -80,11 +80,9 @@ public:
     void OnHoldClicked();
     void RememberFocusTexts(); ///< what the code boxes and lists hold as one gets the focus
 
-    // Codes.
-    CodeCheck CheckCustomer();
-    CodeCheck CheckProject();
-    CodeCheck CheckActivity();
-    CodeCheck CheckMultiplier();
+    /// Checks the code in its box. When the store fails, the entry is as before the check, the box
+    /// shows the previous code, and its check is due again.
+    CodeCheck CheckCode(EntryControl box);
     bool ValidateEntry(); ///< false after one message; FailedField names the field
 
     /// Opens the lookup of a code (one of LookupKinds) and takes the choice into the entry; false
@@ -129,6 +127,7 @@ private:
     };
 
     void Show(Reading reading);
+    void ShowAgain() { Show(Reading::AsEdited); }
     void ReadStoredEntry(qint32 position);
     void ShowClosedState();
     void OpenBillingFields();
@@ -145,8 +144,26 @@ private:
     QString LookupKindText(size_t kind) const;
     void TakeLookedUpCode(size_t kind);
     void RequestFocusAfterLookup();
-    void ApplyBillingRules();
+    /// `statusBefore` is the billing status that was shown before the code.
+    void ApplyBillingRules(const QString &statusBefore);
 
+    /// What a change goes back to when the store fails on the way.
+    struct Before
+    {
+        EntryBeingEdited Entry;
+        EntryScreen Screen;
+        bool Changed;
+    };
+    Before Now() const { return {Entry, m_screen, Changed}; }
+    void GoBackTo(const Before &before, EntryControl control);
+    /// Runs the change that the user has made in the control; when it fails, nothing is changed.
+    void AllOrNothing(EntryControl control, const std::function<void()> &change);
+    QString &CodeOf(EntryControl box);
+
+    CodeCheck CheckCustomer();
+    CodeCheck CheckProject();
+    CodeCheck CheckActivity();
+    CodeCheck CheckMultiplier();
     void OpenProject(bool open);
     /// `why` is shown at the bottom of the window.
     CodeCheck Refuse(EntryControl box, QString &code, const QString &previous, const QString &why);
@@ -155,7 +172,6 @@ private:
     QString CodeIn(EntryControl box); ///< without the spaces after it, which the box loses too
     void TakeActivity(bool found);
     void DropImpossibleHours();
-    void ShowAgain();
     bool Fail(const QString &message, EntryControl control, const QString &key, bool selectText);
 
     void LayOutQuantities();
@@ -165,17 +181,18 @@ private:
     void TakeRate(Currency rate); ///< that a rule gives: it takes the place of a typed one
     void ClearBillingData();
     void EnableBillingFields(bool options, bool rate);
+    void TakeBillingStatus(const QString &text);
+    void TakeBillingOption(const QString &text);
     void ApplyBillingDefaults();
-    void TestForNoCharge();
-    void ChooseBillingOption();
-    void LookupRate();
+    QString ChooseBillingOption(); ///< the option that is proposed
+    void LookupRate(const QString &option);
     // The records that the entry's codes stand for. One that is not there is as a new one: no
     // rate and no flag.
     CustomerRecord CustomerOfEntry();
     DivisionRecord DivisionOfEntry();
     ProjectRecord ProjectOfEntry();
     ActivityRecord ActivityOfEntry();
-    bool CountsAsUnbilled() const { return m_noCharge || m_doNotBill; }
+    bool CountsAsUnbilled(); ///< no charge, or not to be billed
     bool SettingIsUpToThree() const;
     bool IsBillable() const;
     bool IsNotBilled() const; ///< neither billable nor without a status
@@ -209,10 +226,4 @@ private:
     QString m_previousMultiplier;
     QString m_previousStatusText;
     QString m_previousOptionText;
-    QString m_statusTextBefore; // the remembered status text as it was before the entry was shown
-
-    // What the last walk over the rate sources found.
-    QString m_proposedOption;
-    bool m_noCharge = false;
-    bool m_doNotBill = false;
 };

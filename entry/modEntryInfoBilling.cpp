@@ -229,8 +229,17 @@ void modEntryInfo::ClearBillingData()
 void modEntryInfo::ApplyBillingStatus()
 {
     const QString text = m_screen[EntryControl::cboBStatus].ItemText();
-    if (text.isEmpty() || (text == m_previousStatusText && !m_activityFocusRequested))
+    const bool activityAskedFor = m_activityFocusRequested
+        || (m_screen.Focus && m_screen.Focus->Control == EntryControl::txtActivity);
+    if (text.isEmpty() || (text == m_previousStatusText && !activityAskedFor))
         return;
+    AllOrNothing(EntryControl::cboBStatus, [&] { TakeBillingStatus(text); });
+    m_previousStatusText = text;
+    m_previousOptionText = m_screen[EntryControl::cboBOption].ItemText();
+}
+
+void modEntryInfo::TakeBillingStatus(const QString &text)
+{
     FieldEdited();
     const bool isTime = !Entry.IsExpense();
     Entry.BillingStatus = BillingStatusCode(text);
@@ -244,9 +253,9 @@ void modEntryInfo::ApplyBillingStatus()
         if (isTime) {
             FillBillingOptions();
             if (level != "1"_L1 && switchedOn) {
-                ChooseBillingOption();
-                LookupRate();
-                Entry.BillingOption = m_proposedOption;
+                const QString option = ChooseBillingOption();
+                LookupRate(option);
+                Entry.BillingOption = option;
                 if (CountsAsUnbilled())
                     TakeRate(Currency());
             }
@@ -256,8 +265,6 @@ void modEntryInfo::ApplyBillingStatus()
             EnableBillingFields(level == "3"_L1 || level == "4"_L1, level == "4"_L1);
     }
     LayOutQuantities();
-    m_previousStatusText = text;
-    m_previousOptionText = m_screen[EntryControl::cboBOption].ItemText();
 }
 
 void modEntryInfo::ApplyBillingOption()
@@ -265,27 +272,30 @@ void modEntryInfo::ApplyBillingOption()
     const QString text = m_screen[EntryControl::cboBOption].ItemText();
     if (text == m_previousOptionText)
         return;
-    FieldEdited();
-    Entry.BillingOption = BillingOptionCode(text, m_tables.Options.Working);
-    m_proposedOption = Entry.BillingOption;
-    LayOutQuantities();
-    TestForNoCharge();
-    if (!CountsAsUnbilled())
-        LookupRate();
-    RecalcAmount();
+    AllOrNothing(EntryControl::cboBOption, [&] { TakeBillingOption(text); });
     m_previousOptionText = text;
     m_screen.Focus = {
         Entry.BillingOption == "1"_L1 ? EntryControl::txtHours : EntryControl::txtMultiplierCode};
+}
+
+void modEntryInfo::TakeBillingOption(const QString &text)
+{
+    FieldEdited();
+    Entry.BillingOption = BillingOptionCode(text, m_tables.Options.Working);
+    LayOutQuantities();
+    if (!CountsAsUnbilled())
+        LookupRate(Entry.BillingOption);
+    RecalcAmount();
 }
 
 void modEntryInfo::ApplyBillingDefaults()
 {
     if (Entry.IsExpense() || !IsBillable())
         return;
-    ChooseBillingOption();
+    const QString option = ChooseBillingOption();
     if (!CountsAsUnbilled())
-        LookupRate();
-    Entry.BillingOption = m_proposedOption;
+        LookupRate(option);
+    Entry.BillingOption = option;
     LayOutQuantities();
     RecalcAmount();
     m_previousOptionText = m_screen[EntryControl::cboBOption].ItemText();
@@ -324,50 +334,44 @@ ActivityRecord modEntryInfo::ActivityOfEntry()
     return activity;
 }
 
-void modEntryInfo::TestForNoCharge()
+bool modEntryInfo::CountsAsUnbilled()
 {
-    const bool noCharge
-        = CustomerOfEntry().No_Charge == "Y"_L1 || ActivityOfEntry().No_Charge == "Y"_L1;
-    m_noCharge = noCharge || Entry.BillingStatus == "2"_L1;
-    m_doNotBill = Entry.BillingStatus == "3"_L1;
+    return Entry.BillingStatus == "2"_L1 || Entry.BillingStatus == "3"_L1
+        || CustomerOfEntry().No_Charge == "Y"_L1 || ActivityOfEntry().No_Charge == "Y"_L1;
 }
 
-void modEntryInfo::ChooseBillingOption()
+QString modEntryInfo::ChooseBillingOption()
 {
-    TestForNoCharge();
     if (CountsAsUnbilled())
         TakeRate(Currency());
 
+    if (!ActivityOfEntry().Rate.IsZero())
+        return u"6"_s;
+    if (!ProjectOfEntry().Rate.IsZero())
+        return u"5"_s;
+    if (!CustomerOfEntry().Rate.IsZero())
+        return u"4"_s;
     const bool divisionsCount
         = SettingIsUpToThree() && m_tables.Options.Working.Billing_Option_Switch == "Y"_L1;
-    if (!ActivityOfEntry().Rate.IsZero())
-        m_proposedOption = u"6"_s;
-    else if (!ProjectOfEntry().Rate.IsZero())
-        m_proposedOption = u"5"_s;
-    else if (!CustomerOfEntry().Rate.IsZero())
-        m_proposedOption = u"4"_s;
-    else if (divisionsCount && !DivisionOfEntry().Rate.IsZero())
-        m_proposedOption = u"3"_s;
-    else if (!m_tables.Employee.Working.Rate.IsZero())
-        m_proposedOption = u"2"_s;
-    else
-        m_proposedOption = u"1"_s;
+    if (divisionsCount && !DivisionOfEntry().Rate.IsZero())
+        return u"3"_s;
+    return m_tables.Employee.Working.Rate.IsZero() ? u"1"_s : u"2"_s;
 }
 
-void modEntryInfo::LookupRate()
+void modEntryInfo::LookupRate(const QString &option)
 {
     if (m_loading)
         return;
-    if (m_proposedOption == "2"_L1)
+    if (option == "2"_L1)
         TakeRate(m_tables.Employee.Working.Rate);
     else if (!SettingIsUpToThree())
-        return; // settings above "3" take no rate from the other levels: the former rate stands
-    else if (m_proposedOption == "3"_L1)
+        return; // settings above "3" take no rate from the other levels: the rate stays
+    else if (option == "3"_L1)
         TakeRate(DivisionOfEntry().Rate);
-    else if (m_proposedOption == "4"_L1)
+    else if (option == "4"_L1)
         TakeRate(CustomerOfEntry().Rate);
-    else if (m_proposedOption == "5"_L1)
+    else if (option == "5"_L1)
         TakeRate(ProjectOfEntry().Rate);
-    else if (m_proposedOption == "6"_L1)
+    else if (option == "6"_L1)
         TakeRate(ActivityOfEntry().Rate);
 }

@@ -39,6 +39,32 @@ QString modEntryInfo::CodeIn(EntryControl box)
     return m_screen[box].Text;
 }
 
+QString &modEntryInfo::CodeOf(EntryControl box)
+{
+    switch (box) {
+    case EntryControl::txtCustomer:
+        return Entry.CustomerCode;
+    case EntryControl::txtProject:
+        return Entry.ProjectCode;
+    case EntryControl::txtActivity:
+        return Entry.ActivityCode;
+    default:
+        return Entry.MultiplierCode;
+    }
+}
+
+CodeCheck modEntryInfo::CheckCode(EntryControl box)
+{
+    CodeCheck result = CodeCheck::Refused;
+    AllOrNothing(box, [&] {
+        result = box == EntryControl::txtCustomer ? CheckCustomer()
+            : box == EntryControl::txtProject     ? CheckProject()
+            : box == EntryControl::txtActivity    ? CheckActivity()
+                                                  : CheckMultiplier();
+    });
+    return result;
+}
+
 CodeCheck modEntryInfo::CheckCustomer()
 {
     Entry.CustomerCode = CodeIn(EntryControl::txtCustomer);
@@ -52,8 +78,9 @@ CodeCheck modEntryInfo::CheckCustomer()
     if (!m_tables.Customers.Find(0, PadKey(Entry.CustomerCode, KeyWidth::Customer)))
         return Refuse(EntryControl::txtCustomer, Entry.CustomerCode, m_previousCustomer,
             NoSuchCode(m_tables.Options.Working.Customer_Term, Entry.CustomerCode));
+    const QString statusBefore = m_previousStatusText;
     ShowAgain();
-    ApplyBillingRules();
+    ApplyBillingRules(statusBefore);
     return CodeCheck::Accepted;
 }
 
@@ -70,16 +97,17 @@ CodeCheck modEntryInfo::CheckProject()
     // Coming from the lookup the entry is shown and its rules run once, by whoever opened it.
     if (m_pendingLookup == LookupKinds::Projects)
         return CodeCheck::Accepted;
+    const QString statusBefore = m_previousStatusText;
     ShowAgain();
-    ApplyBillingRules();
+    ApplyBillingRules(statusBefore);
     return CodeCheck::Accepted;
 }
 
-void modEntryInfo::ApplyBillingRules()
+void modEntryInfo::ApplyBillingRules(const QString &statusBefore)
 {
     // Showing the entry has remembered the status that it shows; after an accepted code the rules
     // run all the same.
-    m_previousStatusText = m_statusTextBefore;
+    m_previousStatusText = statusBefore;
     ApplyBillingStatus();
     ApplyBillingDefaults();
 }
@@ -133,6 +161,7 @@ CodeCheck modEntryInfo::CheckActivity()
     }
     if (!Entry.IsExpense() && IsNotBilled())
         ClearBillingData();
+    const QString statusBefore = m_previousStatusText;
     ShowAgain();
     if (Entry.IsExpense() || blank)
         return CodeCheck::Accepted;
@@ -140,7 +169,7 @@ CodeCheck modEntryInfo::CheckActivity()
     const bool opensBilling = (level == "3"_L1 || level == "4"_L1)
         && m_tables.Options.Working.Billing_Option_Switch == "Y"_L1;
     if (!opensBilling) {
-        m_previousStatusText = m_statusTextBefore;
+        m_previousStatusText = statusBefore;
         ApplyBillingStatus();
     }
     ApplyBillingDefaults();

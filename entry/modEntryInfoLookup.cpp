@@ -5,7 +5,6 @@
 #include <QScopeGuard>
 
 #include <array>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -43,23 +42,32 @@ bool modEntryInfo::LookUp(size_t kind, LookupStart start)
     m_lookup.LookupCustomerCode = Entry.CustomerCode;
     m_lookup.LookupActivityCode = Entry.ActivityCode;
     m_list.SuppressRowSelect = true;
+    const Before before = Now(); // the lookup writes some codes straight into the entry
+    bool chosen = false;
     {
         const auto closed = qScopeGuard([this] {
             m_list.SuppressRowSelect = false;
             m_lookup.LookupStartPending = false;
             m_lookup.LookupPending = false;
+            m_lookup.LookupSelected = false;
+            m_lookup.LookupCancelled = false;
+            m_lookup.LookupKind.clear();
         });
         ShowLookup();
+        chosen = m_lookup.LookupSelected && m_lookup.LookupRecordTaken && !m_lookup.LookupCancelled;
     }
-
-    const bool selected = std::exchange(m_lookup.LookupSelected, false);
-    const bool cancelled = std::exchange(m_lookup.LookupCancelled, false);
-    if (cancelled || !selected || !m_lookup.LookupRecordTaken) {
-        m_lookup.LookupKind.clear();
+    if (!chosen) {
         SelectFieldText(BoxOf(kind));
         return false;
     }
-    TakeLookedUpCode(kind);
+    m_pendingLookup = kind;
+    const auto taken = qScopeGuard([this] { m_pendingLookup.reset(); });
+    try {
+        TakeLookedUpCode(kind);
+    } catch (...) {
+        GoBackTo(before, BoxOf(kind));
+        throw;
+    }
     return true;
 }
 
@@ -70,27 +78,15 @@ void modEntryInfo::TakeLookedUpCode(size_t kind)
         Entry.CustomerCode = m_lookup.LookupCustomerCode;
     else if (kind == LookupKinds::Activities)
         Entry.ActivityCode = m_lookup.LookupActivityCode;
-    const std::array codes
-        = {Entry.CustomerCode, Entry.ProjectCode, Entry.ActivityCode, Entry.MultiplierCode};
-    m_screen[BoxOf(kind)].Text = codes.at(kind);
+    const EntryControl box = BoxOf(kind);
+    m_screen[box].Text = CodeOf(box);
     FieldEdited();
-
-    m_pendingLookup = kind;
-    CodeCheck result = CodeCheck::Accepted;
-    if (kind == LookupKinds::Customers)
-        result = CheckCustomer();
-    else if (kind == LookupKinds::Projects)
-        result = CheckProject();
-    else if (kind == LookupKinds::Activities)
-        result = CheckActivity();
-    else
-        result = CheckMultiplier();
-    if (result == CodeCheck::Accepted) {
-        Show(Reading::AfterLookup);
-        if (kind == LookupKinds::Projects)
-            ApplyBillingRules();
-    }
-    m_pendingLookup.reset();
+    if (CheckCode(box) != CodeCheck::Accepted)
+        return;
+    const QString statusBefore = m_previousStatusText;
+    Show(Reading::AfterLookup);
+    if (kind == LookupKinds::Projects)
+        ApplyBillingRules(statusBefore);
 }
 
 void modEntryInfo::RequestFocusAfterLookup()

@@ -91,25 +91,25 @@ void EntryRules::Tick(EntryControl box, bool ticked)
 CodeCheck EntryRules::EnterCustomer(const QString &code)
 {
     Type(EntryControl::txtCustomer, code);
-    return m_rules->CheckCustomer();
+    return m_rules->CheckCode(EntryControl::txtCustomer);
 }
 
 CodeCheck EntryRules::EnterProject(const QString &code)
 {
     Type(EntryControl::txtProject, code);
-    return m_rules->CheckProject();
+    return m_rules->CheckCode(EntryControl::txtProject);
 }
 
 CodeCheck EntryRules::EnterActivity(const QString &code)
 {
     Type(EntryControl::txtActivity, code);
-    return m_rules->CheckActivity();
+    return m_rules->CheckCode(EntryControl::txtActivity);
 }
 
 CodeCheck EntryRules::EnterMultiplier(const QString &code)
 {
     Type(EntryControl::txtMultiplierCode, code);
-    return m_rules->CheckMultiplier();
+    return m_rules->CheckCode(EntryControl::txtMultiplierCode);
 }
 
 void EntryRules::EnterCodes(

@@ -7,6 +7,8 @@
 #include "store/StoreErrors.h"
 #include "tests/support/Raised.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -475,6 +477,40 @@ TEST_F(ShowEntry, AnApprovedExpenseThatIsNotLockedIsTakenOut)
     }
 }
 
+TEST_F(ShowEntry, ARefusedExpenseThatOnlyTheSecondApprovalApprovedLosesItsActivityThoughItIsLocked)
+{
+    Company.Options.Expenses = u"N"_s;
+    Company.Options.Billing_Option_Setting = u"1"_s;
+    Company.Options.Mgmt_Approval_In_Use = Company.Options.Sec_Approval_In_Use = u"Y"_s;
+    Company.Options.Lock_Approved = u"Y"_s;
+    EntryRecord record = FullEntry();
+    record.Activity_Number = u"MILES"_s;
+    record.Mgmt_Approval = QString();
+    record.Sec_Approval = u"007"_s;
+    StartWith({record});
+    EXPECT_THAT(Messages.Texts(), ElementsAre(u"You are not allowed to enter expenses."_s));
+    EXPECT_EQ(Entry.ActivityCode, QString());
+    EXPECT_EQ(Text(txtActivity), QString());
+    EXPECT_FALSE(Entry.IsExpense());
+    EXPECT_TRUE(Rules().Changed);
+    EXPECT_TRUE(Screen[chkApproved].Checked);
+    EXPECT_EQ(Look(txtActivity), u"closed"_s);
+    EXPECT_EQ(Stored()[0].Activity_Number, u"MILES"_s) << "until it is saved";
+}
+
+TEST_F(ShowEntry, AfterARefusedExpenseTheStatusThatIsShownCanBePickedAgainWithoutEffect)
+{
+    Company.Options.Expenses = u"N"_s;
+    EntryRecord record = FullEntry();
+    record.Activity_Number = u"MILES"_s;
+    StartWith({record});
+    Screen.Focus.reset(); // the window has moved the focus
+    EnterRate(u"33"_s);
+    PickStatus(u"Billable"_s);
+    EXPECT_EQ(Entry.Rate, Money(33));
+    EXPECT_EQ(Entry.RateOverridden, u"Y"_s);
+}
+
 TEST_F(ShowEntry, ExpensesAreRefusedByTheSettingNOnly)
 {
     for (const QString &setting : {u"Y"_s, u""_s, u"n"_s}) {
@@ -757,6 +793,23 @@ TEST_F(ShowEntry, AnEntryThatIsNotThereLeavesTheOneInTheEditorAsItWas)
     EXPECT_EQ(RaisedBy([&] { Rules().LoadEntry(7); }).Number, StoreErrors::BadPosition);
     EXPECT_TRUE(Rules().NewEntry);
     EXPECT_FALSE(Rules().EntryLoaded);
+}
+
+TEST_F(ShowEntry, AnEntryThatCannotBeReadLeavesTheOneInTheEditor)
+{
+    EntryRecord other = FullEntry();
+    other.Customer_Number = u"0200"_s;
+    StartWith({FullEntry(), other});
+    const RecordStore::Handle activities = std::exchange(Data().Activities.Handle, 0);
+    EXPECT_EQ(RaisedBy([&] { Rules().LoadEntry(1); }).Number, StoreErrors::BadHandle);
+    Data().Activities.Handle = activities;
+    EXPECT_EQ(Entry.CustomerCode, u"0100"_s);
+    EXPECT_EQ(Text(txtCustomer), u"0100"_s);
+    Screen[txtDescription].Text = u"edited"_s;
+    Rules().TakeDescription();
+    Rules().SaveEntry();
+    EXPECT_EQ(Stored()[0].Description, u"edited"_s);
+    EXPECT_EQ(Stored()[1], other);
 }
 
 TEST_F(ShowEntry, WhileADialogIsOpenTheStoredEntryIsNotReadAnew)
