@@ -120,7 +120,17 @@ void clsReadableStyle::drawControl(ControlElement element, const QStyleOption *o
 void clsReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
     QPainter *painter, const QWidget *widget) const
 {
-    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    const auto *list = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    if (control == CC_ComboBox && list != nullptr && !list->editable) {
+        // A list is a field of its own background with a button at its end, not a button as a
+        // whole.
+        painter->fillRect(list->rect.adjusted(1, 1, -1, -1), list->palette.base());
+        QStyleOptionComboBox field = *list;
+        field.editable = true;
+        QProxyStyle::drawComplexControl(control, &field, painter, widget);
+    } else {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+    }
     if (control == CC_ComboBox || control == CC_SpinBox)
         DrawFrame(*painter, *option, true);
 }

@@ -112,6 +112,17 @@ double BestChange(const QImage &before, const QImage &after)
     return best;
 }
 
+/// How much of the picture has exactly that color; of 1.
+double ShareOf(const QColor &colour, const QImage &picture)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            count += picture.pixelColor(x, y) == colour ? 1 : 0;
+    }
+    return double(count) / (picture.width() * picture.height());
+}
+
 } // namespace
 
 TEST_P(Contrast, EveryTextCanBeRead)
@@ -175,6 +186,27 @@ TEST_P(Contrast, GridsAndGroupsHaveLines)
     group.resize(100, 60);
     const QColor frame = group.grab().toImage().pixelColor(50, 59);
     EXPECT_GE(ContrastRatio(frame, Colour(QPalette::Window)), faintButThere);
+}
+
+TEST_P(Contrast, AListHasTheBackgroundOfBoxesOrWhileItIsDisabledOfButtons)
+{
+    Start();
+    const auto expectBackground = [&](const char *name, QPalette::ColorRole role) {
+        const QWidget &list = Any(name);
+        const QPalette::ColorGroup group = list.isEnabled() ? QPalette::Active : QPalette::Disabled;
+        EXPECT_GE(ShareOf(Colour(role, group), Any(name).grab().toImage()), 0.5)
+            << name << (list.isEnabled() ? " enabled" : " disabled");
+    };
+    for (const char *name : {"cboCompany", "cboBStatus", "cboBOption"})
+        expectBackground(name, QPalette::Base);
+    GoTo("txtActivity");
+    Type(u"TRAIN"_s); // not charged
+    Press(Qt::Key_Return);
+    expectBackground("cboBStatus", QPalette::Base);
+    for (const char *name : {"cboCompany", "cboBOption"}) {
+        ASSERT_FALSE(Any(name).isEnabled());
+        expectBackground(name, QPalette::Button);
+    }
 }
 
 TEST_P(Contrast, ABoxIsSeenInItsWindow)

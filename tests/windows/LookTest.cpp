@@ -7,9 +7,11 @@
 #include "tests/support/Modal.h"
 #include "tests/windows/EveryWindow.h"
 
+#include <QDir>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QStyleFactory>
 #include <QTableWidget>
 #include <QTest>
@@ -126,4 +128,29 @@ TEST_F(Look, TheEditorsRowsAreEquallyFarApart)
     EXPECT_NEAR(middle("txtCustomer") - middle("dtpDate"), apart, 1);
     EXPECT_NEAR(middle("txtActivity") - middle("txtProject"), apart, 1);
     EXPECT_NEAR(middle("txtDescription") - middle("txtActivity"), apart, 1);
+}
+
+TEST_F(Look, AnAmountOfTenDigitsIsShownWholeAlsoInLargeLetters)
+{
+    EntryRecord record = SampleEntry(u"0100"_s, {}, u"MILES"_s, QDate(2026, 3, 9),
+        Currency::FromScaled(-999999900), Currency::FromScaled(999999990));
+    Company.Entries = {record};
+    const QFont before = QApplication::font();
+    const auto restored = qScopeGuard([&] { QApplication::setFont(before); });
+    for (const int points : {9, 12, 16}) {
+        QFont font = before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        Program.reset();
+        for (const QString &name : QDir(Folder.path()).entryList({u"*.db"_s}))
+            QFile::remove(Folder.filePath(name));
+        Start();
+        ClickRow(1);
+        QLineEdit &amount = Box("txtAmount");
+        ASSERT_EQ(amount.text(), u"-9999998900.00"_s);
+        EXPECT_EQ(amount.cursorPositionAt({2, amount.height() / 2}), 0) << points;
+        EXPECT_EQ(amount.cursorPositionAt({amount.width() - 3, amount.height() / 2}),
+            amount.text().size())
+            << points;
+    }
 }
