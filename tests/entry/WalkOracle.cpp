@@ -175,7 +175,8 @@ void WalkOracle::CheckTables()
             continue;
         const StoredTable before = std::exchange(m_tables[company.Code], file.Read());
         m_saved = true;
-        CheckChange(company, before, m_tables[company.Code]);
+        if (m_tables[company.Code] != before) // a synchronization writes a note beside the records
+            CheckChange(company, before, m_tables[company.Code]);
     }
 }
 
