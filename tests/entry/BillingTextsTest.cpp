@@ -2,6 +2,7 @@
 
 #include "figures/BillingTexts.h"
 #include "entry/EntryScreen.h"
+#include "figures/CodeTexts.h"
 #include "tests/support/PrintQt.h"
 
 #include <gmock/gmock.h>
@@ -104,4 +105,14 @@ TEST(SelectComboItem, AnEmptyItemIsFoundBeforeTheStepPastTheEnd)
     ControlState list = ListOf({u"a"_s, QString()}, 0);
     SelectComboItem(list, QString());
     EXPECT_EQ(list.Index, 1);
+}
+
+TEST(CodeTexts, ATermStandsSmallInASentenceAndAnAbbreviationStays)
+{
+    EXPECT_EQ(InSentence(u"Customer"_s), u"customer"_s);
+    EXPECT_EQ(InSentence(u" GL Account "_s), u"GL account"_s);
+    EXPECT_EQ(InSentence(u"iPad"_s), u"iPad"_s);
+    EXPECT_EQ(InSentence(u"PO"_s), u"PO"_s);
+    EXPECT_EQ(NoSuchCode(u"GL Account"_s, u"4711"_s), u"No GL account 4711."_s);
+    EXPECT_EQ(NoSuchCode({}, u"4711"_s), u"No code 4711."_s);
 }
