@@ -799,3 +799,22 @@ TEST_F(HrsSumm, OpenedAgainWithoutEntriesItIsAsEmptyAsTheFirstTime)
     EXPECT_EQ(m_sort.SortColumn, 6); // nothing is shown as sorted
     EXPECT_EQ(m_sort.SortDirection, 2);
 }
+
+TEST_F(HrsSumm, AnActivityPastTheLastCountsFirstAsTheRecordThatWasReadBeforeTheSummary)
+{
+    Enter({Entry(u"ZZZ"_s, Monday, 8, u"1"_s), Entry(u"CONS"_s, Monday, 12, u"1"_s)});
+    m_folder->Tables.Activities.Record.Expense = u"Y"_s;
+    m_form->Load();
+    EXPECT_THAT(Rows(), ElementsAre(u"03/09/2026 3.00 0.00 0.00 3.00 300.00"_s));
+    m_folder->Tables.Activities.Record.Expense = u"N"_s;
+    m_form->Load();
+    EXPECT_THAT(Rows(), ElementsAre(u"03/09/2026 5.00 0.00 0.00 5.00 500.00"_s));
+}
+
+TEST_F(HrsSumm, TheActivityReadLastIsThatOfTheLastEntry)
+{
+    Enter({Entry(u"CONS"_s, Monday, 4, u"1"_s), Entry(u"MILES"_s, Monday, 40, u"1"_s),
+        Entry(u"CONS"_s, Monday, 4, u"1"_s)});
+    m_form->Load();
+    EXPECT_EQ(m_folder->Tables.Activities.Record.Activity_Number, u"CONS"_s);
+}
