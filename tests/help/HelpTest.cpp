@@ -213,7 +213,7 @@ TEST_F(Help, FollowsALinkWithTabAndEnter)
     ASSERT_TRUE(browser.hasFocus());
     QTest::keyClick(&browser, Qt::Key_Tab);
     QTest::keyClick(&browser, Qt::Key_Return);
-    EXPECT_EQ(viewer.windowTitle(), WindowTitleOf(u"What a synchronization does"_s));
+    EXPECT_EQ(viewer.windowTitle(), WindowTitleOf(u"The first synchronization"_s));
 }
 
 TEST_F(Help, FindsThePagesThatHaveAllWordsAndMarksThem)
