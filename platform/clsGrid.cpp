@@ -30,6 +30,13 @@ int CellMargins(const QWidget &grid)
     return 2 * (grid.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &grid) + 1) + 1;
 }
 
+/// The second press of two quick ones arrives as a double click.
+bool TellsWhereTheMouseIs(const QEvent &event)
+{
+    return event.type() == QEvent::MouseMove || event.type() == QEvent::MouseButtonPress
+        || event.type() == QEvent::MouseButtonDblClick;
+}
+
 /// Shows the text that a cell has too little room for; a cell that shows all of it has no tip.
 void ShowWholeText(const QHelpEvent &help, bool isClipped, const QString &text, QWidget &viewport)
 {
@@ -107,6 +114,12 @@ protected:
                                 rectangle.center().y() - size.height() / 2),
             picture);
     }
+    void mouseDoubleClickEvent(QMouseEvent *event) override
+    {
+        // Two quick clicks on a heading are two clicks: up and then down.
+        QHeaderView::mouseDoubleClickEvent(event);
+        mousePressEvent(event);
+    }
     bool viewportEvent(QEvent *event) override
     {
         if (event->type() == QEvent::ToolTip) {
@@ -116,7 +129,7 @@ protected:
                 model()->headerData(section, orientation(), Qt::EditRole).toString(), *viewport());
             return true;
         }
-        if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
+        if (TellsWhereTheMouseIs(*event)) {
             const auto *mouse = static_cast<QMouseEvent *>(event);
             m_grid.MouseIsAt(0, logicalIndexAt(mouse->position().toPoint()));
         } else if (event->type() == QEvent::Leave) {
@@ -307,7 +320,7 @@ bool clsGrid::viewportEvent(QEvent *event)
         ShowWholeText(help, IsClipped(index), index.data(Qt::EditRole).toString(), *viewport());
         return true;
     }
-    if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress) {
+    if (TellsWhereTheMouseIs(*event)) {
         const QPoint at = static_cast<QMouseEvent *>(event)->position().toPoint();
         const int row = rowAt(at.y());
         MouseIsAt(row < 0 ? -1 : row + 1, columnAt(at.x()));

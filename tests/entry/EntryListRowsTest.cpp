@@ -122,6 +122,32 @@ TEST_F(EntryListRows, ASecondQuickClickInAnotherRowChoosesThatRow)
     ExpectLoaded(2, 1);
 }
 
+TEST_F(EntryListRows, ASecondQuickClickInARowAfterAHeadingChoosesTheRow)
+{
+    AddHours({"3", "2"});
+    StartList();
+    ClickHeader(EntryColumn::Hours);
+    QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, Cell(2));
+    QTest::mouseRelease(Grid().viewport(), Qt::LeftButton, {}, Cell(2));
+    LetEventsRun();
+    EXPECT_THAT(Column(EntryColumn::Hours), ElementsAre(u"2.00"_s, u"3.00"_s));
+    ExpectLoaded(2, 0);
+}
+
+TEST_F(EntryListRows, TwoQuickClicksOnAHeadingSortUpAndThenDown)
+{
+    AddHours({"2", "3", "1"});
+    StartList();
+    ClickHeader(EntryColumn::Hours);
+    QHeaderView &header = *Grid().horizontalHeader();
+    const QPoint heading(
+        header.sectionViewportPosition(EntryColumn::Hours) + 5, header.height() / 2);
+    QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, heading);
+    QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, heading);
+    LetEventsRun();
+    EXPECT_THAT(Column(EntryColumn::Hours), ElementsAre(u"3.00"_s, u"2.00"_s, u"1.00"_s));
+}
+
 TEST_F(EntryListRows, AClickOutsideOfTheRowsMovesNothing)
 {
     AddHours({"1", "2"});
