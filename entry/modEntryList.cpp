@@ -95,6 +95,7 @@ void modEntryList::LoadEntryList()
     ShowRecordCount();
     if (m_list.DeletingEntry)
         SelectEntryRow(std::max(m_grid->Row(), 1));
+    m_entry.HideRateFieldsOfTime(); // here also those of the expense that the deletion has shown
     if (!damage.isEmpty())
         m_messages.Tell(damage);
 }

@@ -108,6 +108,42 @@ TEST_F(MainWindow, LockedWithoutTheEmployeeItAsksForASynchronizationAllTheSame)
     EXPECT_EQ(VisibleRateControls().size(), qsizetype(RateControls.size()));
 }
 
+TEST_F(MainWindow, EveryReloadHidesTheRatesFromAnEmployeeWhoSeesNone)
+{
+    Company.Employee.Rate_Permission = u"1"_s;
+    for (int i = 0; i < 3; ++i)
+        Add(u"MILES"_s, Monday, "1");
+    Start();
+    EXPECT_THAT(VisibleRateControls(), IsEmpty());
+    const auto rateAndAmount
+        = ElementsAre(u"lblRate"_s, u"txtRate"_s, u"lblAmount"_s, u"txtAmount"_s);
+    ClickRow(1);
+    EXPECT_THAT(VisibleRateControls(), rateAndAmount) << "of an expense";
+
+    Messages.Answers = {MessageAnswer::Yes};
+    ClickButton("cmdDel");
+    EXPECT_EQ(Panel(1), u"Record 1 of 2"_s);
+    EXPECT_EQ(Text("txtActivity"), u"MILES"_s);
+    EXPECT_THAT(VisibleRateControls(), IsEmpty()) << "also with the next entry in the editor";
+    ClickRow(2);
+    EXPECT_THAT(VisibleRateControls(), rateAndAmount);
+    ClickButton("cmdUndo");
+    EXPECT_THAT(VisibleRateControls(), IsEmpty());
+}
+
+TEST_F(MainWindow, ReloadsHideNoRatesOfAnExpenseFromEveryoneElse)
+{
+    for (int i = 0; i < 2; ++i)
+        Add(u"MILES"_s, Monday, "1");
+    Start();
+    ClickRow(1);
+    Messages.Answers = {MessageAnswer::Yes};
+    ClickButton("cmdDel");
+    EXPECT_EQ(Panel(1), u"Record 1 of 1"_s);
+    EXPECT_THAT(VisibleRateControls(),
+        ElementsAre(u"lblRate"_s, u"txtRate"_s, u"lblAmount"_s, u"txtAmount"_s));
+}
+
 TEST_F(MainWindow, APastedLineBreakInTheDescriptionIsASpace)
 {
     Start();
