@@ -60,7 +60,7 @@ public:
     bool Holds(qint32 position) const { return EntryLoaded && m_position == position; }
     void ShowEntry(); ///< reads a stored entry anew and puts everything on the screen
     void LockEntryFields();
-    void HideRateFieldsOfTime(); ///< from an employee with the rate permission level "1"
+    void HideRateFields(); ///< from an employee with the rate permission level "1"
     void ShowRecordStatus();
     /// Shows and enables the fields for the company's options and the employee.
     void ShowFieldCaptions();

@@ -186,10 +186,10 @@ void modEntryInfo::LayOutTime()
         m_screen[EntryControl::txtMultiplierCode].Text = Entry.MultiplierCode;
         RecalcAmount();
     }
-    HideRateFieldsOfTime();
+    HideRateFields();
 }
 
-void modEntryInfo::HideRateFieldsOfTime()
+void modEntryInfo::HideRateFields()
 {
     if (RateLevel() != "1"_L1)
         return;

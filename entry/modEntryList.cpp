@@ -95,7 +95,7 @@ void modEntryList::LoadEntryList()
     ShowRecordCount();
     if (m_list.DeletingEntry)
         SelectEntryRow(std::max(m_grid->Row(), 1));
-    m_entry.HideRateFieldsOfTime(); // here also those of the expense that the deletion has shown
+    m_entry.HideRateFields(); // here also those of the expense that the deletion has shown
     if (!damage.isEmpty())
         m_messages.Tell(damage);
 }
@@ -109,7 +109,7 @@ void modEntryList::HideRateFields()
     } catch (const clsRunTimeError &) {
         // The synchronization that the window waits for writes this table again.
     }
-    m_entry.HideRateFieldsOfTime();
+    m_entry.HideRateFields();
 }
 
 void modEntryList::DropDeletedRow()
