@@ -41,8 +41,11 @@ void WindowWalk::UseContextMenu(const QPointer<QMenu> &menu)
 
 void WindowWalk::UseDialog(const QPointer<QDialog> &dialog)
 {
-    if (!dialog || !WaitUntilActive(*dialog))
+    if (!dialog)
         return;
+    // A message that opens while the focus moves may stay inactive here; it is answered all the
+    // same.
+    static_cast<void>(WaitUntilActive(*dialog));
     if (qobject_cast<QMessageBox *>(dialog) != nullptr)
         return AnswerBox(*dialog);
     for (int i = m_chance.Below(12); i > 0 && IsShown(dialog); --i)
