@@ -976,7 +976,7 @@ void frmEntryList::resizeEvent(QResizeEvent *event)
     const int margin = PixelsFromTwips(GridMarginTwips / 2, *this);
     ui->layMain->setContentsMargins(margin, ui->layMain->contentsMargins().top(), margin,
         ui->layMain->contentsMargins().bottom());
-    // The other controls need their room, so the smallest window is the one in which they and the
+    // The other controls need their space, so the smallest window is the one in which they and the
     // grid's share fit together.
     clsGrid &grid = *ui->msgEntryList;
     const int others = minimumSizeHint().height() - grid.minimumHeight();

@@ -148,7 +148,7 @@ CodeCheck modEntryInfo::CheckActivity()
             NoSuchCode(m_tables.Options.Working.Activity_Term, Entry.ActivityCode));
     if (found)
         activities.ReadActivity(activities.Record);
-    // Hours that a time entry held before stay, whoever stored them.
+    // Hours that a time entry held before stay, even if another program stored them.
     const bool heldUnits = Entry.IsExpense() || m_previousActivity.isEmpty();
     TakeActivity(found);
     if (found && heldUnits && !Entry.IsExpense())

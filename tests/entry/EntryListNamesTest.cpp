@@ -132,8 +132,8 @@ TEST_F(EntryListNames, ASynchronizationThatRenamesShowsTheNewNames)
             "UPDATE \"ABCCustomers-WkLg\" SET Customer_Name = 'Acme & Sons'");
         Execute(u"ABCProjects-WkLg"_s,
             "UPDATE \"ABCProjects-WkLg\" SET Project_Name = 'Audit ' || Customer_Number");
-        Execute(u"ABCActivities-WkLg"_s,
-            "UPDATE \"ABCActivities-WkLg\" SET Description = 'Advice'");
+        Execute(
+            u"ABCActivities-WkLg"_s, "UPDATE \"ABCActivities-WkLg\" SET Description = 'Advice'");
     };
     ClickButton("cmdSync");
     ASSERT_EQ(Process.Programs.size(), 1);

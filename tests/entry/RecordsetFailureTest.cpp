@@ -50,7 +50,8 @@ public:
     MessageAnswer Ask(
         const QString &text, MessageIcon icon, MessageButtons, MessageAnswer preset) override
     {
-        std::fprintf(stderr, "[%d] %s\n", icon == MessageIcon::Exclamation ? 1 : 0, qPrintable(text));
+        std::fprintf(
+            stderr, "[%d] %s\n", icon == MessageIcon::Exclamation ? 1 : 0, qPrintable(text));
         return preset;
     }
 };

@@ -41,10 +41,9 @@ public:
     {
         const QString found = FindIgnoringCase(Root(), relative);
         // Where the case of letters makes no difference, the name is as it was asked for.
-        return found.isEmpty()
-            ? found
-            : QDir(QFileInfo(Root()).canonicalFilePath())
-                  .relativeFilePath(QFileInfo(found).canonicalFilePath());
+        return found.isEmpty() ? found
+                               : QDir(QFileInfo(Root()).canonicalFilePath())
+                                     .relativeFilePath(QFileInfo(found).canonicalFilePath());
     }
 
 private:

@@ -29,7 +29,7 @@ inline QByteArray ContentOf(const QString &path)
 }
 
 /// Runs the action on a disk that loses its power at the n-th call, for every n up to the one that
-/// never comes; `look` is told whether the action was reported as done.
+/// never comes; `look` gets whether the action was reported as done.
 inline void LosePowerAtEachCall(const QString &folder, const std::function<void()> &prepare,
     const std::function<void()> &action, const std::function<void(bool done)> &look, int stride = 1)
 {

@@ -73,8 +73,8 @@ TEST_F(Look, TheKeyboardFocusInTheMenuBarCanBeSeen)
     ASSERT_TRUE(menus.hasFocus());
     const QImage with = menus.grab().toImage();
     const QPoint inFirst = menus.actionGeometry(menus.actions().first()).topLeft() + QPoint(4, 4);
-    EXPECT_GE(ContrastRatio(with.pixelColor(inFirst), without.pixelColor(inFirst)),
-        LeastPartContrast);
+    EXPECT_GE(
+        ContrastRatio(with.pixelColor(inFirst), without.pixelColor(inFirst)), LeastPartContrast);
     QTest::keyClick(&menus, Qt::Key_Escape);
     LetEventsRun();
     EXPECT_FALSE(menus.hasFocus());
