@@ -505,6 +505,7 @@ void frmEntryList::GotFocus(QWidget &control, const QFocusEvent &event)
         m_screen.PutBack.reset();
         RenderNotice();
     }
+    m_entered = &control;
     m_pressGivesFocus = event.reason() == Qt::MouseFocusReason;
     const bool byMouse = std::exchange(m_focus.FocusByMouse, false) || m_pressGivesFocus;
     if (&control == ui->dtpDate)
@@ -535,7 +536,9 @@ void frmEntryList::LostFocus(QWidget &control, const QFocusEvent &event)
 {
     if (&control == ui->dtpDate)
         m_focus.FocusByMouse = false;
-    if (!TakeBox(control))
+    // A press ends the menu bar's focus and leaves the field that it took the focus from.
+    const QWidget &left = &control == menuBar() && m_entered != nullptr ? *m_entered : control;
+    if (!TakeBox(left))
         m_pressRefused = event.reason() == Qt::MouseFocusReason;
 }
 
@@ -615,10 +618,15 @@ bool frmEntryList::TakeTypedDate()
     return false;
 }
 
+const QWidget *frmEntryList::EnteredControl() const
+{
+    return focusWidget() == menuBar() ? m_entered : focusWidget();
+}
+
 bool frmEntryList::TakeFocusedBox()
 {
-    QWidget *focused = focusWidget();
-    return focused == nullptr || TakeBox(*focused);
+    const QWidget *entered = EnteredControl();
+    return entered == nullptr || TakeBox(*entered);
 }
 
 bool frmEntryList::TakeBox(const QWidget &control)
@@ -883,7 +891,7 @@ bool frmEntryList::MousePressed(QWidget &control)
         return false;
     // A button that takes no focus leaves the box all the same. A code that was refused without a
     // message leaves the way to its own lookup open.
-    const QWidget *left = focusWidget();
+    const QWidget *left = EnteredControl();
     if (&control != left && !TakeFocusedBox())
         return !m_screen.PutBack || &control != LookupButtonOf(left);
     return !CanBeUsed(control);

@@ -94,6 +94,9 @@ private:
     void ShowDateNotice();
     bool TakeTypedDate();
     bool MousePressed(QWidget &control);
+    /// The control that the user is in: the one with the focus, or the one that the menu bar has
+    /// taken it from.
+    const QWidget *EnteredControl() const;
     /// Checks the edited box that has the focus; false when its code was refused.
     bool TakeFocusedBox();
     bool TakeBox(const QWidget &control);
@@ -137,6 +140,7 @@ private:
 
     std::array<QWidget *, EntryControls> m_widgets = {};
     clsM90Mask m_mask;
+    const QWidget *m_entered = nullptr; // the control that was last entered
     bool m_fieldEdited = false; // the box with the focus holds an edit that no check has seen
     bool m_listTyped = false; // the last key into the list with the focus was none of its own
     struct FocusState
