@@ -460,5 +460,13 @@ TEST(Numbers, ThatGrowTooLargeAreRefusedWithTheReasonAndTheEntryStays)
     for (const EntryRecord &entry : StoredEntries(folder.path()))
         EXPECT_EQ(TextOf([&] { return entry.Hours * entry.Rate * entry.Multiplier_Factor; }),
             QString::number(entry.Amount.Scaled()));
-    EXPECT_EQ(program.Text("txtHours"), u"2.00"_s);
+    // The multiplier that cannot be used has left no trace in the entry.
+    const EntryRecord before = company.Entries->at(0);
+    const EntryRecord stored = StoredEntries(folder.path()).at(0);
+    EXPECT_EQ(stored.Multiplier_Number, before.Multiplier_Number);
+    EXPECT_EQ(stored.Multiplier_Factor, before.Multiplier_Factor);
+    EXPECT_EQ(stored.Hours, Currency::FromWhole(2));
+    EXPECT_EQ(stored.Rate, before.Rate);
+    EXPECT_EQ(stored.Amount, before.Amount);
+    EXPECT_EQ(stored.Description, u"typed with care"_s);
 }
