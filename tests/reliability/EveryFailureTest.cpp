@@ -213,7 +213,7 @@ protected:
             const auto program = Prepared();
             disk.FailAt(call, fault, lasts);
             Of(GetParam()).Run(*program);
-            disk.Mend();
+            disk.Repair();
             hasFailed = disk.HasFailed();
             SCOPED_TRACE("call " + std::to_string(call) + ": " + disk.FailedCall().toStdString());
             for (const QString &message : program->Failures())

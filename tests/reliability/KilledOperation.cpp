@@ -27,7 +27,7 @@ int main(int argc, char **argv)
     }
     disk.FailAt(call, DiskFault::Kill);
     operation.Run(program);
-    disk.Mend();
+    disk.Repair();
     for (const QString &text : program.Failures() + messages.Texts())
         std::fprintf(stderr, "%s\n", qPrintable(text));
     return program.Failures().size() + messages.Shown.size() == 0

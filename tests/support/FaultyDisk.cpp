@@ -244,7 +244,7 @@ std::vector<std::string> FaultyDisk::Calls(std::initializer_list<const char *> k
     return calls;
 }
 
-int FaultyDisk::Mend()
+int FaultyDisk::Repair()
 {
     m_failAt = 0;
     return m_calls;
@@ -384,7 +384,7 @@ QByteArray FaultyDisk::Mixed(const QByteArray &a, const QByteArray &b, std::mt19
 
 void FaultyDisk::LosePower(std::mt19937 *random)
 {
-    Mend();
+    Repair();
     const auto cleared = qScopeGuard([this] { m_unsynced.clear(); }); // of what is done here
     for (const auto &[path, was] : std::exchange(m_unsynced, {})) {
         const Contents now = Read(path);

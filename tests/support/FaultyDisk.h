@@ -49,7 +49,7 @@ public:
     /// so that calls are counted only.
     void FailAt(int call, DiskFault fault, FaultLasts lasts = FaultLasts::ForGood);
     /// From now on nothing fails; the number of calls that were counted.
-    int Mend();
+    int Repair();
     bool HasFailed() const { return !m_failedCall.isEmpty(); }
     /// How often something was put on the disk since FailAt, by SQLite or anybody else: contents of
     /// files and names in folders.

@@ -49,7 +49,7 @@ TEST(LaunchFileDurability, WhatTheDiskDeniesLeavesTheOldFileAlone)
         WriteLaunchFile(path, {u"/srv/new"_s, u"-ARG NEW"_s});
     }).Number,
         RunTimeErrors::PathAccess);
-    disk.Mend();
+    disk.Repair();
     EXPECT_EQ(ReadLaunchFile(path).Root, u"/srv/old"_s);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{u"mas90.ini"_s});
 }
