@@ -2,6 +2,7 @@
 
 #include "platform/clsRunTimeError.h"
 #include "platform/Paths.h"
+#include "platform/PlainFiles.h"
 #include "store/RecordStore.h"
 #include "store/StoreErrors.h"
 
@@ -11,8 +12,6 @@
 #include <QFileInfo>
 #include <QThread>
 
-#include <optional>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -20,6 +19,7 @@ namespace {
 constexpr int PauseMilliseconds = 20;
 constexpr qint64 ChangeCounterOffset = 24; // of the file format
 constexpr qint64 ChangeCounterBytes = 4;
+constexpr qint64 BlockBytes = qint64(1024) * 1024;
 
 /// What differs after a write.
 struct Stamp
@@ -31,8 +31,21 @@ struct Stamp
     friend bool operator==(const Stamp &, const Stamp &) = default;
 };
 
-Stamp StampOf(QFile &file)
+void OpenToRead(QFile &file)
 {
+    try {
+        OpenPlainFile(file, PlainFileUse::Read);
+    } catch (const clsRunTimeError &error) {
+        RaiseStoreError(
+            StoreErrors::Unreadable, u"The database cannot be read: "_s + error.Description());
+    }
+}
+
+/// Opens the file each time: an open one would repeat what it has read before.
+Stamp StampOf(const QString &fileName)
+{
+    QFile file(fileName);
+    OpenToRead(file);
     Stamp stamp;
     if (file.seek(ChangeCounterOffset))
         stamp.ChangeCounter = file.read(ChangeCounterBytes);
@@ -41,32 +54,34 @@ Stamp StampOf(QFile &file)
     return stamp;
 }
 
-/// The file's bytes, or nothing when somebody has been writing meanwhile: a write leaves a journal
-/// beside the file until it is complete, and counts itself in the file.
-std::optional<QByteArray> ReadAtRest(const QString &fileName)
+void CopyBytes(const QString &from, const QString &to)
 {
-    const QString journal = fileName + u"-journal"_s;
-    QFile file(fileName);
-    // Unbuffered, or the second look would see what the first one has read.
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        RaiseStoreError(StoreErrors::Unreadable,
-            u"The database cannot be read: "_s + fileName + u" ("_s + file.errorString() + u")"_s);
-    if (QFileInfo::exists(journal))
-        return {};
-    const Stamp before = StampOf(file);
-    file.seek(0);
-    const QByteArray bytes = file.readAll();
-    if (QFileInfo::exists(journal) || StampOf(file) != before || bytes.size() != before.Size)
-        return {};
-    return bytes;
+    QFile source(from);
+    OpenToRead(source);
+    QFile copy(to);
+    bool written = copy.open(QIODevice::WriteOnly);
+    while (written) {
+        const QByteArray block = source.read(BlockBytes);
+        if (block.isEmpty())
+            break;
+        written = copy.write(block) == block.size();
+    }
+    if (!written || !copy.flush())
+        RaiseStoreError(StoreErrors::WriteFailed,
+            u"There is no space for a copy of the databases: "_s + copy.errorString());
 }
 
-void Write(const QString &fileName, const QByteArray &bytes)
+/// False when the file was being written meanwhile: a write leaves a journal next to the file until
+/// it is complete, and counts itself in the file.
+bool CopyAtRest(const QString &from, const QString &to)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        RaiseStoreError(StoreErrors::WriteFailed,
-            u"There is no room for a copy of the databases: "_s + file.errorString());
+    const QString journal = from + u"-journal"_s;
+    const Stamp before = StampOf(from);
+    if (QFileInfo::exists(journal))
+        return false;
+    CopyBytes(from, to);
+    return !QFileInfo::exists(journal) && StampOf(from) == before
+        && QFileInfo(to).size() == before.Size;
 }
 
 } // namespace
@@ -75,9 +90,6 @@ Snapshot::Snapshot(const QString &folder, std::chrono::milliseconds patience)
     : m_folder(folder)
     , m_patience(patience)
 {
-    if (!m_copies.isValid())
-        RaiseStoreError(StoreErrors::WriteFailed,
-            u"There is no room for a copy of the databases: "_s + m_copies.errorString());
 }
 
 bool Snapshot::Take(const QString &name)
@@ -87,10 +99,13 @@ bool Snapshot::Take(const QString &name)
     while (QFileInfo::exists(fileName)) {
         if (QFileInfo(fileName).isDir())
             RaiseStoreError(StoreErrors::NotADatabase, u"The database is a folder: "_s + fileName);
-        if (const std::optional<QByteArray> bytes = ReadAtRest(fileName)) {
-            Write(RecordStore::FileName(JoinPath(m_copies.path(), name)), *bytes);
+        if (!QFileInfo(fileName).isFile())
+            RaiseStoreError(
+                StoreErrors::NotADatabase, u"The database is not a regular file: "_s + fileName);
+        // A link is read like the database that it leads to.
+        if (CopyAtRest(QFileInfo(fileName).canonicalFilePath(),
+                RecordStore::FileName(JoinPath(m_copies.Path(), name))))
             return true;
-        }
         if (patience.hasExpired())
             RaiseStoreError(StoreErrors::Locked,
                 u"The database is being written, or was when the program or the computer died: "_s

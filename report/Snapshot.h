@@ -1,22 +1,24 @@
 #pragma once
 
+#include "report/CopyFolder.h"
+
 #include <QString>
-#include <QTemporaryDir>
 
 #include <chrono>
 
-/// A copy of databases as they stood at one moment each, in a folder of its own that goes with the
-/// object. The originals are only read, and never locked: whoever is writing is not held up.
+/// Copies of databases, each as it was at one moment, in a temporary folder. The originals are only
+/// read and never locked, so no program that writes has to wait.
 ///
-/// Errors: clsRunTimeError, naming the file: a database that cannot be read, or that somebody is
-///         writing all the time, or was when the computer or the program died.
+/// Errors: clsRunTimeError, naming the file: a database that cannot be read, that is no regular
+///         file, or that is being written all the time, or was when the computer or the program
+///         ended.
 class Snapshot
 {
 public:
-    /// `folder`: where the databases lie; `patience`: how long somebody may go on writing.
+    /// `folder`: where the databases are; `patience`: how long a write may last.
     explicit Snapshot(const QString &folder, std::chrono::milliseconds patience = DefaultPatience);
 
-    QString Folder() const { return m_copies.path(); }
+    QString Folder() const { return m_copies.Path(); }
 
     /// Copies the database of that name; false when there is none.
     bool Take(const QString &name);
@@ -26,5 +28,5 @@ private:
 
     QString m_folder;
     std::chrono::milliseconds m_patience;
-    QTemporaryDir m_copies;
+    CopyFolder m_copies;
 };

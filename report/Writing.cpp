@@ -10,6 +10,7 @@
 #include "report/ReportTable.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QSaveFile>
 
@@ -23,6 +24,16 @@ namespace {
 {
     throw clsRunTimeError(RunTimeErrors::PathAccess, u"Report"_s,
         u"The report cannot be written to %1: %2"_s.arg(what, reason));
+}
+
+/// Replacing the file would replace a pipe, or a device of the whole computer.
+void RequireRegularFile(const QString &output)
+{
+    const QFileInfo target(output);
+    if (target.isDir())
+        RaiseNotWritten(output, u"this is a folder"_s);
+    if (target.exists() && !target.isFile())
+        RaiseNotWritten(output, u"this is not a regular file"_s);
 }
 
 } // namespace
@@ -48,6 +59,7 @@ void WriteReport(const QByteArray &bytes, const QString &output)
             RaiseNotWritten(u"standard output"_s, standardOutput.errorString());
         return;
     }
+    RequireRegularFile(output);
     QSaveFile file(output);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
         RaiseNotWritten(output, file.errorString());

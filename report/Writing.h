@@ -9,6 +9,7 @@
 /// Errors: those of ReadReport.
 QByteArray MakeReport(const ReportRequest &request);
 
-/// Into the file, which is there whole or not at all, or to standard output where there is none.
-/// Errors: clsRunTimeError, naming the file.
+/// Writes the report into the file, completely or not at all; to standard output without a name.
+/// Errors: clsRunTimeError, naming the file, also for a folder, a pipe, or a device, which are
+///         left unchanged.
 void WriteReport(const QByteArray &bytes, const QString &output);

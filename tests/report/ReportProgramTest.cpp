@@ -2,11 +2,14 @@
 
 #include "tests/report/ReportFixture.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -37,6 +40,44 @@ Ended Called(const QStringList &arguments, const QString &program = QStringLiter
         process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
+/// A run with a temporary folder of its own, in which its copies are.
+class ReportRun
+{
+public:
+    ReportRun(const QStringList &arguments, const QString &temporaryFolder)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const QString &name : {u"TMPDIR"_s, u"TMP"_s, u"TEMP"_s})
+            environment.insert(name, temporaryFolder);
+        m_process.setProcessEnvironment(environment);
+        m_process.start(QStringLiteral(WORKLOG_REPORT), arguments);
+    }
+    void Kill()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    int Status()
+    {
+        EXPECT_TRUE(m_process.waitForFinished());
+        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    }
+    QByteArray Errors() { return m_process.readAllStandardError(); }
+
+private:
+    QProcess m_process;
+};
+
+/// The databases below a folder.
+QStringList CopiesIn(const QString &folder)
+{
+    QStringList copies;
+    QDirIterator files(folder, {u"*.db"_s}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        copies.append(files.next());
+    return copies;
+}
+
 class ReportProgram : public testing::Test
 {
 protected:
@@ -50,6 +91,25 @@ protected:
     {
         return arguments + QStringList{u"--folder"_s, m_fixture.Folder()};
     }
+    /// Lets each run wait for the end of a write, when it has copied the other databases.
+    void BeginAWrite() const
+    {
+        QFile journal(Database(u"ABCEntries"_s) + u"-journal"_s);
+        ASSERT_TRUE(journal.open(QIODevice::WriteOnly));
+        journal.write("something");
+    }
+    void EndTheWrite() const { QFile::remove(Database(u"ABCEntries"_s) + u"-journal"_s); }
+    void WaitForCopies() const
+    {
+        const QDeadlineTimer deadline(10000);
+        while (CopiesIn(m_temporary.path()).size() < 5 && !deadline.hasExpired())
+            QThread::yieldCurrentThread();
+        ASSERT_GE(CopiesIn(m_temporary.path()).size(), 5);
+    }
+    QString Database(const QString &name) const
+    {
+        return m_fixture.Folder() + u'/' + name + u"-WkLg.db"_s;
+    }
     QByteArray Written(const QString &name) const
     {
         QFile file(m_results.filePath(name));
@@ -59,6 +119,7 @@ protected:
 
     ReportFixture m_fixture{Company()};
     QTemporaryDir m_results;
+    QTemporaryDir m_temporary;
 };
 
 } // namespace
@@ -132,4 +193,43 @@ TEST_F(ReportProgram, ShowsItsHelpAndItsVersion)
     EXPECT_EQ(Called({u"--help"_s}).Status, 0);
     EXPECT_TRUE(Called({u"--version"_s}).Output.startsWith("worklog-report "));
     EXPECT_EQ(Called({u"--version"_s}).Status, 0);
+}
+
+TEST_F(ReportProgram, RemovesTheCopiesOfARunThatWasKilled)
+{
+    BeginAWrite();
+    ReportRun killed(InFolder({u"days"_s}), m_temporary.path());
+    WaitForCopies();
+    killed.Kill();
+    EXPECT_FALSE(CopiesIn(m_temporary.path()).isEmpty());
+    EndTheWrite();
+    EXPECT_EQ(ReportRun(InFolder({u"days"_s}), m_temporary.path()).Status(), 0);
+    EXPECT_EQ(
+        QDir(m_temporary.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
+}
+
+TEST_F(ReportProgram, LeavesTheCopiesOfARunThatIsStillReading)
+{
+    BeginAWrite();
+    ReportRun slow(InFolder({u"days"_s}), m_temporary.path());
+    WaitForCopies();
+    const QStringList before = CopiesIn(m_temporary.path());
+    const ReportFixture other(Company());
+    EXPECT_EQ(
+        ReportRun({u"days"_s, u"--folder"_s, other.Folder()}, m_temporary.path()).Status(), 0);
+    EXPECT_EQ(CopiesIn(m_temporary.path()), before);
+    EndTheWrite();
+    EXPECT_EQ(slow.Status(), 0) << slow.Errors().toStdString();
+    EXPECT_EQ(CopiesIn(m_temporary.path()), QStringList());
+}
+
+TEST_F(ReportProgram, LeavesFoldersOfThatNameThatItHasNotMade)
+{
+    const QDir temporary(m_temporary.path());
+    ASSERT_TRUE(temporary.mkpath(u"worklog-report-abcdef"_s));
+    ASSERT_TRUE(QFile::copy(
+        Database(u"Company"_s), temporary.filePath(u"worklog-report-abcdef/Company-WkLg.db"_s)));
+    EXPECT_EQ(ReportRun(InFolder({u"days"_s}), m_temporary.path()).Status(), 0);
+    EXPECT_EQ(CopiesIn(m_temporary.path()),
+        QStringList{temporary.filePath(u"worklog-report-abcdef/Company-WkLg.db"_s)});
 }
