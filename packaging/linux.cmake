@@ -14,6 +14,12 @@ install(TARGETS ${programs} RUNTIME DESTINATION ${program_folder} COMPONENT syst
 install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/WL.HLP
     DESTINATION ${program_folder} COMPONENT system)
 install(PROGRAMS worklog-remote DESTINATION bin COMPONENT system)
+
+# What the start script reports with where there is no terminal.
+add_executable(show_message show-message.cpp)
+set_target_properties(show_message PROPERTIES OUTPUT_NAME show-message)
+target_link_libraries(show_message PRIVATE platform project_warnings)
+install(TARGETS show_message RUNTIME DESTINATION ${program_folder} COMPONENT system)
 install(FILES ${app_id}.desktop DESTINATION share/applications COMPONENT system)
 install(FILES ${app_id}.metainfo.xml DESTINATION share/metainfo COMPONENT system)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE

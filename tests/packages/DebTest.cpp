@@ -52,6 +52,14 @@ protected:
         return ProgramUnderTest(
             ProgramUnderTest::Command{Installed(u"bin/worklog-remote"_s), User()}, m_display);
     }
+    /// As a desktop's menu does, where standard error is no terminal.
+    ProgramUnderTest StartFromMenu() const
+    {
+        return ProgramUnderTest(
+            ProgramUnderTest::Command{u"/bin/sh"_s, User(),
+                {u"-c"_s, u"exec \"$0\" 2>/dev/null"_s, Installed(u"bin/worklog-remote"_s)}},
+            m_display);
+    }
 
     VirtualDisplay m_display;
 };
@@ -141,6 +149,18 @@ TEST_F(Deb, TakesTheRightsOfOthersFromAFolderThatWasThere)
     EXPECT_EQ(QFile::permissions(ProgramFolder())
             & (QFile::ReadGroup | QFile::ReadOther | QFile::ExeOther),
         QFile::Permissions());
+}
+
+TEST_F(Deb, ShowsAMessageWhenItCannotBeStartedFromTheMenu)
+{
+    const QString launcher = ProgramFolder() + u"/WorklogRemote"_s;
+    ASSERT_TRUE(QDir().mkpath(launcher));
+    ProgramUnderTest program = StartFromMenu();
+    program.WaitForMessage(launcher
+        + u" cannot be written: mv: cannot overwrite directory '%1' with non-directory"_s.arg(
+            launcher));
+    program.Answer(u"OK"_s);
+    EXPECT_EQ(program.WaitForEnd(), 1);
 }
 
 TEST_F(Deb, LetsOnlyTheAdministratorChangeWhatIsInstalled)
