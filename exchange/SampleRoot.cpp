@@ -16,8 +16,8 @@ namespace {
 
 [[noreturn]] void RaiseNotMade(const QString &path)
 {
-    throw clsRunTimeError(
-        RunTimeErrors::PathAccess, u"Exchange"_s, path + u": this cannot be made"_s);
+    throw clsRunTimeError(RunTimeErrors::PathAccess, u"Exchange"_s,
+        path + u": this cannot be made: "_s + qt_error_string());
 }
 
 void MakeFolder(const QString &path)

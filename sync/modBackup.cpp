@@ -44,7 +44,7 @@ QByteArray ReadWhole(const QString &fileName)
 void MakeFolder(const QString &folder)
 {
     if (!QDir().mkpath(folder))
-        RaiseNotCopied(folder, u"the folder cannot be made"_s);
+        RaiseNotCopied(folder, u"the folder cannot be made: "_s + qt_error_string());
 }
 
 /// All records of a table, each with the number of times that it is there.

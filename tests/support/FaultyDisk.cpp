@@ -207,9 +207,15 @@ struct FaultyDisk::Vfs
 };
 
 FaultyDisk::FaultyDisk(const QString &folder)
-    : m_folder(QFileInfo(folder).canonicalFilePath().toUtf8())
-    , m_vfs(std::make_unique<Vfs>(*this))
+    : FaultyDisk(QStringList(folder))
 {
+}
+
+FaultyDisk::FaultyDisk(const QStringList &folders)
+    : m_vfs(std::make_unique<Vfs>(*this))
+{
+    for (const QString &folder : folders)
+        m_folders.append(QFileInfo(folder).canonicalFilePath().toUtf8());
     sqlite3_vfs_register(&m_vfs->Own, 1);
     theDisk = this;
 }
@@ -252,7 +258,8 @@ int FaultyDisk::Repair()
 
 bool FaultyDisk::Watches(const QByteArray &path) const
 {
-    return path.startsWith(m_folder);
+    return std::any_of(m_folders.begin(), m_folders.end(),
+        [&](const QByteArray &folder) { return path.startsWith(folder); });
 }
 
 bool FaultyDisk::Fails(Call call, const QByteArray &path)
@@ -269,11 +276,31 @@ bool FaultyDisk::Fails(Call call, const QByteArray &path)
         return false;
     if (m_lasts == FaultLasts::Once && m_calls > m_failAt)
         return false;
-    if (m_fault == DiskFault::Kill)
-        std::raise(SIGKILL);
     if (m_failedCall.isEmpty())
         m_failedCall = m_callsMade.back();
-    return true;
+    if (m_fault < DiskFault::Kill || m_fault > DiskFault::Pause)
+        return true;
+    Stop();
+    return false;
+}
+
+void FaultyDisk::Stop()
+{
+    if (m_fault == DiskFault::Pause) {
+        m_failAt = 0;
+        const QDir folder(qEnvironmentVariable("WORKLOG_PAUSES"));
+        QFile paused(folder.filePath(QStringLiteral("paused")));
+        if (!paused.open(QIODevice::WriteOnly))
+            qFatal("there is no folder to pause in");
+        while (!folder.exists(QStringLiteral("go")))
+            ::usleep(1000);
+        return;
+    }
+    if (m_fault == DiskFault::KillBoth)
+        ::kill(::getppid(), SIGKILL);
+    ::kill(::getpid(), m_fault == DiskFault::Terminate ? SIGTERM : SIGKILL);
+    // A process that handles the signal goes on; any other ends here.
+    m_failAt = 0;
 }
 
 FaultyDisk::Unsynced &FaultyDisk::EntryOf(const QByteArray &path)
@@ -423,6 +450,23 @@ std::array<char, 4096> PathOf(int file)
     return path;
 }
 
+/// The mode follows where the flags may create a file.
+int OpenFile(const char *path, int flags, va_list &more)
+{
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
+    if (IsCounted(path)) {
+        const bool isThere = ::access(path, F_OK) == 0;
+        if (!isThere && (flags & O_CREAT) != 0) {
+            if (FailsWith(FaultyDisk::Call::Create, path))
+                return -1;
+            theDisk->NameChanges(path);
+        }
+        if (isThere && (flags & O_TRUNC) != 0)
+            theDisk->ContentsChange(path);
+    }
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
 void CountFlush(const char *path)
 {
     if (theDisk != nullptr && theDisk->Watches(path))
@@ -486,38 +530,41 @@ int fsync(int file)
     return result;
 }
 
-// These are neither counted nor do they fail: they only leave what a loss of power takes away.
-
 int mkdir(const char *path, mode_t mode) noexcept
 {
-    if (IsCounted(path) && ::access(path, F_OK) != 0)
-        theDisk->NameChanges(path);
+    if (::access(path, F_OK) != 0) {
+        if (FailsWith(FaultyDisk::Call::Create, path))
+            return -1;
+        if (IsCounted(path))
+            theDisk->NameChanges(path);
+    }
     return static_cast<int>(syscall(SYS_mkdir, path, mode));
+}
+
+int open(const char *path, int flags, ...)
+{
+    va_list more;
+    va_start(more, flags);
+    const int file = OpenFile(path, flags, more);
+    va_end(more);
+    return file;
 }
 
 int open64(const char *path, int flags, ...)
 {
-    mode_t mode = 0;
-    if ((flags & O_CREAT) != 0) {
-        va_list more;
-        va_start(more, flags);
-        mode = va_arg(more, mode_t);
-        va_end(more);
-    }
-    if (IsCounted(path)) {
-        const bool isThere = ::access(path, F_OK) == 0;
-        if (!isThere && (flags & O_CREAT) != 0)
-            theDisk->NameChanges(path);
-        if (isThere && (flags & O_TRUNC) != 0)
-            theDisk->ContentsChange(path);
-    }
-    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    va_list more;
+    va_start(more, flags);
+    const int file = OpenFile(path, flags, more);
+    va_end(more);
+    return file;
 }
 
 ssize_t write(int file, const void *bytes, size_t count)
 {
     if (theDisk != nullptr && insideSqlite == 0) {
         const std::array<char, 4096> path = PathOf(file);
+        if (FailsWith(FaultyDisk::Call::Write, path.data()))
+            return -1;
         if (IsCounted(path.data()))
             theDisk->ContentsChange(path.data());
     }
@@ -527,6 +574,8 @@ ssize_t write(int file, const void *bytes, size_t count)
 /// The toolkit gives a file its name when its contents are on the disk.
 int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
 {
+    if (FailsWith(FaultyDisk::Call::Create, to))
+        return -1;
     if (IsCounted(to))
         theDisk->NameChanges(to);
     return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
+#include <QStringList>
 
 #include <initializer_list>
 #include <map>
@@ -19,6 +21,9 @@ enum class DiskFault
     Full, ///< what needs space fails: writing, creating, putting on the disk
     InputOutput, ///< every call fails
     Kill, ///< the process is killed before the call
+    KillBoth, ///< and the process that has started it
+    Terminate, ///< the process is asked to end, as at the end of a session
+    Pause, ///< makes a file "paused" in the folder WORKLOG_PAUSES and waits for a file "go" there
     DeletedAnyway, ///< deleting a file does it and is reported as failed
     PowerLoss ///< the call and all that follow fail; see LosePower
 };
@@ -29,18 +34,20 @@ enum class FaultLasts
     ForGood
 };
 
-/// The disk under one folder, which fails at the n-th call that changes something on it.
+/// The disk under some folders, which fails at the n-th call that changes something on it.
 ///
 /// Counted: opening, writing, truncating, syncing and deleting, as SQLite asks for them, and
-///          unlink, link, rename and fsync as everybody else does. Of a Full disk only those that
-///          can meet it, and of DeletedAnyway only deleting.
-/// Lost:    with the power, what was not synced of all these and of open, write and mkdir.
+///          what everybody else asks the C library for: opening a new file, write, mkdir, unlink,
+///          link, rename and fsync. Of a Full disk only those that can meet it, and of
+///          DeletedAnyway only deleting.
+/// Lost:    with the power, what was not synced of all these.
 /// Shape:   SQLite's default disk is replaced while the object lives, and the calls of the C
 ///          library always pass through here; one object at a time.
 class FaultyDisk
 {
 public:
     explicit FaultyDisk(const QString &folder);
+    explicit FaultyDisk(const QStringList &folders);
     ~FaultyDisk();
     FaultyDisk(const FaultyDisk &) = delete;
     FaultyDisk &operator=(const FaultyDisk &) = delete;
@@ -100,7 +107,9 @@ private:
     static void Restore(const QByteArray &path, const Contents &contents);
     static QByteArray Mixed(const QByteArray &a, const QByteArray &b, std::mt19937 &random);
 
-    QByteArray m_folder;
+    void Stop(); ///< where the fault is the process's own, not the call's
+
+    QByteArrayList m_folders;
     std::unique_ptr<Vfs> m_vfs;
     DiskFault m_fault = DiskFault::InputOutput;
     FaultLasts m_lasts = FaultLasts::Once;
