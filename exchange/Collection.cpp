@@ -13,12 +13,12 @@ constexpr qint32 DeleteMode = 2;
 } // namespace
 
 Collection::Collection(LocalDatabases &local, const QString &worklog, const QString &company,
-    const QString &employeeNumber)
+    const QString &employeeNumber, const QString &folder)
     : m_local(local)
     , m_company(company)
     , m_employeeNumber(employeeNumber)
     , m_databaseName(local.Main().CompanyName(company, DatabasePrefix::Entries))
-    , m_uploads(worklog, company)
+    , m_uploads(worklog, folder.isEmpty() ? company : folder)
 {
 }
 

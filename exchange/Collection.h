@@ -34,9 +34,10 @@
 class Collection
 {
 public:
-    /// `employeeNumber` becomes a part of the batch's name. `local` outlives the object.
+    /// `employeeNumber` becomes a part of the batch's name. `folder` is the accounting system's
+    /// spelling of the company's code, if it is another one. `local` outlives the object.
     Collection(LocalDatabases &local, const QString &worklog, const QString &company,
-        const QString &employeeNumber);
+        const QString &employeeNumber, const QString &folder = {});
 
     const QString &Company() const { return m_company; }
 

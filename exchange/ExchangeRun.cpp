@@ -2,6 +2,7 @@
 
 #include "exchange/CellRules.h"
 #include "exchange/ReferenceData.h"
+#include "store/DroppedCompany.h"
 
 #include <algorithm>
 
@@ -26,10 +27,37 @@ QString EntryCount(qint64 count)
     return QString::number(count) + (count == 1 ? u" entry"_s : u" entries"_s);
 }
 
-bool IsListed(const std::vector<CompanyRecord> &companies, const QString &code)
+bool IsSameCode(const QString &one, const QString &other)
 {
-    return std::any_of(companies.begin(), companies.end(),
-        [&](const CompanyRecord &company) { return company.Company_Code == code; });
+    return one.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+/// The code as it is spelled among these; empty when it is none of them.
+QString SpellingAmong(const QStringList &codes, const QString &code)
+{
+    if (codes.contains(code))
+        return code;
+    const auto found = std::find_if(
+        codes.begin(), codes.end(), [&](const QString &other) { return IsSameCode(other, code); });
+    return found == codes.end() ? QString() : *found;
+}
+
+QStringList CodesOf(const std::vector<CompanyRecord> &companies)
+{
+    QStringList codes;
+    for (const CompanyRecord &company : companies)
+        codes.append(company.Company_Code);
+    return codes;
+}
+
+/// The code as this computer spells it. Entries come first: they must not get out of sight.
+QString LocalSpelling(const KnownCompanies &known, const QString &code)
+{
+    for (const QStringList &codes : {known.WithEntries, CodesOf(known.Listed)}) {
+        if (const QString spelling = SpellingAmong(codes, code); !spelling.isEmpty())
+            return spelling;
+    }
+    return code;
 }
 
 } // namespace
@@ -47,12 +75,14 @@ void ExchangeRun::Run()
 {
     m_progress({}, u"Reading the list of companies"_s, 0, 1);
     const std::vector<CompanyRecord> companies = ReadCompanies(m_worklog);
-    const std::optional<QStringList> known = m_local.CompanyCodes();
-    PlanListed(companies);
-    PlanDropped(companies, known.value_or(QStringList()));
+    const KnownCompanies known = m_local.Companies();
+    m_isListStale = !known.HasList;
+    PlanListed(companies, known);
+    PlanDropped(known);
+    AnnounceErasures();
 
     StagedDatabases staged(m_local);
-    BuildDatabases(companies, known.has_value(), staged);
+    BuildDatabases(staged);
     PrepareCollections();
     DeliverCollections();
     EraseEntries();
@@ -62,70 +92,119 @@ void ExchangeRun::Run()
         m_log.Write(message);
 }
 
-void ExchangeRun::PlanListed(const std::vector<CompanyRecord> &companies)
+void ExchangeRun::PlanListed(
+    const std::vector<CompanyRecord> &companies, const KnownCompanies &known)
 {
-    for (const CompanyRecord &company : companies)
-        m_tasks.push_back(PlanOne(company.Company_Code));
+    for (CompanyRecord company : companies) {
+        const QString folder = company.Company_Code;
+        company.Company_Code = LocalSpelling(known, folder);
+        company.Company_Key = company.Company_Code;
+        m_tasks.push_back(PlanOne(company.Company_Code, folder));
+        m_list.push_back(company);
+    }
 }
 
-ExchangeRun::Task ExchangeRun::PlanOne(const QString &company)
+ExchangeRun::Task ExchangeRun::PlanOne(const QString &company, const QString &folder)
 {
     m_progress(company, u"Checking the databases"_s, 0, 1);
     const LocalCompany local = m_local.Examine(company);
     Task task;
     task.Company = company;
+    task.Folder = folder;
     task.KeptSyncOption = local.Sync_Option;
     task.Employee_Number = local.Employee_Number;
-    task.Option = OptionOf(local, company);
+    task.Option = OptionOf(local, task);
     // Pages are read only where they would stay.
     task.Rewrite = Rewrites(task.Option) || !local.Complete || !m_local.ArePagesSound(company);
     return task;
 }
 
-SyncOption ExchangeRun::OptionOf(const LocalCompany &local, const QString &company) const
+SyncOption ExchangeRun::OptionOf(const LocalCompany &local, const Task &task) const
 {
     // The option that loses nothing, when what the user has chosen cannot be known any more.
     if (local.IsChoiceLost)
         return SyncOption::CollectAndRewrite;
     const bool hasChosen = !local.Sync_Option.isEmpty();
     return SyncOptionFromText(
-        hasChosen ? local.Sync_Option : ReadSyncOption(m_worklog, company), company);
+        hasChosen ? local.Sync_Option : ReadSyncOption(m_worklog, task.Folder), task.Company);
 }
 
-void ExchangeRun::PlanDropped(const std::vector<CompanyRecord> &companies, const QStringList &known)
+void ExchangeRun::PlanDropped(const KnownCompanies &known)
 {
-    // The accounting side has dropped the company, but the user's work for it must arrive.
-    for (const QString &company : known) {
-        if (IsListed(companies, company) || !IsUsableCompanyCode(company))
-            continue;
-        const LocalCompany local = m_local.Examine(company);
-        if (local.Sync_Option.isEmpty() && !local.IsChoiceLost)
-            continue;
-        Task task;
-        task.Company = company;
-        task.Employee_Number = local.Employee_Number;
-        task.Option = OptionOf(local, company);
-        if (Collects(task.Option))
-            m_tasks.push_back(task);
+    const QStringList listed = CodesOf(m_list);
+    // Where file names have a case, two spellings can have entries of their own.
+    const auto isListed = [&](const QString &code) {
+        const QString spelling = SpellingAmong(listed, code);
+        const bool isAnother = spelling != code && known.WithEntries.contains(spelling)
+            && known.WithEntries.contains(code);
+        return !spelling.isEmpty() && !isAnother;
+    };
+    for (const CompanyRecord &company : known.Listed) {
+        if (!isListed(company.Company_Code) && IsUsableCompanyCode(company.Company_Code))
+            PlanDropped(company, true);
+    }
+    const QStringList inList = CodesOf(known.Listed);
+    for (const QString &code : known.WithEntries) {
+        if (!isListed(code) && IsUsableCompanyCode(code) && SpellingAmong(inList, code) != code)
+            PlanDropped({code, code, code}, false);
     }
 }
 
-void ExchangeRun::BuildDatabases(
-    const std::vector<CompanyRecord> &companies, bool hasCompanyList, StagedDatabases &staged)
+void ExchangeRun::PlanDropped(const CompanyRecord &company, bool isInList)
+{
+    const LocalCompany local = m_local.Examine(company.Company_Code);
+    bool stays = false;
+    if (!local.Sync_Option.isEmpty() || local.IsChoiceLost) {
+        Task task;
+        task.Company = company.Company_Code;
+        task.Folder = company.Company_Code;
+        task.Employee_Number = local.Employee_Number;
+        task.Option = OptionOf(local, task);
+        if (Collects(task.Option))
+            m_tasks.push_back(task);
+        else
+            stays = m_local.CountEntries(company.Company_Code) != 0;
+    }
+    if (!stays) {
+        m_isListStale = m_isListStale || isInList;
+        return;
+    }
+    m_list.push_back(company);
+    m_list.back().Company_Name = DroppedCompanyName(company.Company_Name);
+    m_isListStale
+        = m_isListStale || !isInList || m_list.back().Company_Name != company.Company_Name;
+    m_written.append(company.Company_Code
+        + u": no longer in accounting; its entries stay on the computer, as its option says"_s);
+}
+
+void ExchangeRun::AnnounceErasures()
+{
+    for (const Task &task : m_tasks) {
+        if (task.Option != SyncOption::EraseAndRewrite)
+            continue;
+        const qint64 count = m_local.CountEntries(task.Company).value_or(0);
+        if (count > 0)
+            m_log.Write(task.Company + u": "_s + EntryCount(count)
+                + u" will be deleted without collecting "_s + (count == 1 ? u"it"_s : u"them"_s));
+    }
+}
+
+void ExchangeRun::BuildDatabases(StagedDatabases &staged)
 {
     const bool anyRewrite = std::any_of(
         m_tasks.begin(), m_tasks.end(), [](const Task &task) { return task.Rewrite; });
-    if (anyRewrite || !hasCompanyList) {
+    if (anyRewrite || m_isListStale) {
         // First, so that it is moved in first: a new company whose databases came without its name
         // in the list would be complete, and so never again a reason to write the list.
         const QString name = m_local.Main().GlobalName(DatabasePrefix::Company);
         m_written.append(
-            u"Written: Company "_s + QString::number(BuildCompanyTable(companies, name, staged)));
+            u"Written: Company "_s + QString::number(BuildCompanyTable(m_list, name, staged)));
     }
     for (const Task &task : m_tasks) {
         if (!task.Rewrite)
             continue;
-        ReferenceData data(m_worklog, task.Company, m_local.Main(), staged, m_progress);
+        ReferenceData data(
+            m_worklog, task.Folder, task.Company, m_local.Main(), staged, m_progress);
         m_written.append(task.Company + u": written: "_s + data.Build(task.KeptSyncOption));
     }
 }
@@ -136,7 +215,7 @@ void ExchangeRun::PrepareCollections()
         if (!Collects(task.Option))
             continue;
         m_progress(task.Company, EntriesName, 0, 1);
-        Collection collection(m_local, m_worklog, task.Company, task.Employee_Number);
+        Collection collection(m_local, m_worklog, task.Company, task.Employee_Number, task.Folder);
         const bool hasEntries = collection.Prepare();
         if (collection.FinishedCount() > 0)
             m_log.Write(task.Company + u": finished an interrupted run: "_s
@@ -161,7 +240,7 @@ void ExchangeRun::EraseEntries()
     for (const Task &task : m_tasks) {
         if (task.Option != SyncOption::EraseAndRewrite)
             continue;
-        Collection collection(m_local, m_worklog, task.Company, task.Employee_Number);
+        Collection collection(m_local, m_worklog, task.Company, task.Employee_Number, task.Folder);
         m_log.Write(task.Company + u": deleted "_s + EntryCount(collection.Erase())
             + u" without collecting"_s);
     }

@@ -14,6 +14,11 @@
 
 /// One synchronisation of one program folder, from its first file to its last.
 ///
+/// Companies are the same when their codes differ only in case; this computer keeps its spelling,
+/// because its databases are named after it. A company that the accounting system no longer lists
+/// is never erased: its entries are collected if its option says so, otherwise it stays in the
+/// Company table, see DroppedCompany.h.
+///
 /// Order:  everything that can be refused comes before everything that changes something.
 ///         1. Read and check all files; build every new database, in a folder of its own.
 ///         2. Write the entries of every company that hands some over, under hidden names.
@@ -37,18 +42,21 @@ private:
     struct Task
     {
         QString Company;
+        QString Folder; ///< the code as the accounting system spells it
         SyncOption Option = SyncOption::Nothing;
         bool Rewrite = false;
         QString KeptSyncOption; ///< see ReferenceData::Build
         QString Employee_Number;
     };
 
-    void PlanListed(const std::vector<CompanyRecord> &companies);
-    void PlanDropped(const std::vector<CompanyRecord> &companies, const QStringList &known);
-    Task PlanOne(const QString &company);
-    SyncOption OptionOf(const LocalCompany &local, const QString &company) const;
-    void BuildDatabases(
-        const std::vector<CompanyRecord> &companies, bool hasCompanyList, StagedDatabases &staged);
+    void PlanListed(const std::vector<CompanyRecord> &companies, const KnownCompanies &known);
+    void PlanDropped(const KnownCompanies &known);
+    /// One that the list on this computer has, or one without a place in it.
+    void PlanDropped(const CompanyRecord &company, bool isInList);
+    Task PlanOne(const QString &company, const QString &folder);
+    SyncOption OptionOf(const LocalCompany &local, const Task &task) const;
+    void AnnounceErasures();
+    void BuildDatabases(StagedDatabases &staged);
     void PrepareCollections();
     void DeliverCollections();
     void EraseEntries();
@@ -58,6 +66,8 @@ private:
     ExchangeLog &m_log;
     const ProgressReport &m_progress;
     std::vector<Task> m_tasks;
+    std::vector<CompanyRecord> m_list; // the Company table as it is to be
+    bool m_isListStale = false; // it has to be written, whatever the options say
     std::vector<Collection> m_prepared;
     QStringList m_written; // told when it is true
 };

@@ -7,10 +7,12 @@
 #include "store/Records.h"
 #include "store/StoreErrors.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -20,15 +22,21 @@ const std::array<QStringView, 7> ReferencePrefixes = {DatabasePrefix::Options,
 
 namespace {
 
+constexpr qint64 DefinitionBytes = 64 * 1024; // of a file's beginning, with its tables' definitions
+
+QByteArray DefinitionOf(const QString &name)
+{
+    return "CREATE TABLE \"" + name.toUtf8() + '"';
+}
+
 /// A file whose first bytes are damaged looks like another program's. Ours still has the statements
 /// that have made its tables.
 bool WasOurs(const QString &path, const QString &name)
 {
-    constexpr qint64 definitions = 64 * 1024;
-    const QByteArray head = ReadFileHead(path, definitions);
+    const QByteArray head = ReadFileHead(path, DefinitionBytes);
     return head.isEmpty()
         || (head.contains("CREATE TABLE Record_Store (Type_Code ")
-            && head.contains("CREATE TABLE \"" + name.toUtf8() + '"'));
+            && head.contains(DefinitionOf(name)));
 }
 
 /// SQLite plays a journal back into the database of its name, or deletes it. Before that it is
@@ -141,19 +149,58 @@ bool LocalDatabases::IsSound(const QString &name)
     }
 }
 
-std::optional<QStringList> LocalDatabases::CompanyCodes()
+std::optional<std::vector<CompanyRecord>> LocalDatabases::ReadCompanyList()
 {
     const QString name = m_main.GlobalName(DatabasePrefix::Company);
     try {
         const Open database(*this, name);
         if (!database.Exists())
             return {};
-        QStringList codes;
+        std::vector<CompanyRecord> list;
         CompanyRecord record;
         for (m_store.MoveFirst(database.Handle); m_store.ReadRecord(database.Handle, record);
              m_store.MoveNext(database.Handle))
-            codes.append(record.Company_Code);
-        return codes;
+            list.push_back(record);
+        return list;
+    } catch (const clsRunTimeError &error) {
+        TakeNoteOfDamage(name, error);
+        return {};
+    }
+}
+
+bool LocalDatabases::WasMadeAs(const QString &name) const
+{
+    try {
+        return ReadFileHead(FileOf(name), DefinitionBytes).contains(DefinitionOf(name));
+    } catch (const clsRunTimeError &) {
+        return false; // it is reported when a company of the list needs it
+    }
+}
+
+KnownCompanies LocalDatabases::Companies()
+{
+    KnownCompanies known;
+    if (auto list = ReadCompanyList()) {
+        known.HasList = true;
+        known.Listed = std::move(*list);
+    }
+    const QString entries = m_main.GlobalName(DatabasePrefix::Entries);
+    const QString ending = RecordStore::FileName(entries);
+    for (const QString &file :
+        QDir(Folder()).entryList({u'*' + ending}, QDir::Files | QDir::NoSymLinks, QDir::Name)) {
+        const QString company = file.chopped(ending.size());
+        if (WasMadeAs(company + entries))
+            known.WithEntries.append(company);
+    }
+    return known;
+}
+
+std::optional<qint64> LocalDatabases::CountEntries(const QString &company)
+{
+    const QString name = m_main.CompanyName(company, DatabasePrefix::Entries);
+    try {
+        const Open database(*this, name);
+        return database.Exists() ? m_store.GetRecordCount(database.Handle) : 0;
     } catch (const clsRunTimeError &error) {
         TakeNoteOfDamage(name, error);
         return {};

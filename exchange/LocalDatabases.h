@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/modDBMain.h"
+#include "store/Records.h"
 #include "store/RecordStore.h"
 
 #include <QSet>
@@ -9,6 +10,7 @@
 
 #include <array>
 #include <optional>
+#include <vector>
 
 class clsRunTimeError;
 
@@ -24,6 +26,15 @@ enum class SyncOption
 /// The option in a database or a file.
 /// Errors: BadOption, naming the option and the company.
 SyncOption SyncOptionFromText(const QString &text, const QString &company);
+
+/// The companies of this computer.
+struct KnownCompanies
+{
+    bool HasList = false; ///< there is a Company database, and it is sound
+    std::vector<CompanyRecord> Listed; ///< its records
+    /// Codes of those that have an Entries database, in the list or not.
+    QStringList WithEntries;
+};
 
 /// What the databases on this computer say about a company.
 struct LocalCompany
@@ -68,9 +79,10 @@ public:
     const modDBMain &Main() const { return m_main; }
     const QString &Folder() const { return m_main.Folder(); }
 
-    /// The codes in the Company database; nothing when there is no such database or it is damaged.
-    std::optional<QStringList> CompanyCodes();
+    KnownCompanies Companies();
     LocalCompany Examine(const QString &company);
+    /// 0 without an Entries database; std::nullopt when it is damaged.
+    std::optional<qint64> CountEntries(const QString &company);
     /// Whether every page of the company's reference databases is sound. Reads all of them.
     bool ArePagesSound(const QString &company);
 
@@ -90,6 +102,9 @@ private:
     QString JournalOf(const QString &name) const;
     QString FileOf(const QString &name) const;
     bool FileExists(const QString &name) const;
+    std::optional<std::vector<CompanyRecord>> ReadCompanyList();
+    /// Whether the file is the database that was made under its name, not a copy of another one.
+    bool WasMadeAs(const QString &name) const;
     /// Whether there is a database of that name that can be opened.
     bool IsSound(const QString &name);
     /// Raises again what is no damage; remembers a database that is damaged.

@@ -27,9 +27,14 @@ QString FileIn(const QString &folder, const QString &relative)
     return found;
 }
 
-QString TableFile(const QString &worklog, const QString &company, const QString &table)
+QString TableFile(const QString &worklog, const QString &folder, const QString &table)
 {
-    return FileIn(worklog, company + u'/' + table + u".csv"_s);
+    return FileIn(worklog, folder + u'/' + table + u".csv"_s);
+}
+
+QString DefaultSyncOption(const QString &fromFile)
+{
+    return fromFile == "2"_L1 ? u"0"_s : fromFile;
 }
 
 /// Users tell the things apart by their terms, and so does the lookup.
@@ -83,13 +88,13 @@ std::vector<CompanyRecord> ReadCompanies(const QString &worklog)
     return companies;
 }
 
-QString ReadSyncOption(const QString &worklog, const QString &company)
+QString ReadSyncOption(const QString &worklog, const QString &folder)
 {
     TableReader<OptionsRecord> reader(
-        TableFile(worklog, company, u"Options"_s), ReferenceTables::Options());
+        TableFile(worklog, folder, u"Options"_s), ReferenceTables::Options());
     OptionsRecord record;
     reader.Read(record); // what is wrong with the file is told when it is read as a whole
-    return record.Sync_Option;
+    return DefaultSyncOption(record.Sync_Option);
 }
 
 qint64 BuildCompanyTable(
@@ -105,9 +110,10 @@ qint64 BuildCompanyTable(
     return std::ssize(companies);
 }
 
-ReferenceData::ReferenceData(const QString &worklog, const QString &company, const modDBMain &names,
-    StagedDatabases &staged, const ProgressReport &progress)
+ReferenceData::ReferenceData(const QString &worklog, const QString &folder, const QString &company,
+    const modDBMain &names, StagedDatabases &staged, const ProgressReport &progress)
     : m_worklog(worklog)
+    , m_folder(folder)
     , m_company(company)
     , m_names(names)
     , m_staged(staged)
@@ -120,8 +126,8 @@ QString ReferenceData::Build(const QString &keptSyncOption)
     BuildOneRecord<OptionsRecord>(
         ReferenceTables::Options(), [&](OptionsRecord &record, const CsvReader &csv) {
             CheckTerms(record, csv);
-            if (!keptSyncOption.isEmpty())
-                record.Sync_Option = keptSyncOption;
+            record.Sync_Option
+                = keptSyncOption.isEmpty() ? DefaultSyncOption(record.Sync_Option) : keptSyncOption;
         });
     BuildOneRecord<EmployeeRecord>(
         ReferenceTables::Employee(), [](EmployeeRecord &, const CsvReader &) {});
@@ -137,7 +143,7 @@ template <class Record>
 qint64 ReferenceData::BuildTable(
     const TableDefinition<Record> &definition, const Check<Record> &check)
 {
-    TableReader<Record> reader(TableFile(m_worklog, m_company, definition.Name), definition);
+    TableReader<Record> reader(TableFile(m_worklog, m_folder, definition.Name), definition);
     StagedDatabases::Table<Record> table(
         m_staged, m_names.CompanyName(m_company, definition.Prefix));
     qint64 count = 0;
@@ -187,7 +193,7 @@ void ReferenceData::BuildOneRecord(
         check(record, csv);
     });
     if (seen == 0)
-        RaiseFileError(TableFile(m_worklog, m_company, definition.Name), 2,
+        RaiseFileError(TableFile(m_worklog, m_folder, definition.Name), 2,
             u"the table has no record behind its header"_s);
 }
 
@@ -254,7 +260,7 @@ void ReferenceData::BuildProjects()
 void ReferenceData::RefuseRepeatedProjects()
 {
     const TableDefinition<ProjectRecord> &definition = ReferenceTables::Projects();
-    TableReader<ProjectRecord> reader(TableFile(m_worklog, m_company, definition.Name), definition);
+    TableReader<ProjectRecord> reader(TableFile(m_worklog, m_folder, definition.Name), definition);
     CodeSet codes;
     ProjectRecord record;
     while (reader.Read(record))

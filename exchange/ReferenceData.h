@@ -23,8 +23,9 @@
 /// their letters are refused, because they would name the same files on some systems.
 std::vector<CompanyRecord> ReadCompanies(const QString &worklog);
 
-/// The synchronisation option that a company's Options file gives.
-QString ReadSyncOption(const QString &worklog, const QString &company);
+/// The synchronization option that a company has before its user chooses one: that of its Options
+/// file, but "0" in place of "2". Only the user decides that entries are erased.
+QString ReadSyncOption(const QString &worklog, const QString &folder);
 
 /// Builds the Company database; the number of its records.
 qint64 BuildCompanyTable(
@@ -34,12 +35,13 @@ qint64 BuildCompanyTable(
 class ReferenceData
 {
 public:
-    /// `names` gives the databases their names; all arguments outlive the object.
-    ReferenceData(const QString &worklog, const QString &company, const modDBMain &names,
-        StagedDatabases &staged, const ProgressReport &progress);
+    /// `folder` is the company's code as the accounting system spells it, `company` as this
+    /// computer does; `names` gives the databases their names. All arguments outlive the object.
+    ReferenceData(const QString &worklog, const QString &folder, const QString &company,
+        const modDBMain &names, StagedDatabases &staged, const ProgressReport &progress);
 
-    /// `keptSyncOption` takes the place of the file's, unless it is empty. The result names the
-    /// tables with the number of their records, for the log.
+    /// `keptSyncOption` is the user's choice; while there is none, the option is that of
+    /// ReadSyncOption. The result names the tables with the number of their records, for the log.
     QString Build(const QString &keptSyncOption);
 
 private:
@@ -62,6 +64,7 @@ private:
     void BuildActivities();
 
     QString m_worklog;
+    QString m_folder;
     QString m_company;
     const modDBMain &m_names;
     StagedDatabases &m_staged;

@@ -89,10 +89,12 @@ QString Uploads::DigestFileOf(const QString &batch) const
 
 QString Uploads::Delivered(const QString &batch) const
 {
-    const QString uploads = PlaceIn(PlaceIn(m_worklog, m_company), UploadsName);
-    const QString waiting = FindIgnoringCase(uploads, batch + u".csv"_s);
-    return waiting.isEmpty() ? FindIgnoringCase(uploads, u"imported/"_s + batch + u".csv"_s)
-                             : waiting;
+    // Also below another spelling of the company's code, should both folders be there.
+    const QString uploads = m_company + u'/' + UploadsName + u'/';
+    const QString waiting = FindIgnoringCase(m_worklog, uploads + batch + u".csv"_s);
+    return waiting.isEmpty()
+        ? FindIgnoringCase(m_worklog, uploads + u"imported/"_s + batch + u".csv"_s)
+        : waiting;
 }
 
 void Uploads::Secure(const QString &delivered)

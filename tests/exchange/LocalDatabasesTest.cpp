@@ -188,7 +188,7 @@ TEST(LocalDatabases, ADamagedOptionsDatabaseLosesNoEntry)
     Overwrite(file, Contents(file).left(300));
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
     EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
-    EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"2"_s);
+    EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"0"_s);
 }
 
 TEST(LocalDatabases, AMissingOptionsDatabaseLosesNoEntry)
@@ -202,7 +202,7 @@ TEST(LocalDatabases, AMissingOptionsDatabaseLosesNoEntry)
     ASSERT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
     EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
     EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
-    EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"2"_s);
+    EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"0"_s);
 }
 
 TEST(LocalDatabases, ADroppedCompanyWhoseChoiceIsLostHandsOver)

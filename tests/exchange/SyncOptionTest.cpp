@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -96,6 +98,53 @@ TEST_F(SyncOptions, EachCompanyHasItsOwn)
     SynchroniseWith(u"1"_s);
     EXPECT_TRUE(Place.Entries(u"ABC"_s).empty());
     EXPECT_EQ(Place.Entries(u"TWO"_s).size(), 1U);
+}
+
+/// Companies about which the user of this computer has chosen nothing yet.
+class DefaultSyncOption : public testing::Test
+{
+protected:
+    void ExpectCollected(qsizetype uploads) const
+    {
+        Place.PutEntries(u"ABC"_s, {EntryNumber(static_cast<int>(uploads))});
+        const Outcome outcome = Place.Synchronise();
+        EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+        EXPECT_EQ(Place.Uploads(u"ABC"_s).size(), uploads);
+        EXPECT_EQ(Place.Options(u"ABC"_s).Sync_Option, u"0"_s);
+        EXPECT_FALSE(Place.Log().contains(u"without collecting"_s));
+    }
+
+    const Installation Place;
+};
+
+TEST_F(DefaultSyncOption, ErasesNothingInACompanyThatIsNew)
+{
+    Place.Replace(u"ABC/Options.csv"_s, "Ledger,0", "Ledger,2");
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
+    EXPECT_EQ(Place.Options(u"ABC"_s).Sync_Option, u"0"_s);
+    ExpectCollected(1);
+}
+
+TEST_F(DefaultSyncOption, ErasesNothingInACompanyWhoseOptionsWereLost)
+{
+    ASSERT_EQ(Place.Synchronise().ExitStatus, 0);
+    Place.Choose(u"ABC"_s, u"2"_s);
+    Place.Replace(u"ABC/Options.csv"_s, "Ledger,0", "Ledger,2");
+    ASSERT_TRUE(QFile::remove(Place.Program + u"/ABCOptions-WkLg.db"_s));
+    ExpectCollected(1);
+    ExpectCollected(2); // now with the options that the run before has written
+}
+
+TEST_F(SyncOptions, WhatTheUserHasChosenToEraseIsAnnouncedWithItsNumber)
+{
+    SynchroniseWith(u"2"_s);
+    const QString log = Place.Log();
+    const qsizetype announced
+        = log.indexOf(u"ABC: 2 entries will be deleted without collecting them"_s);
+    ASSERT_GE(announced, 0) << qPrintable(log);
+    EXPECT_GT(log.indexOf(u"ABC: deleted 2 entries"_s), announced);
+    SynchroniseWith(u"2"_s); // with none left there is nothing to announce
+    EXPECT_EQ(Place.Log().count(u"will be deleted"_s), 1);
 }
 
 } // namespace
