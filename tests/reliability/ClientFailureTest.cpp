@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <numeric>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -281,6 +282,48 @@ TEST_F(ClientFailure, OfTheClockLosesAndDoublesNothing)
     TellCount("client, clock jumps", std::ssize(jumps));
 }
 
+TEST(Clients, OfManyComputersAtOneRootDeliverEveryEntryOnce)
+{
+    const int computers = Rounds(6, 50);
+    constexpr int entriesOfEach = 120;
+    Installation place;
+    const QTemporaryDir folders{SampleFolderTemplate()};
+    const auto use = [&](int computer) {
+        place.Program = folders.filePath(QString::number(computer));
+        QDir().mkpath(place.Program);
+    };
+    std::vector<int> all;
+    for (int computer = 0; computer < computers; ++computer) {
+        use(computer);
+        ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+        std::vector<int> numbers(entriesOfEach);
+        std::iota(numbers.begin(), numbers.end(), computer * entriesOfEach);
+        place.PutEntries(u"ABC"_s, EntriesOf(numbers));
+        all.insert(all.end(), numbers.begin(), numbers.end());
+    }
+    std::vector<std::unique_ptr<QProcess>> clients;
+    for (int computer = 0; computer < computers; ++computer) {
+        use(computer);
+        clients.push_back(place.Start());
+    }
+    for (const auto &client : clients) {
+        EXPECT_TRUE(client->waitForFinished(DeadlineMilliseconds));
+        EXPECT_EQ(client->exitCode(), 0) << client->readAllStandardError().toStdString();
+    }
+    for (int computer = 0; computer < computers; ++computer) {
+        use(computer);
+        EXPECT_TRUE(place.Entries(u"ABC"_s).empty());
+    }
+    QStringList delivered;
+    for (const QString &name : place.Uploads(u"ABC"_s))
+        delivered.append(UploadedLines(place.UploadPath(u"ABC"_s, name)));
+    delivered.sort();
+    EXPECT_TRUE(delivered == LinesOf(all));
+    EXPECT_EQ(place.Uploads(u"ABC"_s).size(), computers);
+    TellCount("clients at one root at once", computers);
+    TellCount("entries delivered by them, each once", delivered.size());
+}
+
 /// A program over the folder, whose client something happens to.
 class ProgramAndClient : public ClientFailure
 {
@@ -365,13 +408,14 @@ TEST_F(ProgramAndClient, KilledTogetherAtAnyMomentLoseAndDoubleNothing)
     TellCount("program and client killed together", runs);
 }
 
-TEST_F(ProgramAndClient, OfWhichTheProgramIsKilledAtAnyMomentLoseAndDoubleNothing)
+TEST_F(ProgramAndClient, OfWhichTheProgramIsEndedAtAnyMomentLoseAndDoubleNothing)
 {
     int runs = 0;
     bool killed = true;
     for (int call = 1; killed && !HasFailure(); call += Rounds(9, 1)) {
         UseFaulted(u"kill"_s, 0);
-        const auto process = StartProgram({QString::number(call)});
+        const QString fault = runs % 2 == 0 ? u"kill"_s : u"terminate"_s;
+        const auto process = StartProgram({fault, QString::number(call)});
         ASSERT_TRUE(process->waitForFinished(DeadlineMilliseconds));
         killed = process->exitStatus() == QProcess::CrashExit;
         SCOPED_TRACE("killed at call " + std::to_string(call));
@@ -379,7 +423,7 @@ TEST_F(ProgramAndClient, OfWhichTheProgramIsKilledAtAnyMomentLoseAndDoubleNothin
         ++runs;
     }
     EXPECT_GT(runs, 5);
-    TellCount("program killed around a synchronization", runs);
+    TellCount("program killed, or asked to end, around a synchronization", runs);
 }
 
 TEST_F(ProgramAndClient, RefuseASecondStartAtEveryMoment)

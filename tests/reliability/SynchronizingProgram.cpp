@@ -6,9 +6,9 @@
 
 /// Starts the program over a folder and synchronizes it, with a client of its own:
 ///
-///     synchronizing_program <folder> [<call>]
+///     synchronizing_program <folder> [kill|terminate <call>]
 ///
-/// kills itself at that call to the disk in the folder. What it reported is written to standard
+/// which ends it at that call to the disk in the folder. What it reported is written to standard
 /// output, a line each. Exit status 0: it came to its end, with its window open again.
 int main(int argc, char **argv)
 {
@@ -23,8 +23,9 @@ int main(int argc, char **argv)
     clsSystemProcess process;
     ProgramOnDisk program(folder, &process);
     program.StartUp();
-    if (argc > 2)
-        disk.FailAt(QByteArray(argv[2]).toInt(), DiskFault::Kill);
+    if (argc > 3)
+        disk.FailAt(QByteArray(argv[3]).toInt(),
+            QByteArray(argv[2]) == "terminate" ? DiskFault::Terminate : DiskFault::Kill);
     if (program.Window() != nullptr)
         program.Click("cmdSync");
     disk.Repair();
