@@ -18,6 +18,7 @@ clsProgram::clsProgram(const QString &programFolder, const ProgramServices &serv
     , m_folder(programFolder)
     , m_tables(programFolder)
     , m_backup(m_tables, services.Clock)
+    , m_afterSync(m_tables)
     , m_sync(m_tables, m_session, services.Messages, services.Process, m_backup)
     , m_deleteDatabases(m_tables, m_sync, m_backup, services.Messages)
     , m_lookupModule(m_tables, m_session, m_entry, m_filter, m_lookup, services.Messages)
@@ -50,6 +51,8 @@ void clsProgram::HoldTheLock()
 void clsProgram::StartUp()
 {
     TryStartUp();
+    // Here, because the program may have been killed while the last synchronization ran.
+    Report([this] { ReportSynchronization(); });
     EndWithoutWindow();
 }
 
@@ -152,8 +155,6 @@ void clsProgram::SyncCommand()
         return;
     m_sync.RunSynchronisation();
     StartAgain();
-    Report([this] { TellMissingEntries(); });
-    EndWithoutWindow();
 }
 
 void clsProgram::DeleteDatabasesCommand()
@@ -174,14 +175,16 @@ void clsProgram::DeleteDatabasesCommand()
         m_services.Messages.Tell(u"Failed to delete databases."_s);
     m_session.DeletionInProgress = false;
     StartAgain();
-    EndWithoutWindow();
 }
 
-void clsProgram::TellMissingEntries()
+void clsProgram::ReportSynchronization()
 {
-    const QString missing = m_backup.WhatIsMissing();
-    if (!missing.isEmpty())
-        m_services.Messages.Tell(missing);
+    if (!m_lock.IsHeld())
+        return; // another instance works on the databases
+    const QString report = m_afterSync.Report();
+    if (!report.isEmpty())
+        m_services.Messages.Tell(report);
+    m_afterSync.Finish();
 }
 
 void clsProgram::StartAgain()
@@ -190,5 +193,5 @@ void clsProgram::StartAgain()
     m_session.CurrentCompanyCode.clear();
     m_list.LastCompany.clear();
     m_filter = FilterState();
-    TryStartUp();
+    StartUp();
 }

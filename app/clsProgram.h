@@ -18,6 +18,7 @@
 #include "session/SessionState.h"
 #include "session/SortState.h"
 #include "store/Tables.h"
+#include "sync/modAfterSync.h"
 #include "sync/modDeleteDatabases.h"
 #include "sync/modSync.h"
 
@@ -73,7 +74,7 @@ private:
     void TryStartUp();
     void StartAgain(); ///< after everything that the restart begins anew
     void EndWithoutWindow(); ///< the last step of every start-up: the user has been told why
-    void TellMissingEntries();
+    void ReportSynchronization(); ///< whose outcome has not been reported yet
 
     ProgramServices m_services;
     QString m_folder;
@@ -87,6 +88,7 @@ private:
     EntryScreen m_screen;
     clsInstanceLock m_lock;
     modBackup m_backup;
+    modAfterSync m_afterSync;
     modSync m_sync;
     modDeleteDatabases m_deleteDatabases;
     modLookup m_lookupModule;

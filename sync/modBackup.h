@@ -2,17 +2,19 @@
 
 #include "platform/clsClock.h"
 #include "store/Tables.h"
+#include "sync/BackupFolders.h"
 
 #include <QString>
+#include <QStringList>
 
-#include <vector>
-
-/// Copies of the entries, made before the accounting client gets at them.
+/// Copies of the entries, made before the exchange client can change them.
 ///
-/// Files:  backup/<time>/<name>.db in the program folder, one folder a synchronisation, the newest
-///         ten kept. A copy is the file as it was, under its own name; it is put back by copying it
-///         over the one in the program folder while the program does not run.
-/// Errors: clsRunTimeError, naming the file, when a copy cannot be made: then nothing may get at
+/// Files:  <name>.db in a folder per synchronization, see BackupFolders; the newest ten are kept. A
+///         copy is the file as it was, under its own name; it is restored by copying it over the
+///         one in the program folder while the program does not run. A copy that is equal to the
+///         one made after it is not kept: however often a synchronization is repeated, the copies
+///         that differ stay.
+/// Errors: clsRunTimeError, naming the file, when a copy cannot be made: then no program may change
 ///         the entries.
 class modBackup
 {
@@ -22,44 +24,28 @@ public:
     modBackup(Tables &tables, const clsClock &clock); // both outlive it
 
     /// Copies every Entries database of the folder, listed companies' or not, durably, and reads
-    /// each copy back.
+    /// each copy again. A SyncNote with the options in force and `worklog` is in their folder from
+    /// then on, see modAfterSync.
     /// \pre no database is open, and none has a journal.
-    void CopyEntries();
-
-    /// What to tell the user after the synchronisation that followed CopyEntries: entries that are
-    /// gone although the accounting side was asked neither to take nor to erase them, or that
-    /// cannot be read any more, and where their copy is. Empty when there is nothing to tell.
-    QString WhatIsMissing();
-    void Forget() { m_copies.clear(); } ///< from now on nothing is missing
+    void CopyEntries(const QString &worklog);
 
     /// Deletes all copies.
     void DeleteCopies();
 
 private:
-    struct Copy
-    {
-        QString Name; ///< of the database
-        bool MayBeTaken = false; ///< its company's option says so
-    };
-
-    QString BackupFolder() const;
-    QString FolderOf(const QString &time) const;
     QStringList EntriesFiles(const QString &folder, const QString &ending) const;
-    QStringList Times() const; ///< the copies' folders, the oldest first
-    QString NewTime() const;
-    QByteArray ReadOriginal(const QString &name);
+    void CopyOriginal(const QString &name, const QString &to);
     /// Reserves the name of the batch in which the entries are delivered next, unless that is done:
     /// a copy that is restored later is then recognized by it, and delivered only once.
     void ReserveBatch(const QString &name, RecordStore::Handle entries);
     QString CompanyOf(const QString &name) const; ///< of an Entries database
-    static void WriteCopy(const QString &fileName, const QByteArray &contents);
-    bool MayBeTaken(const QString &name);
-    QString MissingFrom(const Copy &copy);
-    qsizetype CountMissing(const Copy &copy);
-    void RemoveFolder(const QString &time) const;
+    QString OptionOf(const QString &name); ///< empty when it cannot be read
+    void CopyAll(const QStringList &files, const QString &folder, const QString &worklog);
+    bool AreSame(const QString &one, const QString &other) const;
+    void RemoveOld(const QString &newest) const;
+    void RemoveFolder(const QString &name) const;
 
     Tables &m_tables;
     const clsClock &m_clock;
-    QString m_time; // of the last copies
-    std::vector<Copy> m_copies;
+    BackupFolders m_folders;
 };

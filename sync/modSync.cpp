@@ -176,7 +176,7 @@ void modSync::StartClientAndWait()
     const QString program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
     const QString arguments = ClientArguments(launch, folder);
     const clsWorkingFolder inHome(home.isEmpty() ? JoinPath(launch.Root, u"Home"_s) : home);
-    m_backup.CopyEntries();
+    m_backup.CopyEntries(FindIgnoringCase(launch.Root, u"worklog"_s));
     if (program.isEmpty() || !TellsFolder(arguments, folder)
         || !m_process.RunAndWait(program, arguments, home))
         throw clsRunTimeError(RunTimeErrors::ProcessNotStarted, u"MAS 90 and MAS 200 Sync"_s,
@@ -187,7 +187,6 @@ void modSync::RunSynchronisation()
 {
     try {
         m_session.SynchronisationInProgress = true;
-        m_backup.Forget();
         CloseAllDatabases();
         if (CheckEntriesExist())
             StartClientAndWait();

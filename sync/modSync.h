@@ -47,9 +47,9 @@ public:
     /// ones too.
     void CloseAllDatabases();
 
-    /// Copies the entries before the client is started. What is missing after the restart, the
-    /// backup then knows.
-    /// \pre the main window is unloaded. All databases are closed afterwards.
+    /// Copies the entries before the client is started; without the copies it is not. What became
+    /// of the entries, modAfterSync reports after the restart. \pre the main window is unloaded.
+    /// All databases are closed afterwards.
     void RunSynchronisation();
 
     /// Records in the global options whether any company has entries; false, and the user has

@@ -17,6 +17,7 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -300,7 +301,7 @@ TEST_F(Program, EntriesThatVanishUnaskedAreToldAfterTheRestartWithTheirCopy)
     BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
     clsProgram program(Folder(), Services());
     program.StartUp();
-    const QString copy = Native(Folder() + u"/backup/20260309-103000"_s);
+    const QString copy = Native(Folder() + u"/backup/000001-20260309-103000"_s);
     bool copyCameFirst = false;
     m_process.Work = [&] {
         copyCameFirst = QFile::exists(copy + u"/ABCEntries-WkLg.db"_s);
@@ -309,10 +310,9 @@ TEST_F(Program, EntriesThatVanishUnaskedAreToldAfterTheRestartWithTheirCopy)
     PressSync(*program.MainWindow());
     EXPECT_TRUE(copyCameFirst);
     ASSERT_NE(program.MainWindow(), nullptr);
-    EXPECT_THAT(m_messages.Texts(),
-        ElementsAre(u"An entry is no longer in %1, and nobody was asked to collect or erase "
-                    "entries.\n\nA copy from before the synchronization is kept in\n%2"_s.arg(
-                        File(u"ABCEntries-WkLg"_s), copy)));
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"An entry of the company ABC "_s));
+    EXPECT_TRUE(m_messages.Shown[0].Text.contains(copy));
 
     // The next one finds what is there, and says nothing.
     m_messages.Shown.clear();
@@ -323,6 +323,70 @@ TEST_F(Program, EntriesThatVanishUnaskedAreToldAfterTheRestartWithTheirCopy)
     m_messages.Answers = {MessageAnswer::Yes};
     ChooseDeleteDatabases(*program.MainWindow());
     EXPECT_FALSE(QFileInfo::exists(Folder() + u"/backup"_s));
+}
+
+TEST_F(Program, KilledDuringASynchronizationItReportsAtItsNextStartAndOnlyThen)
+{
+    MakeInstallation();
+    SampleCompany company;
+    company.Options.Sync_Option = u"2"_s;
+    company.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(3))};
+    BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
+    // What is on the disk when the program is killed after the client has worked.
+    const QTemporaryDir killed;
+    const QString left = Native(killed.path());
+    m_process.Work = [&] {
+        QFile::remove(File(u"ABCEntries-WkLg"_s));
+        QDirIterator at(Folder(), QDir::Files, QDirIterator::Subdirectories);
+        while (at.hasNext()) {
+            const QString to = left + u'/' + QDir(Folder()).relativeFilePath(at.next());
+            QDir().mkpath(QFileInfo(to).path());
+            ASSERT_TRUE(QFile::copy(at.filePath(), to));
+        }
+    };
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    PressSync(*program.MainWindow());
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    const QString report = m_messages.Shown[0].Text;
+    EXPECT_TRUE(report.startsWith(u"An entry of the company ABC "_s)) << report.toStdString();
+    EXPECT_TRUE(report.contains(u"erases entries"_s)) << report.toStdString();
+
+    for (int start = 0; start < 2; ++start) {
+        m_messages.Shown.clear();
+        clsProgram next(left, Services());
+        next.StartUp();
+        ASSERT_NE(next.MainWindow(), nullptr);
+        if (start == 0)
+            EXPECT_THAT(m_messages.Texts(), ElementsAre(QString(report).replace(Folder(), left)));
+        else
+            EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    }
+}
+
+TEST_F(Program, ASecondInstanceLeavesTheReportToTheFirst)
+{
+    MakeInstallation();
+    SampleCompany company;
+    company.Options.Sync_Option = u"3"_s;
+    company.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(3))};
+    BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    QStringList toldBySecond;
+    m_process.Work = [&] {
+        QFile::remove(File(u"ABCEntries-WkLg"_s));
+        clsProgram second(Folder(), Services());
+        second.StartUp();
+        toldBySecond = m_messages.Texts();
+        m_messages.Shown.clear();
+    };
+    PressSync(*program.MainWindow());
+    EXPECT_THAT(toldBySecond, ElementsAre(u"Error 70; Worklog Remote is already running."_s));
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"An entry of the company ABC "_s));
 }
 
 TEST_F(Program, EntriesThatCannotBeReadAfterTheClientAreToldBeforeTheProgramEnds)
@@ -341,7 +405,8 @@ TEST_F(Program, EntriesThatCannotBeReadAfterTheClientAreToldBeforeTheProgramEnds
     PressSync(*program.MainWindow());
     ASSERT_EQ(m_messages.Shown.size(), 2);
     EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"Error "_s));
-    EXPECT_TRUE(m_messages.Shown[1].Text.contains(Native(Folder() + u"/backup/20260309-103000"_s)));
+    EXPECT_TRUE(
+        m_messages.Shown[1].Text.contains(Native(Folder() + u"/backup/000001-20260309-103000"_s)));
     EXPECT_EQ(program.MainWindow(), nullptr);
     EXPECT_EQ(toldAtTheEnd, 2);
 }

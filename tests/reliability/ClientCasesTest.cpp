@@ -166,7 +166,7 @@ TEST_F(ClientCases, ThatDeleteDatabasesAreFollowedByWhatIsMissing)
     ASSERT_NE(m_program->Window(), nullptr);
     ASSERT_EQ(m_program->Messages.Shown.size(), 2) << Told();
     EXPECT_EQ(m_program->Messages.Shown[0].Text, u"Please perform a synchronization first."_s);
-    EXPECT_TRUE(m_program->Messages.Shown[1].Text.startsWith(u"2 entries are no longer in "_s));
+    EXPECT_TRUE(m_program->Messages.Shown[1].Text.startsWith(u"2 entries of the company ABC "_s));
     SetUpPlace(u"second"_s, u"accounting2"_s);
     WriteClient("rm *.db");
     Synchronise();

@@ -1,5 +1,5 @@
-// Copies of the entries around a synchronisation: whole, durable, ten of them, and looked into when
-// entries are gone that nobody was asked to take.
+// Copies of the entries before a synchronization: whole, durable, and ten of them that differ,
+// whatever the clock says.
 
 #include "platform/Paths.h"
 #include "sync/modBackup.h"
@@ -28,6 +28,7 @@ using testing::IsEmpty;
 namespace {
 
 const QString Name = u"ABCEntries-WkLg"_s;
+const QString Worklog = u"/srv/accounting/worklog"_s;
 
 EntryRecord Entry(const QString &description)
 {
@@ -80,10 +81,14 @@ protected:
         entries.Handle = m_folder->Tables.Main.CloseTable(entries.Handle);
     }
 
-    QString Told(const QString &what) const
+    /// Copies the entries after one more was entered.
+    void CopyChanged()
     {
-        return what + u"\n\nA copy from before the synchronization is kept in\n"_s
-            + JoinPath(BackupFolder(), u"20260309-103000"_s);
+        modDBEntr &entries = m_folder->Tables.Entries;
+        entries.Handle = m_folder->Tables.Main.OpenTable(Name);
+        entries.AddEntry(Entry(u"one more"_s));
+        entries.Handle = m_folder->Tables.Main.CloseTable(entries.Handle);
+        m_backup->CopyEntries(Worklog);
     }
 
     clsFixedClock m_clock;
@@ -98,23 +103,23 @@ TEST_F(Backup, HoldsEveryEntriesDatabaseByteForByte)
     Build();
     BuildDatabase<EntryRecord>(
         m_folder->Path(), u"GONEEntries-WkLg"_s, {Entry(u"of a company no longer listed"_s)});
-    m_backup->CopyEntries();
-    EXPECT_THAT(Times(), ElementsAre(u"20260309-103000"_s));
-    const QDir copies(BackupFolder() + u"/20260309-103000"_s);
+    m_backup->CopyEntries(Worklog);
+    EXPECT_THAT(Times(), ElementsAre(u"000001-20260309-103000"_s));
+    const QDir copies(BackupFolder() + u"/000001-20260309-103000"_s);
     EXPECT_THAT(copies.entryList(QDir::Files),
-        ElementsAre(u"ABCEntries-WkLg.db"_s, u"GONEEntries-WkLg.db"_s));
+        ElementsAre(u"ABCEntries-WkLg.db"_s, u"GONEEntries-WkLg.db"_s, u"unfinished.json"_s));
     for (const QString &name : {Name, u"GONEEntries-WkLg"_s})
         EXPECT_EQ(Bytes(copies.filePath(name + u".db"_s)), Bytes(File(name)));
-    EXPECT_THAT(m_backup->WhatIsMissing(), QString());
 }
 
 TEST_F(Backup, IsPutBackByCopyingTheFile)
 {
     Build();
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     Remove({2, 1, 0});
     ASSERT_TRUE(QFile::remove(File()));
-    ASSERT_TRUE(QFile::copy(BackupFolder() + u"/20260309-103000/ABCEntries-WkLg.db"_s, File()));
+    ASSERT_TRUE(
+        QFile::copy(BackupFolder() + u"/000001-20260309-103000/ABCEntries-WkLg.db"_s, File()));
     modDBEntr &entries = m_folder->Tables.Entries;
     entries.Handle = m_folder->Tables.Main.OpenTable(Name);
     EXPECT_EQ(entries.GetRecordCount(), 3);
@@ -125,9 +130,8 @@ TEST_F(Backup, IsNotMadeWithoutEntriesDatabases)
 {
     Build();
     ASSERT_TRUE(QFile::remove(File()));
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     EXPECT_FALSE(QFileInfo::exists(BackupFolder()));
-    EXPECT_EQ(m_backup->WhatIsMissing(), QString());
 }
 
 TEST_F(Backup, KeepsTheNewestTen)
@@ -135,16 +139,53 @@ TEST_F(Backup, KeepsTheNewestTen)
     Build();
     for (int i = 0; i < 13; ++i) {
         m_clock.Time = m_clock.Time.addSecs(i < 6 ? 60 : 0); // some within one second
-        m_backup->CopyEntries();
+        CopyChanged();
     }
     EXPECT_EQ(Times().size(), 10);
-    EXPECT_EQ(Times().first(), u"20260309-103400"_s);
-    EXPECT_EQ(Times().last(), u"20260309-103600-08"_s);
+    EXPECT_EQ(Times().first(), u"000004-20260309-103400"_s);
+    EXPECT_EQ(Times().last(), u"000013-20260309-103600"_s);
+}
 
-    m_clock.Time = m_clock.Time.addYears(-1); // a clock that was set back
-    m_backup->CopyEntries();
-    EXPECT_EQ(Times().size(), 10);
-    EXPECT_EQ(Times().first(), u"20250309-103600"_s);
+TEST_F(Backup, LosesNoCopyToAClockThatWasWrong)
+{
+    Build();
+    m_clock.Time = m_clock.Time.addYears(50);
+    for (int i = 0; i < 6; ++i)
+        CopyChanged();
+    m_clock.Time = m_clock.Time.addYears(-51);
+    for (int i = 0; i < 6; ++i)
+        CopyChanged();
+    ASSERT_EQ(Times().size(), 10);
+    EXPECT_EQ(Times().first(), u"000003-20760309-103000"_s);
+    EXPECT_EQ(Times().last(), u"000012-20250309-103000"_s);
+}
+
+TEST_F(Backup, RepeatedWithTheSameEntriesLosesNoCopyThatDiffers)
+{
+    Build();
+    CopyChanged();
+    CopyChanged();
+    for (int i = 0; i < 12; ++i)
+        m_backup->CopyEntries(Worklog);
+    EXPECT_THAT(Times(), ElementsAre(u"000001-20260309-103000"_s, u"000014-20260309-103000"_s));
+    EXPECT_EQ(
+        Bytes(BackupFolder() + u"/000014-20260309-103000/ABCEntries-WkLg.db"_s), Bytes(File()));
+}
+
+TEST_F(Backup, CountsOnFromCopiesThatAreNamedAfterTheirTimeAlone)
+{
+    Build();
+    for (const QString &old : {u"20990309-103000"_s, u"20990309-103000-02"_s}) {
+        QDir().mkpath(BackupFolder() + u'/' + old);
+        Write(BackupFolder() + u'/' + old + u"/ABCEntries-WkLg.db"_s, old.toUtf8());
+    }
+    for (int i = 0; i < 9; ++i)
+        CopyChanged();
+    ASSERT_EQ(Times().size(), 10);
+    EXPECT_EQ(Times().first(), u"000001-20260309-103000"_s);
+    EXPECT_EQ(Times().last(), u"20990309-103000-02"_s);
+    m_backup->DeleteCopies();
+    EXPECT_FALSE(QFileInfo::exists(BackupFolder()));
 }
 
 TEST_F(Backup, LeavesWhatSomebodyElseKeepsThere)
@@ -153,92 +194,13 @@ TEST_F(Backup, LeavesWhatSomebodyElseKeepsThere)
     QDir().mkpath(BackupFolder() + u"/mine"_s);
     Write(BackupFolder() + u"/mine/ABCEntries-WkLg.db"_s, "mine");
     for (int i = 0; i < 12; ++i) {
-        m_backup->CopyEntries();
+        CopyChanged();
         if (i == 0)
-            Write(BackupFolder() + u"/20260309-103000/letter.txt"_s, "mine too");
+            Write(BackupFolder() + u"/000001-20260309-103000/letter.txt"_s, "mine too");
     }
     m_backup->DeleteCopies();
     EXPECT_EQ(Bytes(BackupFolder() + u"/mine/ABCEntries-WkLg.db"_s), "mine");
-    EXPECT_EQ(Bytes(BackupFolder() + u"/20260309-103000/letter.txt"_s), "mine too");
-}
-
-TEST_F(Backup, TellsEntriesThatNobodyWasAskedToTake)
-{
-    for (const QString &option : {u"3"_s, u""_s, u"7"_s, u"01"_s}) {
-        Build(option);
-        m_backup->CopyEntries();
-        Remove({1});
-        EXPECT_EQ(m_backup->WhatIsMissing(),
-            Told(u"An entry is no longer in "_s + File()
-                + u", and nobody was asked to collect or erase entries."_s))
-            << option.toStdString();
-        Remove({1, 0});
-        EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(u"3 entries are no longer in "_s));
-        m_backup->Forget();
-        EXPECT_EQ(m_backup->WhatIsMissing(), QString());
-    }
-}
-
-TEST_F(Backup, TellsThemAlsoWhenTheFileIsGoneOrTheOptionIsLost)
-{
-    Build();
-    m_backup->CopyEntries();
-    ASSERT_TRUE(QFile::remove(File()));
-    EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(u"3 entries are no longer in "_s));
-    Build(u"1"_s);
-    ASSERT_TRUE(QFile::remove(File(u"ABCOptions-WkLg"_s)));
-    m_backup->CopyEntries();
-    Remove({0});
-    EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(u"An entry is no longer in "_s));
-}
-
-TEST_F(Backup, SaysNothingOfEntriesThatWereToBeTakenOrErased)
-{
-    for (const QString &option : {u"0"_s, u"1"_s, u"2"_s}) {
-        Build(option);
-        m_backup->CopyEntries();
-        Remove({2, 1, 0});
-        EXPECT_EQ(m_backup->WhatIsMissing(), QString()) << option.toStdString();
-        ASSERT_TRUE(QFile::remove(File()));
-        EXPECT_EQ(m_backup->WhatIsMissing(), QString()) << option.toStdString();
-    }
-}
-
-TEST_F(Backup, SaysNothingOfEntriesThatAreThereInAnotherOrder)
-{
-    Build();
-    m_backup->CopyEntries();
-    Remove({0});
-    modDBEntr &entries = m_folder->Tables.Entries;
-    entries.Handle = m_folder->Tables.Main.OpenTable(Name);
-    entries.AddEntry(Entry(u"first"_s));
-    entries.AddEntry(Entry(u"one more"_s));
-    entries.Handle = m_folder->Tables.Main.CloseTable(entries.Handle);
-    EXPECT_EQ(m_backup->WhatIsMissing(), QString());
-}
-
-TEST_F(Backup, TellsWhateverTheOptionWhenAPageOfTheEntriesIsDamaged)
-{
-    for (const QString &option : {u"0"_s, u"3"_s}) {
-        Build(option);
-        m_backup->CopyEntries();
-        Write(File(), Bytes(File()).replace(8192, 4096, QByteArray(4096, 'x')));
-        EXPECT_TRUE(m_backup->WhatIsMissing().startsWith(
-            u"The entries cannot be read any more: The database is "_s))
-            << m_backup->WhatIsMissing().toStdString();
-    }
-}
-
-TEST_F(Backup, TellsWhateverTheOptionWhenTheEntriesCannotBeReadAnyMore)
-{
-    for (const QString &option : {u"0"_s, u"3"_s}) {
-        Build(option);
-        m_backup->CopyEntries();
-        Write(File(), Bytes(File()).left(5000));
-        EXPECT_EQ(m_backup->WhatIsMissing(),
-            Told(u"The entries cannot be read any more: The database is truncated or damaged: "_s
-                + File()));
-    }
+    EXPECT_EQ(Bytes(BackupFolder() + u"/000001-20260309-103000/letter.txt"_s), "mine too");
 }
 
 TEST_F(Backup, OfADamagedDatabaseIsItsBytesAndItsJournal)
@@ -246,8 +208,8 @@ TEST_F(Backup, OfADamagedDatabaseIsItsBytesAndItsJournal)
     Build();
     Write(File(), "no database");
     Write(File() + u"-journal"_s, "and no journal");
-    m_backup->CopyEntries();
-    const QString copy = BackupFolder() + u"/20260309-103000/ABCEntries-WkLg.db"_s;
+    m_backup->CopyEntries(Worklog);
+    const QString copy = BackupFolder() + u"/000001-20260309-103000/ABCEntries-WkLg.db"_s;
     EXPECT_EQ(Bytes(copy), "no database");
     EXPECT_EQ(Bytes(copy + u"-journal"_s), "and no journal");
     m_backup->DeleteCopies();
@@ -260,17 +222,16 @@ TEST_F(Backup, ThatCannotBeMadeIsAnErrorAndLeavesNothingHalf)
     Build();
     {
         const SmallDisk disk(4096);
-        const Raised raised = RaisedBy([&] { m_backup->CopyEntries(); });
+        const Raised raised = RaisedBy([&] { m_backup->CopyEntries(Worklog); });
         EXPECT_EQ(raised.Number, RunTimeErrors::PathAccess);
         EXPECT_TRUE(raised.Names(BackupFolder())) << raised.Description.toStdString();
     }
     EXPECT_THAT(Times(), IsEmpty());
-    EXPECT_EQ(m_backup->WhatIsMissing(), QString());
     QDir().rmdir(BackupFolder());
     Write(BackupFolder(), "a file in the way");
-    EXPECT_EQ(RaisedBy([&] { m_backup->CopyEntries(); }).Number, RunTimeErrors::PathAccess);
+    EXPECT_EQ(RaisedBy([&] { m_backup->CopyEntries(Worklog); }).Number, RunTimeErrors::PathAccess);
     ASSERT_TRUE(QFile::remove(BackupFolder()));
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     EXPECT_EQ(Times().size(), 1);
 }
 #endif
@@ -278,11 +239,14 @@ TEST_F(Backup, ThatCannotBeMadeIsAnErrorAndLeavesNothingHalf)
 TEST_F(Backup, AnInterruptedOneIsNoCopyAndIsRemoved)
 {
     Build();
-    QDir().mkpath(BackupFolder() + u"/20260309-103000.new"_s);
-    Write(BackupFolder() + u"/20260309-103000.new/ABCEntries-WkLg.db"_s, "half");
-    m_backup->CopyEntries();
-    EXPECT_THAT(Times(), ElementsAre(u"20260309-103000"_s));
-    EXPECT_EQ(Bytes(BackupFolder() + u"/20260309-103000/ABCEntries-WkLg.db"_s), Bytes(File()));
+    for (const QString &name : {u"000007-20260308-103000.new"_s, u"20260308-103000.new"_s}) {
+        QDir().mkpath(BackupFolder() + u'/' + name);
+        Write(BackupFolder() + u'/' + name + u"/ABCEntries-WkLg.db"_s, "half");
+    }
+    m_backup->CopyEntries(Worklog);
+    EXPECT_THAT(Times(), ElementsAre(u"000001-20260309-103000"_s));
+    EXPECT_EQ(
+        Bytes(BackupFolder() + u"/000001-20260309-103000/ABCEntries-WkLg.db"_s), Bytes(File()));
 }
 
 TEST_F(Backup, WaitsForNoOtherProgramsWrite)
@@ -293,10 +257,10 @@ TEST_F(Backup, WaitsForNoOtherProgramsWrite)
     const auto handle = other.OpenDatabase(1, m_folder->Path() + u'/' + Name, 0, 0, 0, 0, 3);
     {
         const RecordStore::Batch writing(other, handle);
-        EXPECT_EQ(RaisedBy([&] { m_backup->CopyEntries(); }).Number, StoreErrors::Locked);
+        EXPECT_EQ(RaisedBy([&] { m_backup->CopyEntries(Worklog); }).Number, StoreErrors::Locked);
         EXPECT_THAT(Times(), IsEmpty());
     }
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     EXPECT_EQ(Times().size(), 1);
 }
 TEST_F(Backup, ACopyNamesTheBatchInWhichItsEntriesAreDelivered)
@@ -311,12 +275,12 @@ TEST_F(Backup, ACopyNamesTheBatchInWhichItsEntriesAreDelivered)
     };
     const QString original = m_folder->Path() + u'/' + Name;
     ASSERT_EQ(noteOf(original), QString());
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     const QString note = noteOf(original);
     EXPECT_TRUE(IsBatchName(note)) << note.toStdString();
     EXPECT_TRUE(note.contains(u"-JRD-"_s)) << note.toStdString();
     EXPECT_EQ(noteOf(BackupFolder() + u'/' + Times().front() + u'/' + Name), note);
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     EXPECT_EQ(noteOf(original), note) << "the name is reserved once";
 }
 
@@ -327,7 +291,7 @@ TEST_F(Backup, CopiesAreAsPrivateAsTheEntries)
     Build();
     const QFile::Permissions own = QFile::ReadOwner | QFile::WriteOwner;
     ASSERT_TRUE(QFile::setPermissions(File(), own));
-    m_backup->CopyEntries();
+    m_backup->CopyEntries(Worklog);
     ASSERT_EQ(Times().size(), 1);
     const QString copy = JoinPath(JoinPath(BackupFolder(), Times().front()), Name + u".db"_s);
     EXPECT_EQ(QFile::permissions(copy), QFile::permissions(File()));

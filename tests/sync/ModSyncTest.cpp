@@ -312,10 +312,11 @@ TEST_F(ModSync, TheEntriesAreCopiedBeforeTheClientStarts)
         SampleEntry(u"0100"_s, {}, u"DEV"_s, QDate(2026, 3, 9), Currency::FromWhole(2))};
     BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
     QStringList copies;
-    m_process.Work
-        = [&] { copies = QDir(Folder() + u"/backup/20260309-103000"_s).entryList(QDir::Files); };
+    m_process.Work = [&] {
+        copies = QDir(Folder() + u"/backup/000001-20260309-103000"_s).entryList(QDir::Files);
+    };
     m_sync.RunSynchronisation();
-    EXPECT_THAT(copies, ElementsAre(u"ABCEntries-WkLg.db"_s));
+    EXPECT_THAT(copies, ElementsAre(u"ABCEntries-WkLg.db"_s, u"unfinished.json"_s));
 }
 
 TEST_F(ModSync, TheJournalOfADamagedDatabaseIsKept)
