@@ -687,6 +687,7 @@ TEST_F(HrsSumm, EnterInATotalMovesOn)
         {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Return, Qt::Key_Return, Qt::Key_Return}) {
         QTest::keyClick(QApplication::focusWidget(), key);
         LetEventsRun();
+        ASSERT_TRUE(m_form->isVisible()) << "Enter has closed the window";
         visited.append(QApplication::focusWidget()->objectName());
     }
     EXPECT_THAT(visited,
