@@ -192,6 +192,5 @@ void clsProgram::StartAgain()
     m_lock.Close();
     m_session.CurrentCompanyCode.clear();
     m_list.LastCompany.clear();
-    m_filter = FilterState();
     StartUp();
 }

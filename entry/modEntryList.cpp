@@ -427,7 +427,6 @@ void modEntryList::LockEntryWindow()
 
 void modEntryList::SaveLastCompany()
 {
-    // Without a company, after a start-up that failed half-way, the remembered one stays.
-    if (m_tables.GlobalOptions.IsOpen() && !m_session.CurrentCompanyCode.isEmpty())
+    if (m_tables.GlobalOptions.IsOpen())
         m_tables.GlobalOptions.SaveLastCompany(m_session.CurrentCompanyCode);
 }
