@@ -678,7 +678,24 @@ TEST_F(Program, APressThatWaitedIsNotCarriedOutInsideAnotherOnesMessage)
     sync.click();
     LetEventsRun();
     EXPECT_EQ(program.MainWindow(), &window);
+    EXPECT_THAT(messages.Texts(), ElementsAre(u"Do you want to save changes?"_s));
     EXPECT_THAT(m_process.Programs, IsEmpty());
+}
+
+TEST_F(Program, AWindowThatIsStillLockedAfterASynchronizationEndsTheProgram)
+{
+    MakeInstallation();
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    PressSync(*program.MainWindow()); // the client writes nothing
+    ASSERT_EQ(m_process.Programs.size(), 1);
+    ASSERT_NE(program.MainWindow(), nullptr);
+    ASSERT_FALSE(Control<QWidget>(*program.MainWindow(), "txtCustomer").isEnabled());
+    EXPECT_EQ(ended.count(), 0);
+    QTest::keyClick(program.MainWindow(), Qt::Key_Escape);
+    ASSERT_EQ(ended.count(), 1);
+    EXPECT_EQ(ended[0][0].toInt(), EXIT_SUCCESS);
 }
 
 TEST_F(Program, TwoProgramsInOneProcessKnowNothingOfEachOther)

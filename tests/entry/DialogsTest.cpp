@@ -186,6 +186,20 @@ TEST_F(Dialogs, TheSummaryHonoursTheFilterAndTakesTheListsArrowAway)
         << "ascending, whatever was sorted before";
 }
 
+TEST_F(Dialogs, AnActivityPastTheLastCountsInTheSummaryLikeTheLastOneInTheList)
+{
+    // The summary takes over the activity that the list has read last.
+    const QDate day(2026, 3, 9);
+    Company.Entries = {SampleEntry(u"0100"_s, {}, u"ZZZ"_s, day, Currency::FromWhole(2)),
+        SampleEntry(u"0100"_s, {}, u"MILES"_s, day, Currency::FromWhole(3))};
+    Start();
+    InDialog([this] { ClickButton("cmdHrsSumm"); },
+        [](QWidget &dialog) {
+            EXPECT_EQ(Control<QLineEdit>(dialog, "txtTotHours").text(), u"0.00"_s);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+}
+
 TEST_F(Dialogs, ASortInTheSummaryDecidesWhatAClickInTheListToggles)
 {
     Start();

@@ -193,6 +193,42 @@ TEST_F(EntryList, SortsNumbersByTheirValue)
         Column(EntryColumn::Hours), ElementsAre(u"-2.00"_s, u".50"_s, u"9.50"_s, u"10.00"_s));
 }
 
+TEST_F(EntryList, SortsExpensesBeforeTimeByTheLettersOfTheirKinds)
+{
+    for (const char *activity : {"CONS", "MILES", "CONS", "MILES"})
+        Add(QString::fromLatin1(activity), Monday, "1");
+    Start();
+    ClickHeader(EntryColumn::TimeOrExpense);
+    EXPECT_THAT(Column(EntryColumn::TimeOrExpense), ElementsAre(u"E"_s, u"E"_s, u"T"_s, u"T"_s));
+    ClickHeader(EntryColumn::TimeOrExpense);
+    EXPECT_THAT(Column(EntryColumn::TimeOrExpense), ElementsAre(u"T"_s, u"T"_s, u"E"_s, u"E"_s));
+}
+
+TEST_F(EntryList, SortsRatesAndAmountsThatAreNotShownAfterAllOthers)
+{
+    Company.Employee.Rate_Permission = u"1"_s;
+    Add(u"CONS"_s, Monday, "1");
+    Add(u"MILES"_s, Monday, "2");
+    Add(u"CONS"_s, Monday, "3");
+    Add(u"MILES"_s, Monday, "-2");
+    Start();
+    ClickHeader(EntryColumn::Rate);
+    EXPECT_THAT(Column(EntryColumn::Rate), ElementsAre(u"90.000"_s, u"90.000"_s, u""_s, u""_s));
+    ClickHeader(EntryColumn::Amount);
+    EXPECT_THAT(Column(EntryColumn::Amount), ElementsAre(u"-180.00"_s, u"180.00"_s, u""_s, u""_s));
+    ClickHeader(EntryColumn::Amount);
+    EXPECT_THAT(Column(EntryColumn::Amount), ElementsAre(u""_s, u""_s, u"180.00"_s, u"-180.00"_s));
+}
+
+TEST_F(EntryList, SortsNumbersThatLookEqualAsEqual)
+{
+    for (const char *hours : {"1.004", "1.001", "1.003", ".5"})
+        Add(u"CONS"_s, Monday, hours);
+    Start();
+    ClickHeader(EntryColumn::Hours);
+    EXPECT_THAT(Column(EntryColumn::UniqueId), ElementsAre(u"3"_s, u"0"_s, u"1"_s, u"2"_s));
+}
+
 TEST_F(EntryList, KeepsTheEntryOfTheEditorMarkedOverASort)
 {
     Add(u"CONS"_s, Monday, "3");

@@ -272,3 +272,22 @@ TEST_F(FailingStore, AStatusWhoseRateCannotBeReadIsPutBack)
     EXPECT_EQ(List("cboBStatus").currentText(), u"Billable"_s);
     EXPECT_EQ(List("cboBOption").currentText(), u"Division"_s);
 }
+
+TEST_F(FailingStore, TheSameCompanyPickedWhileItsEntriesAreLockedIsOpenedAgainAfterwards)
+{
+    Company.Entries = std::vector{
+        SampleEntry(u"0200"_s, u"AUDIT"_s, u"CONS"_s, QDate(2026, 3, 2), Currency::FromWhole(3))};
+    Start();
+    GoTo("cboCompany");
+    auto lock = Lock("Entries");
+    Press(Qt::Key_Return);
+    ASSERT_FALSE(Messages.Shown.isEmpty());
+    EXPECT_EQ(List("cboCompany").currentText(), u"ABC"_s);
+    lock.reset();
+    Messages.Shown.clear();
+    ClickButton("cmdUndo");
+    EXPECT_THAT(Messages.Texts(), IsEmpty());
+    EXPECT_EQ(Panel(1), u"Found 1 record"_s);
+    ClickRow(1);
+    EXPECT_EQ(Text("txtProject"), u"AUDIT"_s);
+}

@@ -46,6 +46,10 @@ TEST(CellRules, ATypedCodeHasNoLowerCaseLettersThatTheWindowTurnsIntoUpperCase)
     EXPECT_EQ(rule.Problem(u"Süd"_s),
         u"the code \"Süd\" has lower-case letters, which cannot be typed in Worklog Remote; write "_s
         u"\"SüD\""_s);
+    for (const QString &code : {u"a"_s, u"z"_s, u"A-z"_s})
+        EXPECT_FALSE(Allows(rule, code)) << qPrintable(code);
+    for (const QString &code : {u"`"_s, u"{"_s}) // next to a and z
+        EXPECT_TRUE(Allows(rule, code)) << qPrintable(code);
     EXPECT_FALSE(Allows(rule, u""_s));
     EXPECT_FALSE(Allows(rule, u"1234567890123456"_s));
 }

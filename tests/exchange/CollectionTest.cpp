@@ -168,6 +168,34 @@ TEST(Collection, WhatTheUserWritesWhileTheFileIsHandedOverComesWithTheNextOne)
     EXPECT_TRUE(IsSettled(place.Note(u"ABC"_s)));
 }
 
+TEST(Collection, AnEntryChangedWhileAnotherComputersFileIsDeliveredStays)
+{
+    Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2), EntryNumber(3)});
+    LocalDatabases local(place.Program);
+    Collection collection(local, place.Worklog, u"ABC"_s, u"007"_s);
+    ASSERT_TRUE(collection.Prepare());
+    // A computer with a copy of the program folder writes its file under the same hidden name.
+    const QStringList hidden = place.HiddenUploads(u"ABC"_s);
+    ASSERT_EQ(hidden.size(), 1);
+    place.Write(u"ABC/uploads/"_s + hidden.first(), UploadOf({1, 2, 3, 4}));
+    EntryRecord changed = EntryNumber(2);
+    changed.Hours = Currency::FromScaled(1);
+    {
+        const auto tables = place.Open();
+        tables->Entries.Handle = tables->Main.OpenTable(u"ABCEntries-WkLg"_s);
+        tables->Entries.MoveToPosition(1);
+        tables->Entries.UpdateEntry(changed);
+    }
+
+    collection.Deliver();
+
+    EXPECT_EQ(UploadedLines(collection.File()), LinesOf({1, 2, 3, 4}));
+    EXPECT_EQ(TextsOf(place.Entries(u"ABC"_s)), QStringList{TextOf(changed)});
+    EXPECT_TRUE(IsSettled(place.Note(u"ABC"_s)));
+}
+
 TEST(Collection, NothingIsErasedBeforeEveryCompanyHasDelivered)
 {
     Installation place;

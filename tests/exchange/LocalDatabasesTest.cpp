@@ -112,6 +112,8 @@ const std::vector<Damage> Damages = {
     {"its first byte changed", [](QByteArray sound) { return Changed(sound, 0, 1); }},
     {"its creator changed", [](QByteArray sound) { return Changed(sound, 70, 4); }},
     {"a page changed", [](QByteArray sound) { return Changed(sound, 2 * 4096, 8); }, false},
+    {"a page's free space changed",
+        [](QByteArray sound) { return Changed(sound, 2 * 4096 + 7, 5); }, false},
 };
 
 TEST(LocalDatabases, ADamagedReferenceDatabaseIsSetAsideAndWrittenWhateverTheOption)

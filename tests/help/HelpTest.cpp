@@ -46,6 +46,17 @@ QStringList PageNames(const modHelp &help)
     return names;
 }
 
+/// A resource file without any page of the help.
+QByteArray ForeignResource()
+{
+    QFile file(HelpFile);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QByteArray content = file.readAll();
+    const QByteArray folder("\0p\0a\0g\0e\0s", 10);
+    EXPECT_EQ(content.count(folder), 1);
+    return content.replace(folder, QByteArray("\0o\0t\0h\0e\0r", 10));
+}
+
 /// A link as it lies on the page: where to click, and where it wants to go.
 struct Link
 {
@@ -368,6 +379,13 @@ TEST_F(F1, InAMenuClosesItAndOpensThePageOfItsWindow)
     QTest::keyClick(&menu, Qt::Key_F1);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"The main window"_s));
+
+    // Also while the viewer is open.
+    ASSERT_TRUE(ShowActive(window));
+    menu.popup(window.mapToGlobal(QPoint(5, 5)));
+    ASSERT_EQ(QApplication::activePopupWidget(), &menu);
+    QTest::keyClick(&menu, Qt::Key_F1);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST_F(F1, InAMessageBoxOpensThePageAboutWhatItSays)
@@ -483,7 +501,8 @@ TEST_F(F1, TellsThatAHelpFileCannotBeRead)
 {
     const QTemporaryDir folder;
     const QString file = folder.filePath(u"WL.HLP"_s);
-    for (const QByteArray &content : {QByteArray("not a help file"), QByteArray()}) {
+    for (const QByteArray &content :
+        {QByteArray("not a help file"), QByteArray(), ForeignResource()}) {
         QFile damaged(file);
         ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
         damaged.write(content);

@@ -11,8 +11,11 @@
 #include <gtest/gtest.h>
 
 #ifdef Q_OS_UNIX
+#include <array>
+#include <atomic>
 #include <filesystem>
 #include <sys/stat.h>
+#include <thread>
 #endif
 
 using namespace Qt::StringLiterals;
@@ -95,6 +98,35 @@ TEST_F(InstanceLock, OfAnotherHolderIsNotRemoved)
     clsInstanceLock third;
     EXPECT_EQ(
         RaisedBy([&] { third.CreateAndHold(m_path); }).Number, RunTimeErrors::PermissionDenied);
+}
+
+TEST_F(InstanceLock, HasOneHolderAlsoWhileItsFileIsBeingRemoved)
+{
+    // A file that was opened before its holder removed it can be locked, but protects nothing.
+    std::atomic<int> holders = 0;
+    std::atomic<bool> heldTwice = false;
+    const auto holdAndRemove = [&] {
+        for (int round = 0; round < 5000; ++round) {
+            clsInstanceLock lock;
+            try {
+                lock.CreateAndHold(m_path);
+            } catch (const clsRunTimeError &error) {
+                EXPECT_EQ(error.Number(), RunTimeErrors::PermissionDenied);
+                continue;
+            }
+            if (++holders > 1)
+                heldTwice = true;
+            std::this_thread::yield();
+            --holders;
+            lock.CloseAndRemove();
+        }
+    };
+    std::array<std::thread, 3> threads;
+    for (std::thread &thread : threads)
+        thread = std::thread(holdAndRemove);
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_FALSE(heldTwice);
 }
 
 TEST_F(InstanceLock, ALinkInItsPlaceIsRefusedAndItsTargetIsUnchanged)

@@ -139,6 +139,37 @@ TEST(Snapshot, OfADatabaseThatIsBeingWrittenIsWhole)
     EXPECT_GT(distinct, 3);
 }
 
+TEST(Snapshot, AWriteThatBeginsAndEndsWhileTheFileIsReadIsNoticed)
+{
+    // So large that many transactions fit into the time that a copy takes. None of them leaves a
+    // journal behind, but a copy that mixes two of them has different numbers at its two ends.
+    const QTemporaryDir folder(SampleFolderTemplate());
+    const QString file = RecordStore::FileName(folder.filePath(Entries));
+    OtherProgram writer(file);
+    writer.Execute(u"PRAGMA synchronous = OFF; CREATE TABLE First (n); CREATE TABLE Filler (b);"
+                   u"INSERT INTO First VALUES (0);"
+                   u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 32) "
+                   u"INSERT INTO Filler SELECT zeroblob(1000000) FROM n;"
+                   u"CREATE TABLE Last (n); INSERT INTO Last VALUES (0)"_s);
+    std::atomic<int> round = 0;
+    constexpr int rounds = 300;
+    std::thread writing([&] {
+        while (round < rounds) {
+            ++round;
+            writer.Execute(u"BEGIN IMMEDIATE; UPDATE First SET n = %1; UPDATE Last SET n = %1; "
+                           u"COMMIT"_s.arg(round));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1)); // at rest, without a journal
+        }
+    });
+    do {
+        Snapshot snapshot(folder.path(), std::chrono::seconds(60));
+        EXPECT_TRUE(snapshot.Take(Entries));
+        OtherProgram copy(RecordStore::FileName(snapshot.Folder() + u'/' + Entries));
+        EXPECT_EQ(copy.Values(u"SELECT n FROM First"_s), copy.Values(u"SELECT n FROM Last"_s));
+    } while (round < rounds);
+    writing.join();
+}
+
 TEST(Snapshot, OfADatabaseLeftInTheMiddleOfAWriteIsRefused)
 {
     const ReportFixture fixture(WithOneEntry());
