@@ -2,7 +2,6 @@
 
 #include "app/DatabaseCheck.h"
 #include "platform/clsRunTimeError.h"
-#include "platform/Paths.h"
 #include "platform/WindowPlace.h"
 
 #include <QApplication>
@@ -13,13 +12,23 @@
 
 using namespace Qt::StringLiterals;
 
+void ShowStartError(const clsRunTimeError &error, clsMessageBox &messages)
+{
+    const QString start = u"Error "_s + QString::number(error.Number()) + u"; "_s;
+    if (error.Number() == RunTimeErrors::PermissionDenied)
+        messages.Tell(start + u"Worklog Remote is already running."_s);
+    else
+        messages.Tell(start + error.Description(), MessageIcon::Critical);
+}
+
 clsProgram::clsProgram(const QString &programFolder, const ProgramServices &services)
     : m_services(services)
-    , m_folder(programFolder)
+    , m_locks(programFolder)
+    , m_client(m_locks, services.Process)
     , m_tables(programFolder)
     , m_backup(m_tables, services.Clock)
     , m_afterSync(m_tables)
-    , m_sync(m_tables, m_session, services.Messages, services.Process, m_backup)
+    , m_sync(m_tables, m_session, services.Messages, m_client, m_backup)
     , m_deleteDatabases(m_tables, m_sync, m_backup, services.Messages)
     , m_lookupModule(m_tables, m_session, m_entry, m_filter, m_lookup, services.Messages)
     , m_transFilter(m_tables, m_filter, m_lookup)
@@ -43,11 +52,6 @@ void clsProgram::StoreTheCodes()
     m_tables.Main.StoreTheCodes({u"WkLg"_s, u"KVLM"_s, u"DATA"_s});
 }
 
-void clsProgram::HoldTheLock()
-{
-    m_lock.CreateAndHold(JoinPath(m_folder, u"WLRemote.txt"_s));
-}
-
 void clsProgram::StartUp()
 {
     TryStartUp();
@@ -66,18 +70,14 @@ void clsProgram::TryStartUp()
 {
     try {
         StoreTheCodes();
-        HoldTheLock();
+        m_locks.Hold();
         m_session.NotSynchronised = !CheckDatabases(m_tables, m_session, m_sync);
         ShowMainWindow();
         m_window->LoadEntryList();
         if (m_session.NotSynchronised)
             m_services.Messages.Tell(SynchronizeFirst());
     } catch (const clsRunTimeError &error) {
-        const QString start = u"Error "_s + QString::number(error.Number()) + u"; "_s;
-        if (error.Number() == RunTimeErrors::PermissionDenied)
-            m_services.Messages.Tell(start + u"Worklog Remote is already running."_s);
-        else
-            m_services.Messages.Tell(start + error.Description(), MessageIcon::Critical);
+        ShowStartError(error, m_services.Messages);
     } catch (const std::bad_alloc &) {
         m_services.Messages.Tell(
             u"Error %1; Out of memory"_s.arg(RunTimeErrors::OutOfMemory), MessageIcon::Critical);
@@ -179,8 +179,8 @@ void clsProgram::DeleteDatabasesCommand()
 
 void clsProgram::ReportSynchronization()
 {
-    if (!m_lock.IsHeld())
-        return; // another instance works on the databases
+    if (!m_locks.AreHeld())
+        return; // another process works with the databases
     const QString report = m_afterSync.Report();
     if (!report.isEmpty())
         m_services.Messages.Tell(report);
@@ -189,7 +189,7 @@ void clsProgram::ReportSynchronization()
 
 void clsProgram::StartAgain()
 {
-    m_lock.Close();
+    m_locks.CloseInstanceLock();
     m_session.CurrentCompanyCode.clear();
     m_list.LastCompany.clear();
     StartUp();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/clsFolderLocks.h"
 #include "entry/EntryListState.h"
 #include "entry/EntryScreen.h"
 #include "entry/frmEntryList.h"
@@ -7,7 +8,6 @@
 #include "entry/modEntryList.h"
 #include "platform/clsClock.h"
 #include "platform/clsFolderBrowser.h"
-#include "platform/clsInstanceLock.h"
 #include "platform/clsMessageBox.h"
 #include "platform/clsProcess.h"
 #include "platform/clsSendKeys.h"
@@ -27,6 +27,8 @@
 #include <functional>
 #include <memory>
 
+class clsRunTimeError;
+
 /// What the program takes from outside; tests hand in their own.
 struct ProgramServices
 {
@@ -37,6 +39,9 @@ struct ProgramServices
     clsSettings &Settings;
     clsFolderBrowser &Browser;
 };
+
+/// Reports an error that ends a start.
+void ShowStartError(const clsRunTimeError &error, clsMessageBox &messages);
 
 /// The whole program over one program folder: owns every object, starts up, starts up again after
 /// a synchronisation or a deletion of the databases, and ends with its main window.
@@ -64,7 +69,6 @@ signals:
 
 private:
     void StoreTheCodes();
-    void HoldTheLock();
     void ShowMainWindow();
     void SyncCommand();
     bool MayTakeWindowDown() const;
@@ -77,7 +81,8 @@ private:
     void ReportSynchronization(); ///< whose outcome has not been reported yet
 
     ProgramServices m_services;
-    QString m_folder;
+    clsFolderLocks m_locks; // before the tables: held until they are closed
+    clsClientProcess m_client;
     Tables m_tables;
     SessionState m_session;
     EntryBeingEdited m_entry;
@@ -86,7 +91,6 @@ private:
     LookupState m_lookup;
     EntryListState m_list;
     EntryScreen m_screen;
-    clsInstanceLock m_lock;
     modBackup m_backup;
     modAfterSync m_afterSync;
     modSync m_sync;

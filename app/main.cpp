@@ -1,6 +1,7 @@
 #include "app/clsApplication.h"
 #include "app/clsProgram.h"
 #include "help/clsHelp.h"
+#include "platform/clsRunTimeError.h"
 #include "platform/clsWindowFolderBrowser.h"
 #include "platform/clsWindowMessageBox.h"
 #include "platform/Look.h"
@@ -8,6 +9,7 @@
 #include "platform/ProgramIcon.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -31,8 +33,15 @@ int main(int argc, char **argv)
     const clsSystemClock clock;
     clsUserSettings settings;
     clsWindowFolderBrowser browser;
-    clsHelp help(JoinPath(ProgramFolder(), u"WL.HLP"_s), messages);
-    clsProgram program(ProgramFolder(), {messages, keys, process, clock, settings, browser});
+    QString folder;
+    try {
+        folder = ProgramFolder();
+    } catch (const clsRunTimeError &error) {
+        ShowStartError(error, messages);
+        return EXIT_FAILURE;
+    }
+    clsHelp help(JoinPath(folder, u"WL.HLP"_s), messages);
+    clsProgram program(folder, {messages, keys, process, clock, settings, browser});
 
     QObject::connect(&program, &clsProgram::MainWindowChanged, [&](QWidget *window) {
         messages.SetParent(window);

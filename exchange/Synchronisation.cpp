@@ -7,6 +7,7 @@
 #include "exchange/frmProgress.h"
 #include "platform/clsInstanceLock.h"
 #include "platform/clsRunTimeError.h"
+#include "platform/LockFiles.h"
 #include "platform/Paths.h"
 
 #include <QDir>
@@ -30,19 +31,21 @@ QString WorklogFolder(const QString &root)
     return QFileInfo(folder).isDir() ? folder : QString();
 }
 
-/// Keeps other clients out of a program folder until it goes out of scope, or the process ends.
+/// Keeps the program and other clients from the databases of a program folder until it goes out of
+/// scope, or the process ends.
 class FolderLock
 {
 public:
     explicit FolderLock(const QString &programFolder)
     {
         try {
-            m_lock.CreateAndHold(JoinPath(programFolder, u"exchange.lock"_s));
+            m_lock.CreateAndHold(JoinPath(programFolder, DatabaseLockFile()));
         } catch (const clsRunTimeError &error) {
             if (error.Number() != RunTimeErrors::PermissionDenied)
                 throw;
             RaiseExchangeError(ExchangeErrors::Refused,
-                u"Another synchronisation is at work in the folder "_s + programFolder);
+                u"Worklog Remote is open in the folder "_s + programFolder
+                    + u", or another synchronization is at work there"_s);
         }
     }
     ~FolderLock() { m_lock.CloseAndRemove(); }

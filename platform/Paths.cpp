@@ -2,7 +2,6 @@
 
 #include "platform/PlainFiles.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -46,11 +45,6 @@ QString JoinPath(const QString &folder, const QString &name)
     if (folder.endsWith(QDir::separator()) || folder.endsWith(u'/'))
         return folder + native;
     return folder + QDir::separator() + native;
-}
-
-QString ProgramFolder()
-{
-    return QDir::toNativeSeparators(QCoreApplication::applicationDirPath());
 }
 
 QString FindIgnoringCase(const QString &root, const QString &relative)

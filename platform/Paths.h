@@ -9,6 +9,7 @@
 QString JoinPath(const QString &folder, const QString &name);
 
 /// The folder of the running program's file, without a separator at its end.
+/// Errors: clsRunTimeError 75 for a folder whose name is not UTF-8: its files cannot be named.
 QString ProgramFolder();
 
 /// The existing file or folder `relative` under `root`, whatever the case of its letters:

@@ -25,6 +25,14 @@ public:
     /// Removes the file, then lets go. A file that another process has put in its place stays.
     void CloseAndRemove();
 
+    /// The programs that this process starts from now on hold the file too, each until it ends,
+    /// whether this process still runs or not. \pre it is held.
+    void LetChildrenHold();
+
+    /// Removes the file and releases it, also for the programs that hold it too. On Windows one of
+    /// those that still runs keeps it until it ends.
+    void ReleaseForAll();
+
     bool IsHeld() const;
 
 private:

@@ -32,9 +32,9 @@ int Fail(const QString &reason)
 
 int Report(ReportRequest request)
 {
-    if (request.Folder.isEmpty())
-        request.Folder = ProgramFolder();
     try {
+        if (request.Folder.isEmpty())
+            request.Folder = ProgramFolder();
         WriteReport(MakeReport(request), request.Output);
         return 0;
     } catch (const clsRunTimeError &error) {

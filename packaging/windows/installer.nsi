@@ -309,6 +309,8 @@ their copies and your settings as well? Nothing brings them back." /SD IDNO IDYE
     SetOutPath "$TEMP" ; a folder in which somebody works cannot be removed
     !insertmacro EachFile Remove
     Delete "$INSTDIR\WLRemote.txt"
+    Delete "$INSTDIR\exchange.lock"
+    Delete "$INSTDIR\synchronization.lock"
     RMDir /r "${STAGE}" ; of a setup program that was killed
     ${If} $RemoveData == yes
         Call un.RemoveData

@@ -13,8 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// A file held by an advisory lock, which ends with the process and is not handed on to the
-/// programs that it starts.
+/// A file held by an advisory lock, which belongs to the open file: it ends when the last process
+/// that has it open ends. The programs that this process starts do not, see LetChildrenHold.
 class clsInstanceLock::Channel
 {
 public:
@@ -117,6 +117,25 @@ void clsInstanceLock::CloseAndRemove()
     if (m_channel && StillNames(m_channel->Name(), m_channel->File()))
         ::unlink(m_channel->Name().constData());
     m_channel.reset();
+}
+
+void clsInstanceLock::LetChildrenHold()
+{
+    if (::fcntl(m_channel->File(), F_SETFD, 0) != 0)
+        Raise(RunTimeErrors::PathAccess,
+            u"The lock cannot be shared: "_s + QFile::decodeName(m_channel->Name()));
+}
+
+void clsInstanceLock::ReleaseForAll()
+{
+    // The file is removed first, while nobody else can hold it. Another descriptor of the open file
+    // is needed to release it afterwards: closing one of them releases it for this process alone.
+    const int file = m_channel ? ::fcntl(m_channel->File(), F_DUPFD_CLOEXEC, 0) : -1;
+    CloseAndRemove();
+    if (file < 0)
+        return;
+    ::flock(file, LOCK_UN);
+    ::close(file);
 }
 
 bool clsInstanceLock::IsHeld() const

@@ -22,6 +22,8 @@ public:
     Channel(const Channel &) = delete;
     Channel &operator=(const Channel &) = delete;
 
+    HANDLE File() const { return m_file; }
+
     const QString Path;
 
 private:
@@ -33,7 +35,7 @@ clsInstanceLock::~clsInstanceLock() = default;
 
 void clsInstanceLock::CreateAndHold(const QString &path)
 {
-    // The handle is not inherited: the programs that this one starts do not hold the file.
+    // The handle is not inherited, see LetChildrenHold.
     const HANDLE file = ::CreateFileW(qUtf16Printable(QDir::toNativeSeparators(path)),
         GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
@@ -60,6 +62,18 @@ void clsInstanceLock::CloseAndRemove()
     // Windows removes no file that another process holds.
     if (!path.isEmpty())
         QFile::remove(path);
+}
+
+void clsInstanceLock::LetChildrenHold()
+{
+    if (::SetHandleInformation(m_channel->File(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) == 0)
+        throw clsRunTimeError(RunTimeErrors::PathAccess, u"InstanceLock"_s,
+            u"The lock cannot be shared: "_s + m_channel->Path);
+}
+
+void clsInstanceLock::ReleaseForAll()
+{
+    CloseAndRemove();
 }
 
 bool clsInstanceLock::IsHeld() const

@@ -25,7 +25,8 @@ bool clsSystemProcess::RunAndWait(
     window.dwFlags = STARTF_USESHOWWINDOW;
     window.wShowWindow = SW_SHOWNORMAL;
     PROCESS_INFORMATION started = {};
-    if (::CreateProcessW(file.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+    // Inherited is what was made to be: the lock that says that this program is at work.
+    if (::CreateProcessW(file.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
             home.c_str(), &window, &started)
         == 0)
         return false;

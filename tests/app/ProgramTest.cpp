@@ -455,6 +455,95 @@ TEST_F(Program, TheLockIsHeldWhileTheClientWorks)
     EXPECT_EQ(refused, RunTimeErrors::PermissionDenied);
 }
 
+namespace {
+
+/// Whether another process may work with the folder's databases now.
+bool MayWorkWithDatabases(const QString &folder)
+{
+    clsInstanceLock client;
+    const int refused
+        = RaisedBy([&] { client.CreateAndHold(folder + u"/exchange.lock"_s); }).Number;
+    client.CloseAndRemove();
+    EXPECT_TRUE(refused == 0 || refused == RunTimeErrors::PermissionDenied) << refused;
+    return refused == 0;
+}
+
+} // namespace
+
+TEST_F(Program, TheDatabasesAreTheClientsWhileItWorksAndTheProgramsOtherwise)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    auto program = std::make_unique<clsProgram>(Folder(), Services());
+    program->StartUp();
+    EXPECT_FALSE(MayWorkWithDatabases(Folder()));
+    bool mayClient = false;
+    m_process.Work = [&] { mayClient = MayWorkWithDatabases(Folder()); };
+    PressSync(*program->MainWindow());
+    EXPECT_TRUE(mayClient);
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_FALSE(MayWorkWithDatabases(Folder()));
+    m_messages.Answers = {MessageAnswer::Yes};
+    ChooseDeleteDatabases(*program->MainWindow());
+    EXPECT_FALSE(MayWorkWithDatabases(Folder()));
+    program.reset();
+    EXPECT_TRUE(MayWorkWithDatabases(Folder()));
+    EXPECT_THAT(QDir(Folder()).entryList({u"*.lock"_s}), IsEmpty());
+}
+
+TEST_F(Program, AStartWhileAClientWorksInTheFolderSaysSoAndOpensNothing)
+{
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    for (const QString &name : {u"exchange.lock"_s, u"synchronization.lock"_s}) {
+        m_messages.Shown.clear();
+        clsInstanceLock client;
+        client.CreateAndHold(Folder() + u'/' + name);
+        clsProgram program(Folder(), Services());
+        QSignalSpy ended(&program, &clsProgram::Ended);
+        program.StartUp();
+        EXPECT_THAT(m_messages.Texts(),
+            ElementsAre(u"Error 2002; A synchronization is still running in the folder %1. Start "
+                        "Worklog Remote again when it has ended"_s.arg(Folder())));
+        EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Critical);
+        EXPECT_EQ(program.MainWindow(), nullptr);
+        EXPECT_EQ(ended.count(), 1);
+        client.CloseAndRemove();
+        m_messages.Shown.clear();
+        clsProgram next(Folder(), Services());
+        next.StartUp();
+        EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    }
+}
+
+TEST_F(Program, AClientThatStillWorksAfterTheOneThatWasStartedKeepsTheDatabases)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    QSignalSpy ended(&program, &clsProgram::Ended);
+    program.StartUp();
+    clsInstanceLock other;
+    m_process.Work = [&] { other.CreateAndHold(Folder() + u"/exchange.lock"_s); };
+    PressSync(*program.MainWindow());
+    ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"Error 2002; "_s));
+    EXPECT_EQ(program.MainWindow(), nullptr);
+    EXPECT_EQ(ended.count(), 1);
+}
+
+TEST_F(Program, ASynchronizationWithoutALockForItsClientIsNotStarted)
+{
+    MakeInstallation();
+    BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+    clsProgram program(Folder(), Services());
+    program.StartUp();
+    ASSERT_TRUE(QDir().mkdir(Folder() + u"/synchronization.lock"_s));
+    PressSync(*program.MainWindow());
+    EXPECT_THAT(m_process.Programs, IsEmpty());
+    ASSERT_GE(m_messages.Shown.size(), 1);
+    EXPECT_TRUE(m_messages.Shown[0].Text.contains(Native(Folder() + u"/synchronization.lock"_s)));
+}
+
 TEST_F(Program, CancellingTheSaveQuestionAbandonsTheSynchronisation)
 {
     MakeInstallation();

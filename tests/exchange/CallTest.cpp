@@ -162,7 +162,10 @@ TEST(Call, OneFolderIsSynchronisedByOneClientAtATime)
     lock.CreateAndHold(JoinPath(place.Program, u"exchange.lock"_s));
     const Outcome refused = place.Synchronise();
     EXPECT_EQ(refused.ExitStatus, 1);
-    EXPECT_TRUE(refused.Errors.contains(u"Another synchronisation is at work"_s));
+    EXPECT_TRUE(refused.Errors.contains(
+        u"Worklog Remote is open in the folder %1, or another synchronization is at work there"_s
+            .arg(place.Program)))
+        << refused.Errors.toStdString();
     lock.Close();
     EXPECT_EQ(place.Synchronise().ExitStatus, 0);
 }

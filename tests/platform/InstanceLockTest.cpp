@@ -166,3 +166,47 @@ TEST_F(InstanceLock, AProgramThatWasStartedMeanwhileDoesNotKeepTheLock)
     child.closeWriteChannel();
     EXPECT_TRUE(child.waitForFinished(DeadlineMilliseconds));
 }
+
+TEST_F(InstanceLock, AProgramThatWasGivenTheLockKeepsItWithoutTheGiver)
+{
+    clsInstanceLock lock;
+    lock.CreateAndHold(m_path);
+    lock.LetChildrenHold();
+    QProcess child;
+    child.start(QStringLiteral(WAITING_PROGRAM), QStringList());
+    ASSERT_TRUE(child.waitForStarted(DeadlineMilliseconds));
+    lock.Close();
+    clsInstanceLock next;
+    EXPECT_EQ(
+        RaisedBy([&] { next.CreateAndHold(m_path); }).Number, RunTimeErrors::PermissionDenied);
+    child.closeWriteChannel();
+    EXPECT_TRUE(child.waitForFinished(DeadlineMilliseconds));
+    EXPECT_EQ(RaisedBy([&] { next.CreateAndHold(m_path); }).Number, 0);
+}
+
+#ifdef Q_OS_UNIX // on Windows nobody can release what another process has inherited
+
+TEST_F(InstanceLock, IsReleasedForProgramsThatWereLeftRunning)
+{
+    clsInstanceLock lock;
+    lock.CreateAndHold(m_path);
+    lock.LetChildrenHold();
+    QProcess child;
+    child.start(QStringLiteral(WAITING_PROGRAM), QStringList());
+    ASSERT_TRUE(child.waitForStarted(DeadlineMilliseconds));
+    QFile kept(m_path + u".kept"_s);
+    std::filesystem::create_hard_link(m_path.toStdString(), kept.fileName().toStdString());
+    lock.ReleaseForAll();
+    EXPECT_FALSE(lock.IsHeld());
+    EXPECT_FALSE(QFile::exists(m_path));
+    clsInstanceLock next;
+    EXPECT_EQ(RaisedBy([&] { next.CreateAndHold(m_path); }).Number, 0);
+    next.CloseAndRemove();
+    EXPECT_EQ(RaisedBy([&] { next.CreateAndHold(kept.fileName()); }).Number, 0)
+        << "the file itself is no longer locked";
+    lock.ReleaseForAll(); // harmless
+    child.closeWriteChannel();
+    EXPECT_TRUE(child.waitForFinished(DeadlineMilliseconds));
+}
+
+#endif
