@@ -425,6 +425,9 @@ void frmEntryList::Render()
         ui->StatusBar1->SetPanelText(panel, m_screen.Panels.at(static_cast<size_t>(panel) - 1));
     RenderTitle();
     RenderNotice();
+    const QString syncNotice = m_listModule.SyncNotice();
+    ui->cmdSync->setToolTip(PlainToolTip(syncNotice));
+    ui->cmdSync->setAccessibleDescription(syncNotice);
     MoveFocus();
 }
 

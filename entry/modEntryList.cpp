@@ -5,6 +5,7 @@
 #include "figures/EntryFilter.h"
 #include "platform/clsRunTimeError.h"
 #include "store/StoreErrors.h"
+#include "sync/EraseNotice.h"
 
 #include <QLocale>
 #include <QScopeGuard>
@@ -429,4 +430,10 @@ void modEntryList::SaveLastCompany()
 {
     if (m_tables.GlobalOptions.IsOpen())
         m_tables.GlobalOptions.SaveLastCompany(m_session.CurrentCompanyCode);
+}
+
+QString modEntryList::SyncNotice() const
+{
+    return m_tables.Options.IsOpen() ? EraseNotice(m_tables, m_tables.Options.Record.Sync_Option)
+                                     : QString();
 }

@@ -44,6 +44,7 @@ public:
     void SaveLastCompany();
     void LockEntryWindow();
     void ClearHeaderArrows(); ///< the sort state no longer speaks of this list
+    QString SyncNotice() const; ///< see EraseNotice; of the option that is stored
 
 private:
     bool FillEntryRecordset();

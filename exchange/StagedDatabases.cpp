@@ -4,6 +4,7 @@
 #include "platform/DurableFiles.h"
 #include "platform/Paths.h"
 #include "platform/PlainFiles.h"
+#include "store/StagingFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 StagedDatabases::StagedDatabases(LocalDatabases &local)
     : m_local(local)
-    , m_folder(JoinPath(local.Folder(), u"exchange-staging"_s))
+    , m_folder(JoinPath(local.Folder(), StagingFolderName()))
 {
     Remove();
     if (QFileInfo::exists(m_folder))

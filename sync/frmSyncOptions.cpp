@@ -73,6 +73,7 @@ void frmSyncOptions::Render()
     }
     ui->lblSyncOptionDesc->setText(m_module.Description().left(MostCharactersShown));
     DrawPanels(*ui->StatusBar1, m_module.Panels());
+    ui->StatusBar1->ShowNotice(m_module.Notice());
 }
 
 void frmSyncOptions::cmdAccept_Click()

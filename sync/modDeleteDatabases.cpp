@@ -1,7 +1,13 @@
 #include "sync/modDeleteDatabases.h"
 
 #include "platform/clsRunTimeError.h"
+#include "platform/Paths.h"
+#include "store/StagingFolder.h"
+#include "store/StoreErrors.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
@@ -29,14 +35,36 @@ bool modDeleteDatabases::DeleteAllDatabases()
     try {
         m_sync.CloseAllDatabases();
         DeleteCompanies();
-        main.DeleteTable(main.GlobalName(DatabasePrefix::Company));
+        DeleteOne(main.GlobalName(DatabasePrefix::Company));
         m_tables.GlobalOptions.Handle = main.CloseTable(m_tables.GlobalOptions.Handle);
-        main.DeleteTable(main.GlobalName(DatabasePrefix::GlobalOptions));
+        DeleteOne(main.GlobalName(DatabasePrefix::GlobalOptions));
+        DeleteStaging();
         m_backup.DeleteCopies();
         return true;
     } catch (const clsRunTimeError &) {
         return false; // the caller tells the user
     }
+}
+
+void modDeleteDatabases::DeleteOne(const QString &name)
+{
+    m_tables.Main.DeleteTable(name);
+    const QString damaged = JoinPath(m_tables.Main.Folder(), name + u".db.damaged"_s);
+    for (const QString &file : {damaged, damaged + u"-journal"_s}) {
+        if (QFile::exists(file) && !QFile::remove(file))
+            RaiseStoreError(StoreErrors::NotDeleted, u"The database cannot be deleted: "_s + file);
+    }
+}
+
+void modDeleteDatabases::DeleteStaging()
+{
+    const QString folder = JoinPath(m_tables.Main.Folder(), StagingFolderName());
+    if (QFileInfo(folder).isSymLink())
+        QFile::remove(folder); // and not what it leads to
+    else
+        QDir(folder).removeRecursively();
+    if (QFileInfo::exists(folder))
+        RaiseStoreError(StoreErrors::NotDeleted, u"The folder cannot be deleted: "_s + folder);
 }
 
 void modDeleteDatabases::DeleteCompanies()
@@ -58,7 +86,7 @@ void modDeleteDatabases::DeleteCompanyDatabases(const QString &companyCode)
     modDBMain &main = m_tables.Main;
     const auto remove = [&](auto &table, QStringView prefix) {
         table.Handle = main.CloseTable(table.Handle);
-        main.DeleteTable(main.CompanyName(companyCode, prefix));
+        DeleteOne(main.CompanyName(companyCode, prefix));
     };
     remove(m_tables.Options, DatabasePrefix::Options);
     remove(m_tables.Employee, DatabasePrefix::Employee);

@@ -1,6 +1,7 @@
 #include "sync/modSyncOptions.h"
 
 #include "sync/DialogStatus.h"
+#include "sync/EraseNotice.h"
 
 using namespace Qt::StringLiterals;
 
@@ -63,6 +64,11 @@ void modSyncOptions::SelectOption(int option)
 QString modSyncOptions::Description() const
 {
     return m_selected ? m_descriptions.at(static_cast<size_t>(*m_selected)) : QString();
+}
+
+QString modSyncOptions::Notice() const
+{
+    return m_selected ? EraseNotice(m_tables, QString::number(*m_selected)) : QString();
 }
 
 void modSyncOptions::Accept()

@@ -32,6 +32,8 @@ public:
     const QString &Caption(int option) const { return m_captions.at(static_cast<size_t>(option)); }
     /// The selected option's; empty when none is.
     QString Description() const;
+    /// What the selected option would erase at the next synchronization; empty when nothing.
+    QString Notice() const;
     std::optional<int> Selected() const { return m_selected; }
     std::array<QString, 4> Panels() const;
 

@@ -279,6 +279,7 @@ Function un.RemoveData
         ${If} $1 != "."
         ${AndIf} $1 != ".."
             !insertmacro DeleteDatabases "$INSTDIR\backup\$1"
+            Delete "$INSTDIR\backup\$1\unfinished.json"
             RMDir "$INSTDIR\backup\$1"
         ${EndIf}
         FindNext $0 $1

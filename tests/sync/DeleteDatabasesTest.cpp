@@ -94,6 +94,39 @@ TEST_F(DeleteDatabases, ACompanyThatIsNoLongerListedKeepsItsDatabases)
     EXPECT_THAT(Databases(), ElementsAre(u"OLDEntries-WkLg"_s));
 }
 
+TEST_F(DeleteDatabases, WhatIsLeftOfDamagedDatabasesAndKilledClientsGoesToo)
+{
+    OpenEverything();
+    for (const QString &name : {u"XYZOptions-WkLg.db.damaged"_s, u"Company-WkLg.db.damaged"_s,
+             u"ABCCustomers-WkLg.db.damaged-journal"_s, u"letter.txt"_s}) {
+        QFile file(m_folder.Path() + u'/' + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    ASSERT_TRUE(QDir(m_folder.Path()).mkpath(u"exchange-staging/half"_s));
+    m_sync.CloseAllDatabases();
+    m_backup.CopyEntries({});
+    ASSERT_TRUE(
+        QFile::exists(m_folder.Path() + u"/backup/000001-20260309-103000/unfinished.json"_s));
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_EQ(QDir(m_folder.Path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList{u"letter.txt"_s});
+}
+
+#ifdef Q_OS_UNIX // On Windows only administrators make symbolic links
+TEST_F(DeleteDatabases, ALinkInThePlaceOfTheStagingFolderIsNotFollowed)
+{
+    const QTemporaryDir elsewhere;
+    const QString letter = elsewhere.filePath(u"letter.txt"_s);
+    QFile file(letter);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(QFile::link(elsewhere.path(), m_folder.Path() + u"/exchange-staging"_s));
+    OpenEverything();
+    EXPECT_TRUE(m_delete.DeleteAllDatabases());
+    EXPECT_TRUE(QFile::exists(letter));
+    EXPECT_FALSE(QFileInfo(m_folder.Path() + u"/exchange-staging"_s).isSymLink());
+}
+#endif
+
 TEST_F(DeleteDatabases, WithoutACompanyDatabaseOnlyTheGlobalOnesGo)
 {
     QStringList expected = Databases();

@@ -1,5 +1,6 @@
 // The synchronisation options: texts, what is shown and what is written.
 
+#include "platform/clsStatusBar.h"
 #include "store/StoreErrors.h"
 #include "sync/frmSyncOptions.h"
 #include "tests/support/Modal.h"
@@ -102,6 +103,32 @@ TEST_F(SyncOptions, EachStoredOptionIsSelectedWithItsDescription)
         EXPECT_EQ(Selected(), option);
         EXPECT_EQ(Description(), descriptions[option]);
     }
+}
+
+TEST_F(SyncOptions, TheOptionThatErasesSaysHowManyEntries)
+{
+    const auto notice
+        = [&] { return Control<clsStatusBar>(*m_form, "StatusBar1").currentMessage(); };
+    const QString two
+        = u"The next synchronization will erase 2 entries of this company without uploading them."_s;
+    Open(u"0"_s);
+    m_folder->Tables.Entries.AddEntry(
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 2), Currency::FromWhole(2)));
+    ASSERT_TRUE(ShowActive(*m_form));
+    EXPECT_EQ(notice(), QString());
+    QTest::mouseClick(&Option(2), Qt::LeftButton, {}, QPoint(8, Option(2).height() / 2));
+    EXPECT_EQ(notice(),
+        u"The next synchronization will erase the entry of this company without uploading it."_s);
+    m_folder->Tables.Entries.AddEntry(
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 3), Currency::FromWhole(2)));
+    for (int option = 0; option < 4; ++option) {
+        QTest::mouseClick(
+            &Option(option), Qt::LeftButton, {}, QPoint(8, Option(option).height() / 2));
+        ASSERT_EQ(Selected(), option);
+        EXPECT_EQ(notice(), option == 2 ? two : QString()) << option;
+    }
+    Open(u"2"_s);
+    EXPECT_EQ(notice(), QString()) << "without entries there is nothing to erase";
 }
 
 TEST_F(SyncOptions, CaptionsCarryTheAccountingName)

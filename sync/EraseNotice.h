@@ -1,0 +1,13 @@
+#pragma once
+
+#include "store/Tables.h"
+
+#include <QString>
+
+/// What the next synchronization erases in the company that is open, if its option is `syncOption`:
+/// empty unless the option erases and there are entries.
+///
+/// Users see it before: in the dialog with the options as soon as they choose, and at the button
+/// that starts the synchronization. It is no question, which would stand in the way of everyone who
+/// wants just that; the exchange client announces the same, and the entries are copied first.
+QString EraseNotice(const Tables &tables, const QString &syncOption);
