@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every test under the address, undefined behaviour and leak sanitizers; about an hour on two cores,
+# Every test under the address, undefined behavior and leak sanitizers; about an hour on two cores,
 # most of it the build. Arguments are names of tests as `ctest -R` takes them: ./test-sanitizers.sh RecordStore
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -9,8 +9,8 @@ tools/build.sh asan
 XDG_RUNTIME_DIR=$(mktemp -d)
 export XDG_RUNTIME_DIR
 trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
-# The preset has every process write what it finds into this folder: a test need not look at the
-# programs that it starts for their finds to count.
+# The preset has every process write its findings into this folder, also the programs that a test
+# starts.
 reports=build/asan/reports
 rm -rf "$reports"
 mkdir -p "$reports"

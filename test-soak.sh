@@ -10,6 +10,6 @@ XDG_RUNTIME_DIR=$(mktemp -d)
 export XDG_RUNTIME_DIR
 trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
 export WORKLOG_SOAK=1
-# The counts that docs/reliability.md gives stand in the log.
+# The counts in docs/reliability.md come from the log.
 ctest --preset release -L soak -R "${1:-.}" --timeout 14400 --output-log build/soak.log --verbose
 grep -h 'COUNT' build/soak.log

@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
-"""Holds the project's includes against the arrows between its rooms.
+"""Checks the project's includes against the dependencies of its modules.
 
 Fails on an include that points upwards or sideways, on one that is not written from the project's
-root, and on a Qt Widgets header in a module (mod*), which never sees a widget.
+root, and on a Qt Widgets header in a companion module (mod*), which never sees a widget.
 """
 
 import re
 import sys
 from pathlib import Path
 
-# Each room and the rooms that it may include, itself aside.
-ROOMS = {
+# Each module and the others that it may include.
+MODULES = {
     "platform": set(),
     "store": {"platform"},
     "session": {"store", "platform"},
@@ -28,17 +28,17 @@ ROOMS = {
 OURS = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
 SYSTEM = re.compile(r"^\s*#\s*include\s+<([^>]+)>")
 GENERATED = re.compile(r"(^|/)ui_\w+\.h$|\.moc$")
-# What a module must not include, by its headers' names.
+# What a companion module must not include, by its headers' names.
 WIDGETS_FOLDER = Path("/usr/include/x86_64-linux-gnu/qt6/QtWidgets")
 
 
 def widget_headers():
     if not WIDGETS_FOLDER.is_dir():
-        sys.exit(f"{WIDGETS_FOLDER} is missing, so modules cannot be checked")
+        sys.exit(f"{WIDGETS_FOLDER} is missing, so companion modules cannot be checked")
     return {path.name for path in WIDGETS_FOLDER.iterdir()}
 
 
-def is_module(path):
+def is_companion_module(path):
     return path.name.startswith("mod")
 
 
@@ -68,27 +68,27 @@ def widget_files(root, files, widgets):
 
 
 def faults_of(root):
-    files = [path for room in ROOMS for path in sorted((root / room).rglob("*"))
+    files = [path for module in MODULES for path in sorted((root / module).rglob("*"))
              if path.suffix in (".h", ".cpp")]
     if not files:
         sys.exit("no source files found")
     see_widgets = widget_files(root, files, widget_headers())
     faults = []
     for path in files:
-        room = path.relative_to(root).parts[0]
+        module = path.relative_to(root).parts[0]
         for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
             place = f"{path.relative_to(root)}:{number}"
             ours = OURS.match(line)
             if not ours or GENERATED.search(ours.group(1)):
                 continue
             target = ours.group(1).split("/")[0]
-            if target not in ROOMS:
+            if target not in MODULES:
                 faults.append(f"{place}: {ours.group(1)} is not written from the project's root")
-            elif target != room and target not in ROOMS[room]:
-                faults.append(f"{place}: {room} must not know {target}")
+            elif target != module and target not in MODULES[module]:
+                faults.append(f"{place}: {module} must not include {target}")
         name = path.relative_to(root).as_posix()
-        if is_module(path) and name in see_widgets:
-            faults.append(f"{name}: a module that sees widgets")
+        if is_companion_module(path) and name in see_widgets:
+            faults.append(f"{name}: a companion module that includes widgets")
     return len(files), faults
 
 

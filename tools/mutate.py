@@ -100,7 +100,7 @@ def planted(fault, source):
 
 
 def end_of_includes(source):
-    """Behind the last include of a file's beginning, where nothing else stands in between."""
+    """The position after the last include at the beginning of a file, before any other code."""
     beginning = re.match(r"(?:\s*(?://[^\n]*|#[^\n]*)?\n)*", source).group()
     last = beginning.rfind("#include")
     return beginning.find("\n", last) + 1 if last >= 0 else 0

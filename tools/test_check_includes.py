@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The check of the includes finds what it is there for."""
+"""Tests of check_includes.py."""
 
 import tempfile
 import unittest
@@ -23,12 +23,12 @@ class CheckIncludes(unittest.TestCase):
 
     def test_an_upward_include_is_named_with_its_line(self):
         faults = self.faults({"store/a.h": '\n#include "entry/b.h"\n', "entry/b.h": ""})
-        self.assertEqual(faults, ["store/a.h:2: store must not know entry"])
+        self.assertEqual(faults, ["store/a.h:2: store must not include entry"])
 
-    def test_dialog_rooms_do_not_know_one_another(self):
+    def test_dialog_modules_do_not_include_one_another(self):
         self.assertEqual(len(self.faults({"lookup/a.h": '#include "summary/b.h"\n'})), 1)
 
-    def test_an_include_that_does_not_name_its_room(self):
+    def test_an_include_that_does_not_name_its_module(self):
         self.assertEqual(len(self.faults({"store/a.h": '#include "b.h"\n', "store/b.h": ""})), 1)
 
     def test_a_module_that_includes_a_widget(self):
@@ -39,7 +39,7 @@ class CheckIncludes(unittest.TestCase):
             "entry/modA.h": '#include "platform/clsB.h"\n',
             "platform/clsB.h": "#include <QWidget>\n",
         })
-        self.assertEqual(faults, ["entry/modA.h: a module that sees widgets"])
+        self.assertEqual(faults, ["entry/modA.h: a companion module that includes widgets"])
 
 
 if __name__ == "__main__":

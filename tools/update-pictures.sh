@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes the pictures of the documents anew: plays the tour on a light and on a dark desktop, at 100
-# and at 200 %, and keeps every window's picture.
+# Takes the screenshots in the documents again: plays the tour on a light and a dark desktop, at 100
+# and 200 %, and stores a screenshot of every window.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -8,7 +8,7 @@ tools/build.sh release tour WorklogRemote exchange_client help_file worklogprobe
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# A desktop's settings: how the frames around the windows look, and which colours are in them.
+# A desktop's settings: the look of window frames, and the colors.
 light_desktop() {
     window_frames Clearlooks "$2" "$1"
 }
@@ -43,7 +43,7 @@ window_frames() { # theme, scale, folder
         /etc/xdg/openbox/rc.xml >"$3/openbox/rc.xml"
 }
 
-play() { # light or dark, scale, what the pictures' names end in
+play() { # light or dark, scale, the ending of the screenshots' names
     local desktop=$work/desktop$3 album=$work/album$3
     "$1_desktop" "$desktop" "$2"
     local -a session=(-u KDE_SESSION_VERSION -u XDG_CURRENT_DESKTOP)

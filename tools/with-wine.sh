@@ -21,7 +21,7 @@ finish() {
 pids=()
 trap finish EXIT
 
-# Xvfb looks for a free number itself and tells it.
+# Xvfb finds a free display number itself and prints it.
 coproc display { exec Xvfb -displayfd 1 -screen 0 1920x1200x24 -nolisten tcp 2>/dev/null; }
 pids+=("$display_PID")
 read -r number <&"${display[0]}"

@@ -1,14 +1,14 @@
 ; The setup program for Windows. It installs Worklog Remote for the user who runs it, without
-; administrator rights, and brings the uninstaller along.
+; administrator rights, and contains the uninstaller.
 ;
-; makensis is told, as defines:
+; Defines that makensis needs:
 ;   VERSION   such as 1.2.3
-;   FILES     the folder in which everything lies that is installed
+;   FILES     the folder with the files to install
 ;   ICON      the program's icon
-;   PICTURE   what stands beside the texts of the last page
+;   PICTURE   the picture next to the texts of the last page
 ;   OUTPUT    the setup program to write
 ;
-; Exit codes, of the uninstaller, too: 0 done, 1 the user cancelled, 2 failed on the way, 3 Worklog
+; Exit codes, of the uninstaller, too: 0 done, 1 the user canceled, 2 failed partway, 3 Worklog
 ; Remote is running or one of its files is in use, 4 the folder cannot be written, 5 this Windows
 ; is too old.
 Target amd64-unicode
@@ -143,8 +143,8 @@ Function CheckChosenFolder
     Call EndWhileItRuns
 FunctionEnd
 
-; Sets the error flag where the command line names a folder that was not taken: NSIS goes on with
-; its own choice when the folder is impossible or stands in quotes, and nobody would notice.
+; Sets the error flag when the command line names a folder that was not accepted: NSIS silently uses
+; its default when the folder is impossible or in quotes.
 Function TakeTheFolderOfTheCommandLine
     System::Call 'kernel32::GetCommandLineW() w .r0'
     StrLen $1 $0
@@ -269,7 +269,7 @@ FunctionEnd
     Delete "${folder}\*.db.new-journal"
 !macroend
 
-; What the program has written, and nothing that somebody else has put beside it.
+; Deletes what the program has written, and no other file next to it.
 Function un.RemoveData
     !insertmacro DeleteDatabases "$INSTDIR"
     Delete "$INSTDIR\mas90.ini"
@@ -295,19 +295,19 @@ FunctionEnd
 Var RemoveData
 
 Section "Uninstall"
-    ; It may have been started while the question stood here.
+    ; It may have been started while the question was shown.
     Call un.EndWhileItRuns
     StrCpy $RemoveData no
     Call un.FindData
     ${IfNot} ${Errors}
     ${AndIf} ${Cmd} `MessageBox MB_YESNO|MB_ICONEXCLAMATION|MB_DEFBUTTON2 \
         "Your data is in this folder, too:$\r$\n$INSTDIR$\r$\n$\r$\nThe databases may hold entries \
-that have not been handed over to accounting yet.$\r$\n$\r$\nDo you want to remove the databases, \
+that have not been uploaded to accounting yet.$\r$\n$\r$\nDo you want to remove the databases, \
 their copies and your settings as well? Nothing brings them back." /SD IDNO IDYES`
         StrCpy $RemoveData yes
     ${EndIf}
 
-    SetOutPath "$TEMP" ; a folder in which somebody works cannot be removed
+    SetOutPath "$TEMP" ; the working folder of a process cannot be removed
     !insertmacro EachFile Remove
     Delete "$INSTDIR\WLRemote.txt"
     Delete "$INSTDIR\exchange.lock"

@@ -1,13 +1,13 @@
-# Writes the text TEXT: whose work is linked into the Windows programs, and under which licences.
-# They stand where this system keeps them for the packages that were built from the same sources.
+# Writes the text TEXT: whose work is linked into the Windows programs, and under which licenses.
+# They are taken from where this system keeps those of the packages that were built from the same sources.
 set(packages qt6-base-dev libsqlite3-dev libxxhash-dev g++-mingw-w64-x86-64-posix
     mingw-w64-x86-64-dev nsis)
-set(licences LGPL-3 GPL-3 LGPL-2.1 LGPL-2 GPL-2 Apache-2.0)
+set(licenses LGPL-3 GPL-3 LGPL-2.1 LGPL-2 GPL-2 Apache-2.0)
 
 set(text "What others have written
 =======================
 
-Worklog Remote itself is under the licence in LICENSE.txt. Its programs for Windows hold parts that
+Worklog Remote itself is under the license in LICENSE.txt. Its programs for Windows contain parts that
 others have written: Qt, used under the GNU Lesser General Public License 3, with what comes with
 it; SQLite; xxHash; the libraries of the GCC and MinGW-w64 compilers; and the setup program and the
 uninstaller are made with NSIS. Each is unchanged, from the source package of Debian 12 that is
@@ -26,9 +26,9 @@ foreach(package ${packages})
     file(READ /usr/share/doc/${package}/copyright copyright)
     string(APPEND text "\n\n${line}\n${source}\n${line}\n\n${copyright}")
 endforeach()
-foreach(licence ${licences})
-    file(READ /usr/share/common-licenses/${licence} words)
-    string(APPEND text "\n\n${line}\n${licence}\n${line}\n\n${words}")
+foreach(license ${licenses})
+    file(READ /usr/share/common-licenses/${license} words)
+    string(APPEND text "\n\n${line}\n${license}\n${line}\n\n${words}")
 endforeach()
 string(REPLACE "\r" "" text "${text}")
 string(REPLACE "\n" "\r\n" text "${text}")

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Makes what the Windows programs are linked with, from the sources of this system's packages: Qt,
 # SQLite, GoogleTest and the header of xxHash, all static. It takes a while and is kept in the
-# user's cache folder, keyed by the versions. Prints the folder; what it does is told on standard
+# user's cache folder, keyed by the versions. Prints the folder; progress goes to standard
 # error.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
@@ -29,8 +29,8 @@ work=$cache/work
 rm -rf "$work" "$prefix"
 mkdir -p "$work" "$prefix"/{include,lib}
 
-# Where this system gets its packages from, there it gets their sources from. The lists are kept
-# apart, so that nobody's settings change and nobody has to be root.
+# Sources come from where this system gets its packages. The lists are kept in a folder of their own,
+# so that no setting of the system changes and the user need not be root.
 fetch_source() { # name version
     local apt=$work/apt
     local settings=(-o "Dir::Etc::SourceList=$apt/sources.list" -o Dir::Etc::SourceParts=/dev/null
