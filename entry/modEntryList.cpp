@@ -434,6 +434,7 @@ void modEntryList::SaveLastCompany()
 
 QString modEntryList::SyncNotice() const
 {
-    return m_tables.Options.IsOpen() ? EraseNotice(m_tables, m_tables.Options.Record.Sync_Option)
-                                     : QString();
+    return m_tables.Options.IsOpen()
+        ? EraseNotice(m_tables, m_session, m_tables.Options.Record.Sync_Option)
+        : QString();
 }

@@ -1,12 +1,14 @@
 #include "sync/EraseNotice.h"
 
 #include "platform/clsRunTimeError.h"
+#include "store/DroppedCompany.h"
 
 using namespace Qt::StringLiterals;
 
-QString EraseNotice(const Tables &tables, const QString &syncOption)
+QString EraseNotice(const Tables &tables, const SessionState &session, const QString &syncOption)
 {
-    if (syncOption != "2"_L1 || !tables.Entries.IsOpen())
+    if (syncOption != "2"_L1 || !tables.Entries.IsOpen()
+        || IsDroppedCompany(session.CurrentCompanyName))
         return {};
     try {
         const qint32 count = tables.Entries.GetRecordCount();

@@ -68,7 +68,7 @@ QString modSyncOptions::Description() const
 
 QString modSyncOptions::Notice() const
 {
-    return m_selected ? EraseNotice(m_tables, QString::number(*m_selected)) : QString();
+    return m_selected ? EraseNotice(m_tables, m_session, QString::number(*m_selected)) : QString();
 }
 
 void modSyncOptions::Accept()

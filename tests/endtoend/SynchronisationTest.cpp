@@ -174,6 +174,12 @@ TEST_P(ChosenOption, IsWhatTheNextSynchronisationDoes)
     EXPECT_EQ(EntryCount(), u"1"_s);
 
     Synchronise(program);
+    if (choice.Empties && !choice.Uploads) {
+        ProgramUnderTest::WaitUntil(u"the report of what was erased"_s,
+            [&] { return program.MessageText().startsWith(u"An entry of the company ABC "_s); });
+        program.AnswerByKeys(u"Return"_s);
+    }
+    EXPECT_EQ(program.MessageText(), QString());
     const QStringList uploaded = m_place.UploadedRows(u"ABC"_s);
     EXPECT_EQ(uploaded.size(), choice.Uploads ? 1 : 0);
     for (const QString &row : uploaded) {

@@ -1,6 +1,7 @@
 // The synchronisation options: texts, what is shown and what is written.
 
 #include "platform/clsStatusBar.h"
+#include "store/DroppedCompany.h"
 #include "store/StoreErrors.h"
 #include "sync/frmSyncOptions.h"
 #include "tests/support/Modal.h"
@@ -127,6 +128,10 @@ TEST_F(SyncOptions, TheOptionThatErasesSaysHowManyEntries)
         ASSERT_EQ(Selected(), option);
         EXPECT_EQ(notice(), option == 2 ? two : QString()) << option;
     }
+    m_session.CurrentCompanyName = DroppedCompanyName(u"Old Works"_s);
+    QTest::mouseClick(&Option(0), Qt::LeftButton, {}, QPoint(8, Option(0).height() / 2));
+    QTest::mouseClick(&Option(2), Qt::LeftButton, {}, QPoint(8, Option(2).height() / 2));
+    EXPECT_EQ(notice(), QString()) << "nothing is erased that accounting no longer lists";
     Open(u"2"_s);
     EXPECT_EQ(notice(), QString()) << "without entries there is nothing to erase";
 }

@@ -108,6 +108,51 @@ TEST_F(KilledProgram, DoesNotOpenAgainNextToItsClient)
     ExpectStarts();
 }
 
+TEST_F(KilledProgram, ReportsAtItsNextStartWhatBecameOfTheEntriesAndOnlyThen)
+{
+    QFile end(InHome(u"end"_s));
+    qint64 client = 0;
+    {
+        ProgramUnderTest program(m_place.ProgramFolder(), m_display);
+        program.WaitForFocus(u"dtpDate"_s);
+        program.EnterTime(u"7.5"_s, u"Work"_s);
+        program.Key(u"Tab"_s);
+        program.WaitForFocus(u"cmdOK"_s);
+        program.Key(u"Return"_s);
+        program.WaitForText(u"txtDescription"_s, QString());
+        program.ChooseByKeys(u"Options"_s, u"Sync"_s);
+        program.WaitForFocus(u"optSyncOption0"_s);
+        for (int option = 0; option < 3; ++option)
+            program.Key(u"Down"_s);
+        program.WaitForFocus(u"optSyncOption3"_s);
+        program.Key(u"alt+a"_s);
+        program.WaitUntilClosed(u"frmSyncOptions"_s);
+        MakeClient("rm '" + m_place.InProgramFolder(u"ABCEntries-WkLg.db"_s).toUtf8()
+            + "'\necho $$ >client\nwhile [ -e client -a ! -e end ]; do sleep 0.05; done\n");
+        program.WaitUntilActive();
+        program.Key(u"alt+s"_s);
+        client = ProcessIn(u"client"_s);
+        program.Kill();
+    }
+    ASSERT_TRUE(end.open(QIODevice::WriteOnly));
+    WaitForEndOf(client);
+    {
+        ProgramUnderTest program(m_place.ProgramFolder(), m_display);
+        ProgramUnderTest::WaitUntil(
+            u"the report"_s, [&] { return !program.MessageText().isEmpty(); });
+        EXPECT_THAT(program.MessageText().toStdString(),
+            HasSubstr("An entry of the company ABC that was here before the synchronization is no "
+                      "longer here."));
+        EXPECT_THAT(program.MessageText().toStdString(),
+            HasSubstr(m_place.InProgramFolder(u"backup/000001-"_s).toStdString()));
+        program.AnswerByKeys(u"Return"_s);
+        program.WaitForFocus(u"dtpDate"_s);
+        program.Key(u"Escape"_s);
+        EXPECT_EQ(program.WaitForEnd(), 0);
+    }
+    ExpectStarts();
+}
+
 TEST_F(KilledProgram, AtWorkOnItsDatabasesKeepsNobodyOut)
 {
     {
