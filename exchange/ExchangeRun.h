@@ -21,17 +21,17 @@
 ///
 /// Order:  everything that can be refused comes before everything that changes something.
 ///         1. Read and check all files; build every new database, in a folder of its own.
-///         2. Write the entries of every company that hands some over, under hidden names.
-///         3. Hand them over and take them out of the tables.
-///         4. Delete the entries of every company that wishes it.
+///         2. Write the entries of every company whose entries are collected, under hidden names.
+///         3. Deliver them and take them out of the tables.
+///         4. Delete the entries of every company whose option says so.
 ///         5. Move the new databases over the old ones.
 /// Errors: clsRunTimeError. After one in 1 nothing has changed, after one in 2 no entry and no
 ///         reference database; after a later one, and after a kill anywhere, a new run goes on
-///         where this one has ended, with every entry handed over once.
+///         where this one has ended, with every entry delivered once.
 class ExchangeRun
 {
 public:
-    /// `worklog` is the folder with the accounting side's files. All arguments outlive the object.
+    /// `worklog` is the folder with the accounting system's files. All arguments outlive the object.
     ExchangeRun(const QString &worklog, const QString &programFolder, ExchangeLog &log,
         const ProgressReport &progress);
 

@@ -10,6 +10,6 @@
 /// system no longer lists, where nothing is erased.
 ///
 /// Users see it before: in the dialog with the options as soon as they choose, and at the button
-/// that starts the synchronization. It is no question, which would stand in the way of everyone who
-/// wants just that; the exchange client announces the same, and the entries are copied first.
+/// that starts the synchronization. It is not a question: users who chose that option have answered
+/// it already. The exchange client announces the same, and the entries are copied first.
 QString EraseNotice(const Tables &tables, const SessionState &session, const QString &syncOption);

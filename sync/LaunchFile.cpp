@@ -42,7 +42,7 @@ QString Quoted(QString text)
     return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
 }
 
-/// The accounting side turns them back.
+/// The accounting system turns them back.
 QString Starred(QString folder)
 {
     return folder.replace(u' ', u'*');

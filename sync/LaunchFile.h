@@ -37,6 +37,6 @@ QString ClientCommandLine(const LaunchFile &launch, const QString &programFolder
 /// What follows the program in that text.
 QString ClientArguments(const LaunchFile &launch, const QString &programFolder);
 
-/// Whether the client would be told that folder: a double quote too many in the launch file takes
-/// in what follows it, and of a name with both blanks and stars nobody can tell which was which.
+/// Whether the client would receive that folder: a double quote too many in the launch file takes
+/// in what follows it, and in a name with both spaces and stars the two cannot be told apart.
 bool TellsFolder(const QString &clientArguments, const QString &programFolder);

@@ -9,7 +9,7 @@
 #include <array>
 #include <functional>
 
-/// What the dialogs of this room do alike.
+/// What the dialogs of this module do alike.
 class clsSyncDialog : public QDialog
 {
     Q_OBJECT

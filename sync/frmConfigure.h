@@ -21,7 +21,7 @@ public:
         QWidget *parent = nullptr);
     ~frmConfigure() override;
 
-    /// Reads the settings; to be called before the dialog is shown. What goes wrong is told.
+    /// Reads the settings; to be called before the dialog is shown. Failures are reported.
     void Load();
 
 protected:

@@ -24,7 +24,7 @@ public:
         QWidget *parent = nullptr);
     ~frmSyncOptions() override;
 
-    /// Reads the stored option; to be called before the dialog is shown. What goes wrong is told.
+    /// Reads the stored option; to be called before the dialog is shown. Failures are reported.
     /// False, and the user knows why, when there is nothing to choose yet: the dialog is then not
     /// to be shown.
     bool Load();

@@ -38,8 +38,8 @@ public:
     modConfigure(const Tables &tables, const SessionState &session, clsSettings &settings,
         clsFolderBrowser &browser, clsMessageBox &messages, const clsClock &clock);
 
-    /// Starts again from the launch file; an installation that is not there any more is told, and
-    /// a folder asked for. A missing or empty launch file is an error.
+    /// Starts again from the launch file; an installation that is no longer there is reported,
+    /// and a folder asked for. A missing or empty launch file is an error.
     void Load();
     void SelectKind(Installation kind); ///< the click on an option button
     void TypePath(const QString &typed) { Screen.Mas90Path = typed; }

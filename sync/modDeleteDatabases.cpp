@@ -42,7 +42,7 @@ bool modDeleteDatabases::DeleteAllDatabases()
         m_backup.DeleteCopies();
         return true;
     } catch (const clsRunTimeError &) {
-        return false; // the caller tells the user
+        return false; // the caller reports it
     }
 }
 

@@ -32,7 +32,7 @@ std::optional<Installation> CheckInstallation(const QString &root);
 ///
 /// Files:  mas90.ini in the program folder, line 1 the installation's root, line 2 the client's
 ///         arguments; UTF-8 or the system's encoding, with or without a byte order mark.
-/// Errors: none leaves RunSynchronisation, the user is told; the rest raises those of the store.
+/// Errors: RunSynchronisation reports its own to the user; the rest raises those of the store.
 class modSync
 {
 public:

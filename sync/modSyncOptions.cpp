@@ -47,7 +47,7 @@ void modSyncOptions::Load()
     modDBOpts &options = m_tables.Options;
     ComposeTexts(options.Working.Accounting_Name);
     m_selected.reset();
-    // What an earlier dialog left in the working copy, cancelled, is not what is stored.
+    // What an earlier dialog, canceled, left in the working copy is not what is stored.
     options.Working.Sync_Option = options.Record.Sync_Option;
     for (int option = 0; option < Options; ++option) {
         if (options.Record.Sync_Option == QString::number(option))

@@ -1,4 +1,4 @@
-// What the user is told after a synchronization: what the program knows, where to look first, and
+// The report after a synchronization: what the program knows, where to look first, and
 // where the copy is.
 
 #include "platform/Paths.h"

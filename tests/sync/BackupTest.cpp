@@ -216,7 +216,7 @@ TEST_F(Backup, OfADamagedDatabaseIsItsBytesAndItsJournal)
     EXPECT_FALSE(QFileInfo::exists(BackupFolder()));
 }
 
-#ifdef Q_OS_UNIX // Windows limits nobody's files
+#ifdef Q_OS_UNIX // Windows does not limit the size of files
 TEST_F(Backup, ThatCannotBeMadeIsAnErrorAndLeavesNothingHalf)
 {
     Build();
