@@ -1,5 +1,8 @@
 #include "app/DatabaseCheck.h"
 
+#include "platform/clsRunTimeError.h"
+#include "store/StoreErrors.h"
+
 namespace {
 
 void OpenGlobalOptions(Tables &tables)
@@ -14,9 +17,14 @@ void OpenGlobalOptions(Tables &tables)
     tables.GlobalOptions.TakeHandle(main.OpenTable(name));
 }
 
-} // namespace
+/// Errors of a database that was opened and cannot be read.
+bool IsDamage(const clsRunTimeError &error)
+{
+    return error.Number() == StoreErrors::Damaged || error.Number() == StoreErrors::BadRecord
+        || error.Number() == StoreErrors::NotADatabase;
+}
 
-bool CheckDatabases(Tables &tables, SessionState &session, modSync &sync)
+bool OpenAndCheck(Tables &tables, SessionState &session, modSync &sync)
 {
     modDBMain &main = tables.Main;
     tables.Company.Handle = main.CloseTable(tables.Company.Handle);
@@ -24,6 +32,8 @@ bool CheckDatabases(Tables &tables, SessionState &session, modSync &sync)
     if (!tables.Company.IsOpen())
         return false;
     OpenGlobalOptions(tables);
+    if (!tables.GlobalOptions.IsOpen())
+        return false;
     if (session.CurrentCompanyCode.isEmpty())
         session.CurrentCompanyCode = tables.Company.ChooseCompany(tables.GlobalOptions);
     tables.GlobalOptions.SaveLastCompany(session.CurrentCompanyCode);
@@ -35,4 +45,18 @@ bool CheckDatabases(Tables &tables, SessionState &session, modSync &sync)
     // The list opens them again for itself.
     sync.CloseAllDatabases();
     return true;
+}
+
+} // namespace
+
+bool CheckDatabases(Tables &tables, SessionState &session, modSync &sync)
+{
+    try {
+        return OpenAndCheck(tables, session, sync);
+    } catch (const clsRunTimeError &error) {
+        if (!IsDamage(error))
+            throw;
+        tables.Main.NoteFailure(error);
+        return false;
+    }
 }

@@ -150,6 +150,9 @@ void modEntryList::OpenCompany()
     m_session.CurrentCompanyName
         = m_tables.Company.LoadCurrentCompany(m_session.CurrentCompanyCode);
     m_sync.OpenAllDatabases();
+    const auto &failures = m_tables.Main.Failures();
+    if (!m_session.DatabasesReady && !failures.empty())
+        throw clsRunTimeError(failures.front().Error);
     if (!m_session.DatabasesReady)
         RaiseStoreError(StoreErrors::Incomplete,
             u"The databases of the company "_s + m_session.CurrentCompanyCode

@@ -91,7 +91,7 @@ QString LocalDatabases::JournalOf(const QString &name) const
 RecordStore::Handle LocalDatabases::OpenTable(const QString &name)
 {
     RequireOwnJournal(JournalOf(name));
-    return m_main.OpenTable(name);
+    return m_main.OpenTableOrRaise(name);
 }
 
 template <class Record>

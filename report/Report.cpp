@@ -48,7 +48,7 @@ private:
     bool Open(Table &table, const QString &name)
     {
         if (m_snapshot.Take(name))
-            table.Handle = Tables.Main.OpenTable(name);
+            table.Handle = Tables.Main.OpenTableOrRaise(name);
         return table.IsOpen();
     }
     template <class Table>
@@ -65,7 +65,7 @@ private:
     {
         const QString global = Tables.Main.GlobalName(DatabasePrefix::GlobalOptions);
         if (m_snapshot.Take(global))
-            Tables.GlobalOptions.TakeHandle(Tables.Main.OpenTable(global));
+            Tables.GlobalOptions.TakeHandle(Tables.Main.OpenTableOrRaise(global));
         QString current = wanted;
         const QStringList codes = Tables.Company.FillCompanyList(current, Tables.GlobalOptions);
         if (codes.contains(current))

@@ -1,6 +1,5 @@
 #include "store/RecordStore.h"
 
-#include "platform/clsRunTimeError.h"
 #include "store/FieldText.h"
 #include "store/StoreErrors.h"
 
@@ -191,9 +190,22 @@ RecordStore::Handle RecordStore::OpenDatabase(
 {
     RequireArgument(mode == OpenMode, u"mode "_s + QString::number(mode));
     RequireArgument(access == ReadAndWrite, u"access "_s + QString::number(access));
+    m_openFailure.reset();
     auto table = std::make_unique<OpenTable>();
-    table->File = DatabaseFile::Open(FileName(path), m_creator);
+    try {
+        table->File = DatabaseFile::Open(FileName(path), m_creator);
+    } catch (const clsRunTimeError &error) {
+        m_openFailure = error;
+    }
     return table->File ? Keep(std::move(table)) : 0;
+}
+
+RecordStore::Handle RecordStore::OpenOrRaise(const QString &path)
+{
+    const Handle handle = OpenDatabase(OpenMode, path, 0, 0, 0, 0, ReadAndWrite);
+    if (m_openFailure)
+        throw clsRunTimeError(*m_openFailure);
+    return handle;
 }
 
 void RecordStore::CloseDatabase(Handle handle)

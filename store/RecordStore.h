@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/clsRunTimeError.h"
 #include "platform/Currency.h"
 #include "store/RecordTable.h"
 #include "store/Schema.h"
@@ -52,9 +53,14 @@ public:
     /// Files of any other creator are refused. 0 until it is set.
     void SetCreator(quint32 creator) { m_creator = creator; }
 
-    /// 0 when the file does not exist. `mode` is 1, `access` 3 (reading and writing).
+    /// 0 when the file does not exist, and when it cannot be opened; OpenFailure() then says why.
+    /// `mode` is 1, `access` 3 (reading and writing).
     Handle OpenDatabase(qint32 mode, const QString &path, qint32 reserved1, qint32 reserved2,
         qint32 reserved3, qint32 reserved4, qint32 access);
+    /// Why the last OpenDatabase has returned 0; std::nullopt when it did not, or found no file.
+    const std::optional<clsRunTimeError> &OpenFailure() const { return m_openFailure; }
+    /// OpenDatabase for callers that must tell the two apart: 0 when the file does not exist.
+    Handle OpenOrRaise(const QString &path);
     void CloseDatabase(Handle handle);
     /// Begins to bring the table into memory, and to index its first field, beside whatever the
     /// caller does next. Every other call for the handle waits for it; a failure is told by the
@@ -210,6 +216,7 @@ private:
     Handle Keep(std::unique_ptr<OpenTable> table);
 
     quint32 m_creator = 0;
+    std::optional<clsRunTimeError> m_openFailure; // set by each OpenDatabase
     std::vector<std::unique_ptr<OpenTable>> m_open; // by handle, from 1; empty when closed
     mutable quint64 m_versions = 0;
 };

@@ -24,6 +24,7 @@ modDBMain::modDBMain(RecordStore &store, const QString &programFolder)
 void modDBMain::StoreTheCodes(const StoreCodes &codes)
 {
     m_codes = codes;
+    ForgetFailures();
     m_store.SetCreator(CodeNumber(codes.Creator));
 }
 
@@ -44,7 +45,28 @@ QString modDBMain::PathOf(const QString &name) const
 
 RecordStore::Handle modDBMain::OpenTable(const QString &name)
 {
-    return CanBeFileName(name) ? m_store.OpenDatabase(1, PathOf(name), 0, 0, 0, 0, 3) : 0;
+    if (!CanBeFileName(name))
+        return 0;
+    const RecordStore::Handle handle = m_store.OpenDatabase(1, PathOf(name), 0, 0, 0, 0, 3);
+    const bool isMissing = handle == 0 && !m_store.OpenFailure();
+    if (!isMissing) // of a missing one, a failed creation may be known
+        ForgetFailureOf(name);
+    if (m_store.OpenFailure())
+        m_failures.push_back({name, *m_store.OpenFailure()});
+    return handle;
+}
+
+void modDBMain::ForgetFailureOf(const QString &name)
+{
+    std::erase_if(m_failures, [&](const Failure &failure) { return failure.Name == name; });
+}
+
+RecordStore::Handle modDBMain::OpenTableOrRaise(const QString &name)
+{
+    const RecordStore::Handle handle = OpenTable(name);
+    if (handle == 0 && CanBeFileName(name) && m_store.OpenFailure())
+        throw clsRunTimeError(*m_store.OpenFailure());
+    return handle;
 }
 
 RecordStore::Handle modDBMain::CloseTable(RecordStore::Handle handle)
@@ -58,21 +80,32 @@ void modDBMain::DeleteTable(const QString &name)
 {
     if (CanBeFileName(name))
         m_store.DeleteDatabase(PathOf(name), 0, 0);
+    ForgetFailureOf(name);
 }
 
 void modDBMain::CreateGlobalOptions(const QString &name)
 {
-    CreateOne(name, GlobalOptionsRecord::SchemaText);
+    CreateOrNote(name, GlobalOptionsRecord::SchemaText, Kind::Plain);
 }
 
 void modDBMain::CreateEntries(const QString &name)
 {
-    CreateOne(name, EntryRecord::SchemaText, Kind::WithCheckValues);
+    CreateOrNote(name, EntryRecord::SchemaText, Kind::WithCheckValues);
 }
 
 void modDBMain::CreateHoursSummary(const QString &name)
 {
     CreateOne(name, HoursSummaryRecord::SchemaText, Kind::Scratch);
+}
+
+void modDBMain::CreateOrNote(const QString &name, QStringView schemaText, Kind kind)
+{
+    try {
+        CreateOne(name, schemaText, kind);
+    } catch (const clsRunTimeError &error) {
+        ForgetFailureOf(name);
+        m_failures.push_back({name, error});
+    }
 }
 
 void modDBMain::CreateOne(const QString &name, QStringView schemaText, Kind kind)

@@ -60,10 +60,10 @@ void modHrsSumm::OpenEmptyTable()
         = main.CompanyName(m_session.CurrentCompanyCode, DatabasePrefix::HoursSummary);
     days.Handle = main.CloseTable(days.Handle);
     main.DeleteTable(name);
-    days.Handle = main.OpenTable(name);
+    days.Handle = main.OpenTableOrRaise(name);
     if (!days.IsOpen()) {
         CreateHoursSummaryTable(name);
-        days.Handle = main.OpenTable(name);
+        days.Handle = main.OpenTableOrRaise(name);
     }
     m_tables.Store.MakeScratch(days.Handle);
 }

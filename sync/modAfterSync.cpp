@@ -115,7 +115,7 @@ QString modAfterSync::WhatBecameOf(
     if (HaveSameContents(file, copy))
         return {};
     try {
-        const RecordStore::Handle now = m_tables.Main.OpenTable(name);
+        const RecordStore::Handle now = m_tables.Main.OpenTableOrRaise(name);
         const auto closed = qScopeGuard([&] { m_tables.Main.CloseTable(now); });
         if (now != 0)
             m_tables.Store.MoveFirst(now); // raises when it cannot be read
@@ -134,14 +134,14 @@ QString modAfterSync::WhatBecameOf(
 
 RecordStore::Handle modAfterSync::OpenCopy(const QString &path)
 {
-    return m_tables.Store.OpenDatabase(1, path, 0, 0, 0, 0, 3);
+    return m_tables.Store.OpenOrRaise(path);
 }
 
 qsizetype modAfterSync::CountMissing(const QString &name, const QString &copyFolder)
 {
     modDBMain &main = m_tables.Main;
     RecordStore &store = m_tables.Store;
-    const RecordStore::Handle now = main.OpenTable(name);
+    const RecordStore::Handle now = main.OpenTableOrRaise(name);
     const auto closed = qScopeGuard([&] { main.CloseTable(now); });
     const RecordStore::Handle before = OpenCopy(JoinPath(copyFolder, name));
     const auto closedToo = qScopeGuard([&] { main.CloseTable(before); });

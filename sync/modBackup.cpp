@@ -48,7 +48,7 @@ void modBackup::CopyOriginal(const QString &name, const QString &to)
         m_tables.Main.CloseTable(handle);
     });
     try {
-        handle = m_tables.Main.OpenTable(name);
+        handle = m_tables.Main.OpenTableOrRaise(name);
         if (handle != 0) {
             ReserveBatch(name, handle);
             lock.emplace(m_tables.Store, handle);

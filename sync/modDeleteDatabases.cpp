@@ -72,7 +72,7 @@ void modDeleteDatabases::DeleteCompanies()
     modDBMain &main = m_tables.Main;
     modDBComp &company = m_tables.Company;
     const auto closed = qScopeGuard([&] { company.Handle = main.CloseTable(company.Handle); });
-    company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
+    company.Handle = main.OpenTableOrRaise(main.GlobalName(DatabasePrefix::Company));
     if (!company.IsOpen())
         return;
     for (company.MoveFirst(); !company.IsEndOfTable(); company.MoveNext()) {

@@ -50,6 +50,7 @@ void modSync::OpenAllDatabases()
         table.Handle = main.OpenTable(main.CompanyName(m_session.CurrentCompanyCode, prefix));
         return table.IsOpen();
     };
+    main.ForgetFailures();
     m_session.DatabasesReady = false;
     m_session.OpeningInProgress = false;
     m_tables.Entries.Handle = main.CloseTable(m_tables.Entries.Handle);
@@ -152,7 +153,7 @@ void modSync::SettleJournals()
     for (QString name : folder.entryList({u'*' + ending}, QDir::Files)) {
         name.chop(ending.size());
         try {
-            const RecordStore::Handle handle = m_tables.Main.OpenTable(name);
+            const RecordStore::Handle handle = m_tables.Main.OpenTableOrRaise(name);
             m_tables.Main.CloseTable(handle);
             if (handle == 0)
                 QFile::remove(folder.filePath(name + ending)); // its database is gone

@@ -41,7 +41,9 @@ public:
         modBackup &backup);
 
     /// Opens the seven reference databases of the current company and, when all are there, its
-    /// entries, which are created when missing. What was open is closed first.
+    /// entries, which are created when missing. What was open is closed first. When the databases
+    /// are not ready afterwards, the store's Failures() are those that could not be opened or
+    /// created.
     void OpenAllDatabases();
     /// Closes the company's databases; during a synchronisation or a deletion the two global
     /// ones too.

@@ -211,7 +211,7 @@ TEST_F(Program, ASecondInstanceIsRefusedWithoutAWindow)
     EXPECT_EQ(ended.count(), 1);
 }
 
-TEST_F(Program, AnyOtherFailureIsCriticalAndNamed)
+TEST_F(Program, ADatabaseThatCannotBeOpenedLeavesTheWindowLockedAndTheFileAsItIs)
 {
     QFile file(File(u"Company-WkLg"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -220,15 +220,32 @@ TEST_F(Program, AnyOtherFailureIsCriticalAndNamed)
     clsProgram program(Folder(), Services());
     QSignalSpy ended(&program, &clsProgram::Ended);
     program.StartUp();
-    ASSERT_EQ(m_messages.Shown.size(), 1);
-    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Critical);
-    EXPECT_EQ(m_messages.Shown[0].Text,
-        u"Error %1; The file is not a database: %2"_s.arg(StoreErrors::NotADatabase)
-            .arg(File(u"Company-WkLg"_s)));
-    EXPECT_EQ(program.MainWindow(), nullptr);
-    EXPECT_EQ(ended.count(), 1);
+    EXPECT_THAT(m_messages.Texts(), ElementsAre(SynchroniseFirst));
+    EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
+    ASSERT_NE(program.MainWindow(), nullptr);
+    EXPECT_EQ(ended.count(), 0);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), "no database");
+}
+
+TEST_F(Program, ADatabaseThatCannotBeReadLeavesTheWindowLockedToo)
+{
+    for (const QString &name : {u"Company-WkLg"_s, u"GlobalOptions-WkLg"_s, u"ABCOptions-WkLg"_s}) {
+        SCOPED_TRACE(name.toStdString());
+        QDir(Folder()).removeRecursively();
+        QDir().mkpath(Folder());
+        BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
+        QFile file(File(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        file.seek(2 * 4096); // the kind of the page with the records
+        file.write("\xff");
+        file.close();
+        m_messages.Shown.clear();
+        clsProgram program(Folder(), Services());
+        program.StartUp();
+        EXPECT_THAT(m_messages.Texts(), ElementsAre(SynchroniseFirst));
+        EXPECT_NE(program.MainWindow(), nullptr);
+    }
 }
 
 TEST_F(Program, AFolderThatCannotBeWrittenIsNamedAndNotCalledRunning)
@@ -237,6 +254,8 @@ TEST_F(Program, AFolderThatCannotBeWrittenIsNamedAndNotCalledRunning)
     clsProgram program(missing, Services());
     program.StartUp();
     ASSERT_EQ(m_messages.Shown.size(), 1);
+    EXPECT_EQ(m_messages.Shown[0].Icon, MessageIcon::Critical);
+    EXPECT_EQ(program.MainWindow(), nullptr);
     EXPECT_TRUE(
         m_messages.Shown[0].Text.startsWith(u"Error %1; "_s.arg(RunTimeErrors::PathAccess)));
     EXPECT_TRUE(m_messages.Shown[0].Text.contains(missing));
@@ -389,13 +408,12 @@ TEST_F(Program, ASecondInstanceLeavesTheReportToTheFirst)
     EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"An entry of the company ABC "_s));
 }
 
-TEST_F(Program, EntriesThatCannotBeReadAfterTheClientAreToldBeforeTheProgramEnds)
+TEST_F(Program, EntriesThatCannotBeReadAfterTheClientLockTheWindowAndTheirCopyIsNamed)
 {
     MakeInstallation();
     BuildSampleCompanies(Folder(), {SampleCompany()}, Global(u"ABC"_s));
     clsProgram program(Folder(), Services());
-    qsizetype toldAtTheEnd = 0;
-    QObject::connect(&program, &clsProgram::Ended, [&] { toldAtTheEnd = m_messages.Shown.size(); });
+    QSignalSpy ended(&program, &clsProgram::Ended);
     program.StartUp();
     m_process.Work = [&] {
         QFile file(File(u"ABCEntries-WkLg"_s));
@@ -404,11 +422,11 @@ TEST_F(Program, EntriesThatCannotBeReadAfterTheClientAreToldBeforeTheProgramEnds
     };
     PressSync(*program.MainWindow());
     ASSERT_EQ(m_messages.Shown.size(), 2);
-    EXPECT_TRUE(m_messages.Shown[0].Text.startsWith(u"Error "_s));
+    EXPECT_EQ(m_messages.Shown[0].Text, SynchroniseFirst);
     EXPECT_TRUE(
         m_messages.Shown[1].Text.contains(Native(Folder() + u"/backup/000001-20260309-103000"_s)));
-    EXPECT_EQ(program.MainWindow(), nullptr);
-    EXPECT_EQ(toldAtTheEnd, 2);
+    EXPECT_NE(program.MainWindow(), nullptr);
+    EXPECT_EQ(ended.count(), 0);
 }
 
 TEST_F(Program, WithoutACopyOfTheEntriesNoClientIsStarted)

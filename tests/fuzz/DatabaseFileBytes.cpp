@@ -13,6 +13,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         RecordStore store;
         store.SetCreator(CodeNumber(u"WkLg"_s));
         const auto handle = store.OpenDatabase(1, QString(file).chopped(3), 0, 0, 0, 0, 3);
+        FUZZ_EXPECT(!store.OpenFailure() || store.OpenFailure()->Description().contains(file));
         if (handle == 0)
             return 0;
         qint32 records = 0;

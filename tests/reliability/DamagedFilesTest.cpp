@@ -1,8 +1,10 @@
 // Files that are cut off, changed at random, foreign or prepared by somebody else: they are refused
 // by name, or read as they were saved, and never made worse.
 
+#include "platform/clsRunTimeError.h"
 #include "platform/Paths.h"
 #include "store/StoreErrors.h"
+#include "sync/modSync.h"
 #include "tests/reliability/ProgramOnDisk.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Soak.h"
@@ -70,17 +72,17 @@ protected:
         sqlite3_close(database);
     }
 
-    /// The start that meets the damage: one message that names the file, which stays as it is.
-    void ExpectStartRefused(const QString &name, const std::string &what) const
+    /// The start that meets the damage opens the locked window with the one message that asks for
+    /// a synchronization; the file stays as it is.
+    void ExpectStartLocked(const QString &name, const std::string &what) const
     {
         SCOPED_TRACE(name.toStdString() + ", " + what);
         const bool isFile = QFileInfo(File(name)).isFile();
         const QByteArray before = isFile ? Bytes(name) : QByteArray();
         ProgramOnDisk program(Folder());
         program.StartUp();
-        ASSERT_EQ(program.Failures().size(), 1);
-        EXPECT_TRUE(program.Failures()[0].contains(File(name)))
-            << program.Failures()[0].toStdString();
+        EXPECT_THAT(program.Messages.Texts(), ElementsAre(SynchronizeFirst()));
+        EXPECT_NE(program.Window(), nullptr);
         if (isFile) {
             EXPECT_EQ(Bytes(name), before);
         }
@@ -91,7 +93,7 @@ protected:
 
 } // namespace
 
-TEST_F(DamagedFiles, CutOffAtAnySectorAreNamedAndLeftAlone)
+TEST_F(DamagedFiles, CutOffAtAnySectorLockTheWindowAndAreLeftAlone)
 {
     int cuts = 0;
     for (const QString &name : Names) {
@@ -101,7 +103,7 @@ TEST_F(DamagedFiles, CutOffAtAnySectorAreNamedAndLeftAlone)
         ASSERT_EQ(whole.size() % 512, 0);
         for (qsizetype size = 0; size < whole.size(); size += 512 * Rounds(7, 1)) {
             Write(name, whole.left(size));
-            ExpectStartRefused(name, std::to_string(size) + " bytes");
+            ExpectStartLocked(name, std::to_string(size) + " bytes");
             ++cuts;
         }
         Write(name, whole);
@@ -112,19 +114,19 @@ TEST_F(DamagedFiles, CutOffAtAnySectorAreNamedAndLeftAlone)
     EXPECT_THAT(program.Messages.Texts(), IsEmpty());
 }
 
-TEST_F(DamagedFiles, ThatAreNoDatabasesAreNamedAndLeftAlone)
+TEST_F(DamagedFiles, ThatAreNoDatabasesLockTheWindowAndAreLeftAlone)
 {
     for (const QString &name : Names) {
         if (name.contains(u"HoursSummary"_s))
             continue;
         Write(name, "Customer_Number,Project_Number\r\n0100,AUDIT\r\n");
-        ExpectStartRefused(name, "a text");
+        ExpectStartLocked(name, "a text");
         QFile::remove(File(name));
         Outside(name, {u"CREATE TABLE \"%1\" (a TEXT) STRICT"_s.arg(name)});
-        ExpectStartRefused(name, "somebody else's");
+        ExpectStartLocked(name, "somebody else's");
         QFile::remove(File(name));
         QDir().mkpath(File(name));
-        ExpectStartRefused(name, "a folder");
+        ExpectStartLocked(name, "a folder");
         Refresh();
     }
 }
@@ -222,7 +224,7 @@ TEST_P(RandomDamage, NeverCrashesAndNeverChangesAnEntryUnnoticed)
     const QString path = Folder() + u'/' + name;
     const auto open = [&](RecordStore &store) {
         store.SetCreator(CodeNumber(u"WkLg"_s));
-        return store.OpenDatabase(1, path, 0, 0, 0, 0, 3);
+        return store.OpenOrRaise(path);
     };
     QStringList whole;
     int fields = 0;
@@ -300,11 +302,13 @@ TEST_F(DamagedFiles, WhoseColumnsAreNotAsCreatedAreNamedWithTheColumn)
             Outside(name, statements);
             RecordStore store;
             store.SetCreator(CodeNumber(u"WkLg"_s));
-            const Raised raised
-                = RaisedBy([&] { store.OpenDatabase(1, Folder() + u'/' + name, 0, 0, 0, 0, 3); });
-            EXPECT_EQ(raised.Number, StoreErrors::Damaged) << statements.join(u' ').toStdString();
-            EXPECT_TRUE(raised.Names(column));
-            EXPECT_TRUE(raised.Names(File(name)));
+            EXPECT_EQ(store.OpenDatabase(1, Folder() + u'/' + name, 0, 0, 0, 0, 3), 0);
+            ASSERT_TRUE(store.OpenFailure()) << statements.join(u' ').toStdString();
+            const clsRunTimeError &failure = *store.OpenFailure();
+            EXPECT_EQ(failure.Number(), StoreErrors::Damaged)
+                << statements.join(u' ').toStdString();
+            EXPECT_TRUE(failure.Description().contains(column));
+            EXPECT_TRUE(failure.Description().contains(Folder() + u'/' + name));
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "store/FieldText.h"
 #include "store/PadKey.h"
 #include "store/StoreErrors.h"
+#include "tests/support/OtherProgram.h"
 #include "tests/support/Raised.h"
 #include "tests/support/SampleCompany.h"
 
@@ -38,6 +39,15 @@ protected:
             handle = Modules.Main.OpenTable(name);
         }
         Modules.GlobalOptions.TakeHandle(handle);
+    }
+
+    Raised Failure(const QString &name) const
+    {
+        for (const modDBMain::Failure &failure : Modules.Main.Failures()) {
+            if (failure.Name == name)
+                return {failure.Error.Number(), failure.Error.Description()};
+        }
+        return {};
     }
 
     QStringList Files() const { return QDir(m_folder.path()).entryList(QDir::Files, QDir::Name); }
@@ -157,9 +167,9 @@ TEST_F(AccessModules, AnExistingTableIsNotCreatedAnew)
     Modules.Main.CreateEntries(u"ABCEntries-WkLg"_s);
     Modules.Entries.Handle = Modules.Main.OpenTable(u"ABCEntries-WkLg"_s);
     Modules.Entries.AddEntry(EntryRecord());
-    const Raised raised = RaisedBy([&] { Modules.Main.CreateEntries(u"ABCEntries-WkLg"_s); });
-    EXPECT_EQ(raised.Number, StoreErrors::AlreadyExists);
-    EXPECT_TRUE(raised.Names(u"ABCEntries-WkLg.db"_s));
+    Modules.Main.CreateEntries(u"ABCEntries-WkLg"_s);
+    EXPECT_EQ(Failure(u"ABCEntries-WkLg"_s).Number, StoreErrors::AlreadyExists);
+    EXPECT_TRUE(Failure(u"ABCEntries-WkLg"_s).Names(u"ABCEntries-WkLg.db"_s));
     EXPECT_EQ(Modules.Entries.GetRecordCount(), 1);
 }
 
@@ -179,16 +189,15 @@ TEST_F(AccessModules, ANameThatCannotBeAFilesNameCannotBeOpened)
     for (const QString &company : {u"A/B"_s, u"A\\B"_s, u"../x"_s, u"/"_s, QString(QChar(u'\0'))}) {
         const QString name = Modules.Main.CompanyName(company, DatabasePrefix::Entries);
         EXPECT_EQ(Modules.Main.OpenTable(name), 0) << name.toStdString();
-        EXPECT_EQ(
-            RaisedBy([&] { Modules.Main.CreateEntries(name); }).Number, StoreErrors::BadArgument)
-            << name.toStdString();
+        Modules.Main.CreateEntries(name);
+        EXPECT_EQ(Failure(name).Number, StoreErrors::BadArgument) << name.toStdString();
         Modules.Main.DeleteTable(name);
     }
     EXPECT_TRUE(QFile::exists(m_folder.path() + u"/A/BEntries-WkLg.db"_s));
     const QString tooLong = QString(300, u'x') + u"Entries-WkLg"_s;
     EXPECT_EQ(Modules.Main.OpenTable(tooLong), 0);
-    EXPECT_EQ(
-        RaisedBy([&] { Modules.Main.CreateEntries(tooLong); }).Number, StoreErrors::Unreadable);
+    Modules.Main.CreateEntries(tooLong);
+    EXPECT_EQ(Failure(tooLong).Number, StoreErrors::Unreadable);
     EXPECT_TRUE(Files().isEmpty());
 }
 
@@ -197,8 +206,51 @@ TEST_F(AccessModules, ATableOfAnotherCreatorIsNotOurs)
     OpenCompanies({Company(u"ABC"_s)});
     Modules.Main.StoreTheCodes({u"Else"_s, u"KVLM"_s, u"DATA"_s});
     EXPECT_EQ(Modules.Main.OpenTable(u"Company-Else"_s), 0);
-    EXPECT_EQ(RaisedBy([&] { Modules.Main.OpenTable(u"Company-WkLg"_s); }).Number,
-        StoreErrors::ForeignCreator);
+    EXPECT_EQ(Modules.Main.OpenTable(u"Company-WkLg"_s), 0);
+    EXPECT_EQ(Failure(u"Company-WkLg"_s).Number, StoreErrors::ForeignCreator);
+}
+
+TEST_F(AccessModules, AFileThatCannotBeOpenedIsHandleZeroWithTheReason)
+{
+    const QString name = u"Company-WkLg"_s;
+    const QString file = RecordStore::FileName(m_folder.filePath(name));
+    BuildDatabase(m_folder.path(), name, std::vector{Company(u"ABC"_s)});
+    QFile sound(file);
+    ASSERT_TRUE(sound.open(QIODevice::ReadOnly));
+    const QByteArray bytes = sound.readAll();
+    sound.close();
+    const auto expectRefused = [&](int number, const char *what) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(Modules.Main.OpenTable(name), 0);
+        EXPECT_EQ(Failure(name).Number, number);
+        EXPECT_TRUE(Failure(name).Names(file));
+        const Raised raised = RaisedBy([&] { Modules.Main.OpenTableOrRaise(name); });
+        EXPECT_EQ(raised.Number, number);
+        EXPECT_TRUE(raised.Names(file));
+    };
+    for (const auto &[content, number] : {std::pair{QByteArray(), StoreErrors::NotADatabase},
+             std::pair{QByteArray("no database"), StoreErrors::NotADatabase},
+             std::pair{bytes.left(5000), StoreErrors::Damaged}}) {
+        QFile damaged(file);
+        ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+        damaged.write(content);
+        damaged.close();
+        expectRefused(number, content.left(20).constData());
+    }
+    ASSERT_TRUE(QFile::remove(file));
+    ASSERT_TRUE(QDir().mkpath(file));
+    expectRefused(StoreErrors::NotADatabase, "a folder");
+    ASSERT_TRUE(QDir().rmdir(file));
+    ASSERT_TRUE(sound.open(QIODevice::WriteOnly));
+    sound.write(bytes);
+    sound.close();
+    {
+        OtherProgram other(file);
+        other.Execute(u"BEGIN EXCLUSIVE"_s);
+        expectRefused(StoreErrors::Locked, "locked");
+    }
+    EXPECT_NE(Modules.Main.OpenTable(name), 0);
+    EXPECT_TRUE(Modules.Main.Failures().empty()) << "what was opened is no failure";
 }
 
 TEST_F(AccessModules, TheCompanyListHoldsTheCodesInTheTablesOrder)

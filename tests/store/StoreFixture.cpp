@@ -19,7 +19,7 @@ QString StoreFixture::InMemory()
 
 StoreFixture::Handle StoreFixture::Open(const QString &name)
 {
-    return Store.OpenDatabase(1, PathOf(name), 0, 0, 0, 0, 3);
+    return Store.OpenOrRaise(PathOf(name));
 }
 
 StoreFixture::Handle StoreFixture::Create(const QString &name, QStringView schema)

@@ -29,6 +29,7 @@ protected:
     /// The file that it stands for.
     QString FileOf(const QString &name) const { return RecordStore::FileName(PathOf(name)); }
 
+    /// Raises why a file that is there cannot be opened.
     Handle Open(const QString &name);
     /// A new table that stays open.
     Handle Create(const QString &name, QStringView schema = ThreeFields::SchemaText);

@@ -1,6 +1,7 @@
 #include "sync/modSync.h"
 
 #include "platform/clsWorkingFolder.h"
+#include "store/StoreErrors.h"
 #include "tests/support/Native.h"
 #include "tests/support/Raised.h"
 #include "tests/support/Recorded.h"
@@ -138,7 +139,9 @@ TEST_F(ModSync, EntriesThatCannotBeOpenedLeaveNoOpeningInProgress)
     BuildSampleCompanies(Folder(), {company});
     Touch(File(u"ABCEntries-WkLg"_s), "no database");
     m_session.CurrentCompanyCode = u"ABC"_s;
-    EXPECT_NE(RaisedBy([&] { m_sync.OpenAllDatabases(); }).Number, 0);
+    m_sync.OpenAllDatabases();
+    ASSERT_EQ(m_tables.Main.Failures().size(), 1U);
+    EXPECT_EQ(m_tables.Main.Failures()[0].Error.Number(), StoreErrors::NotADatabase);
     EXPECT_FALSE(m_session.OpeningInProgress);
     EXPECT_FALSE(m_session.DatabasesReady);
 }
@@ -240,7 +243,7 @@ TEST_F(ModSync, WithoutACompanyDatabaseThereIsNothingToRecord)
     EXPECT_FALSE(QFile::exists(File(u"GlobalOptions-WkLg"_s)));
 }
 
-TEST_F(ModSync, UnreadableEntriesStopTheSynchronisationBeforeTheClient)
+TEST_F(ModSync, ADatabaseThatCannotBeOpenedIsForTheClientAndStopsNothing)
 {
     MakeInstallation();
     SampleCompany company;
@@ -248,9 +251,13 @@ TEST_F(ModSync, UnreadableEntriesStopTheSynchronisationBeforeTheClient)
     BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
     Touch(File(u"ABCEntries-WkLg"_s), "no database");
     m_sync.RunSynchronisation();
-    EXPECT_THAT(m_messages.Texts(), ElementsAre(EntriesUnknown));
-    EXPECT_EQ(m_messages.Shown.value(0).Icon, MessageIcon::Exclamation);
-    EXPECT_THAT(m_process.Programs, IsEmpty());
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(m_process.Programs.size(), 1);
+    EXPECT_EQ(StoredGlobalOptions().Entries_Exist, u"N"_s);
+    Touch(File(u"Company-WkLg"_s), "no database");
+    m_sync.RunSynchronisation();
+    EXPECT_THAT(m_messages.Texts(), IsEmpty());
+    EXPECT_EQ(m_process.Programs.size(), 2);
     EXPECT_FALSE(AnythingOpen());
 }
 
