@@ -5,58 +5,71 @@
 
 namespace {
 
-void OpenGlobalOptions(Tables &tables)
+void OpenCompany(Tables &tables, modSync &sync)
+{
+    modDBMain &main = tables.Main;
+    const QString name = main.GlobalName(DatabasePrefix::Company);
+    tables.Company.Handle = main.CloseTable(tables.Company.Handle);
+    tables.Company.Handle = main.OpenTable(name);
+    if (!tables.Company.IsOpen())
+        return;
+    const bool isSound = sync.Try(name, [&] {
+        tables.Company.MoveFirst();
+        tables.Company.ReadCompany(tables.Company.Record);
+    });
+    if (!isSound)
+        tables.Company.Handle = main.CloseTable(tables.Company.Handle);
+}
+
+void OpenGlobalOptions(Tables &tables, modSync &sync)
 {
     modDBMain &main = tables.Main;
     const QString name = main.GlobalName(DatabasePrefix::GlobalOptions);
-    tables.GlobalOptions.Handle = main.CloseTable(tables.GlobalOptions.Handle);
-    tables.GlobalOptions.TakeHandle(main.OpenTable(name));
-    if (tables.GlobalOptions.IsOpen())
+    const auto open = [&] {
+        tables.GlobalOptions.Handle = main.CloseTable(tables.GlobalOptions.Handle);
+        if (!sync.Try(name, [&] { tables.GlobalOptions.TakeHandle(main.OpenTable(name)); }))
+            tables.GlobalOptions.TakeHandle(main.CloseTable(tables.GlobalOptions.Handle));
+        return tables.GlobalOptions.IsOpen();
+    };
+    if (open())
         return;
+    // Without effect for one that is there but cannot be used.
     main.CreateGlobalOptions(name);
-    tables.GlobalOptions.TakeHandle(main.OpenTable(name));
+    open();
 }
 
-/// Errors of a database that was opened and cannot be read.
-bool IsDamage(const clsRunTimeError &error)
-{
-    return error.Number() == StoreErrors::Damaged || error.Number() == StoreErrors::BadRecord
-        || error.Number() == StoreErrors::NotADatabase;
-}
-
-bool OpenAndCheck(Tables &tables, SessionState &session, modSync &sync)
+void SaveLastCompany(Tables &tables, const QString &company)
 {
     modDBMain &main = tables.Main;
-    tables.Company.Handle = main.CloseTable(tables.Company.Handle);
-    tables.Company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
-    if (!tables.Company.IsOpen())
-        return false;
-    OpenGlobalOptions(tables);
-    if (!tables.GlobalOptions.IsOpen())
-        return false;
-    if (session.CurrentCompanyCode.isEmpty())
-        session.CurrentCompanyCode = tables.Company.ChooseCompany(tables.GlobalOptions);
-    tables.GlobalOptions.SaveLastCompany(session.CurrentCompanyCode);
-
-    sync.OpenAllDatabases();
-    if (!session.DatabasesReady)
-        return false;
-    session.SynchronisationInProgress = false;
-    // The list opens them again for itself.
-    sync.CloseAllDatabases();
-    return true;
+    try {
+        tables.GlobalOptions.SaveLastCompany(company);
+    } catch (const clsRunTimeError &error) {
+        if (error.Number() != StoreErrors::Locked)
+            throw;
+        // It is opened for reading and writing, and another program allows only the one.
+        main.NoteFailure(main.GlobalName(DatabasePrefix::GlobalOptions), error);
+        tables.GlobalOptions.TakeHandle(main.CloseTable(tables.GlobalOptions.Handle));
+    }
 }
 
 } // namespace
 
 bool CheckDatabases(Tables &tables, SessionState &session, modSync &sync)
 {
-    try {
-        return OpenAndCheck(tables, session, sync);
-    } catch (const clsRunTimeError &error) {
-        if (!IsDamage(error))
-            throw;
-        tables.Main.NoteFailure(error);
+    OpenCompany(tables, sync);
+    if (!tables.Company.IsOpen())
         return false;
-    }
+    OpenGlobalOptions(tables, sync);
+    if (session.CurrentCompanyCode.isEmpty())
+        session.CurrentCompanyCode = tables.Company.ChooseCompany(tables.GlobalOptions);
+    if (tables.GlobalOptions.IsOpen())
+        SaveLastCompany(tables, session.CurrentCompanyCode);
+
+    sync.OpenAllDatabases();
+    if (!session.DatabasesReady || !tables.GlobalOptions.IsOpen())
+        return false;
+    session.SynchronisationInProgress = false;
+    // The list opens them again for itself.
+    sync.CloseAllDatabases();
+    return true;
 }

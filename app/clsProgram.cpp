@@ -72,8 +72,7 @@ void clsProgram::TryStartUp()
         StoreTheCodes();
         m_locks.Hold();
         m_session.NotSynchronised = !CheckDatabases(m_tables, m_session, m_sync);
-        ShowMainWindow();
-        m_window->LoadEntryList();
+        OpenMainWindow();
         if (m_session.NotSynchronised)
             m_services.Messages.Tell(SynchronizeFirst());
     } catch (const clsRunTimeError &error) {
@@ -82,6 +81,25 @@ void clsProgram::TryStartUp()
         m_services.Messages.Tell(
             u"Error %1; Out of memory"_s.arg(RunTimeErrors::OutOfMemory), MessageIcon::Critical);
     }
+}
+
+void clsProgram::OpenMainWindow()
+{
+    ShowMainWindow();
+    try {
+        m_window->LoadEntryList();
+        return;
+    } catch (const clsRunTimeError &) {
+        // Some damage is found only when the records are read. It locks the window, too.
+        if (m_session.NotSynchronised || m_sync.ReadAllDatabases()
+            || m_tables.Main.Failures().empty())
+            throw;
+    }
+    m_session.NotSynchronised = true;
+    m_list.LastCompany.clear();
+    m_sync.CloseAllDatabases();
+    ShowMainWindow();
+    m_window->LoadEntryList();
 }
 
 void clsProgram::ShowMainWindow()

@@ -69,6 +69,7 @@ signals:
 
 private:
     void StoreTheCodes();
+    void OpenMainWindow(); ///< with the entries, or locked
     void ShowMainWindow();
     void SyncCommand();
     bool MayTakeWindowDown() const;

@@ -106,6 +106,7 @@ struct EntryScreen
         QString Text;
     };
     std::optional<Notice> PutBack; ///< until something else is typed or another field entered
+    QString LockedNotice; ///< the same line, of the locked window: which file cannot be used
     std::optional<FocusRequest> Focus; ///< taken away by the form when it has moved the focus
 
 private:

@@ -10,6 +10,7 @@
 #include "platform/DataLabel.h"
 #include "platform/FieldWidth.h"
 #include "platform/FormEvents.h"
+#include "platform/HelpPage.h"
 #include "platform/OneLine.h"
 #include "platform/PlainToolTip.h"
 #include "platform/Twips.h"
@@ -447,8 +448,13 @@ void frmEntryList::RenderTitle()
 
 void frmEntryList::RenderNotice()
 {
-    ui->StatusBar1->ShowNotice(
-        m_screen.PutBack ? m_screen.PutBack->Text : m_entryModule.DateNotice());
+    if (!m_screen.LockedNotice.isEmpty())
+        ui->StatusBar1->ShowNotice(m_screen.LockedNotice);
+    else
+        ui->StatusBar1->ShowNotice(
+            m_screen.PutBack ? m_screen.PutBack->Text : m_entryModule.DateNotice());
+    setProperty(
+        HelpPageProperty, m_screen.LockedNotice.isEmpty() ? QVariant() : u"damaged-files"_s);
 }
 
 void frmEntryList::NameLookUpButtons()

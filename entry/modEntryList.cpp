@@ -6,6 +6,7 @@
 #include "platform/clsRunTimeError.h"
 #include "store/StoreErrors.h"
 #include "sync/EraseNotice.h"
+#include "sync/UnusableDatabases.h"
 
 #include <QLocale>
 #include <QScopeGuard>
@@ -72,6 +73,7 @@ void modEntryList::LoadEntryList()
         m_screen.Date = m_clock.Today();
         LockEntryWindow();
         HideRateFields();
+        m_screen.LockedNotice = LockedNotice(m_tables);
         return;
     }
     m_list.ListLoading = true;
@@ -79,11 +81,14 @@ void modEntryList::LoadEntryList()
     auto unread = qScopeGuard([this] { DropDeletedRow(); });
     if (!m_list.CompanyChangeInProgress)
         FillCompanyList();
-    if (m_session.CurrentCompanyCode != m_list.LastCompany)
+    const bool isOtherCompany = m_session.CurrentCompanyCode != m_list.LastCompany;
+    if (isOtherCompany)
         ChangeCompany();
     StartNewEntry(); // edits are dropped here and not before: what is above can fail
     ShowRecordCount(); // of the list before: it stays when the entries cannot be read
     const QString damage = NewDamage();
+    if (isOtherCompany && !m_sync.ReadAllDatabases())
+        RaiseUnusable();
     if (!FillEntryRecordset()) {
         m_messages.Tell(u"Application cannot create a recordset."_s);
         EndProgram();
@@ -149,19 +154,24 @@ void modEntryList::OpenCompany()
 {
     m_session.CurrentCompanyName
         = m_tables.Company.LoadCurrentCompany(m_session.CurrentCompanyCode);
+    m_tables.Main.ForgetFailures();
     m_sync.OpenAllDatabases();
-    const auto &failures = m_tables.Main.Failures();
-    if (!m_session.DatabasesReady && !failures.empty())
-        throw clsRunTimeError(failures.front().Error);
     if (!m_session.DatabasesReady)
-        RaiseStoreError(StoreErrors::Incomplete,
-            u"The databases of the company "_s + m_session.CurrentCompanyCode
-                + u" are incomplete"_s);
+        RaiseUnusable();
     // The list is joined with these two, which can be large: they are read while the rest of the
     // window is filled.
     m_tables.Customers.Preload();
     m_tables.Projects.Preload();
     m_tables.Employee.LoadEmployee();
+}
+
+void modEntryList::RaiseUnusable() const
+{
+    const auto &failures = m_tables.Main.Failures();
+    if (!failures.empty())
+        throw clsRunTimeError(failures.front().Error);
+    RaiseStoreError(StoreErrors::Incomplete,
+        u"The databases of the company "_s + m_session.CurrentCompanyCode + u" are incomplete"_s);
 }
 
 void modEntryList::ChangeCompany()

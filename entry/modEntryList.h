@@ -58,6 +58,7 @@ private:
     void ChangeCompany();
     void ReturnToCompany(const QString &code);
     void OpenCompany();
+    [[noreturn]] void RaiseUnusable() const; ///< why the company's databases cannot be used
     void HideRateFields(); ///< as far as the employee is known
     void DropDeletedRow();
     void LoadRow(int row);

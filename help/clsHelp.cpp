@@ -1,5 +1,7 @@
 #include "help/clsHelp.h"
 
+#include "platform/HelpPage.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMessageBox>
@@ -45,6 +47,8 @@ QString clsHelp::PageOf(const QWidget &window) const
 {
     if (const auto *box = qobject_cast<const QMessageBox *>(&window))
         return modHelp::PageOfMessage(box->text());
+    if (const QString page = window.property(HelpPageProperty).toString(); m_pages.HasPage(page))
+        return page;
     if (m_pages.HasPage(window.objectName()))
         return window.objectName();
     const QWidget *opener = window.parentWidget();

@@ -1,6 +1,7 @@
 #include "platform/clsStatusBar.h"
 
 #include "platform/DataLabel.h"
+#include "platform/PlainToolTip.h"
 #include "platform/ReadableColours.h"
 
 #include <QAccessible>
@@ -51,6 +52,7 @@ void clsStatusBar::ShowNotice(const QString &text)
     if (text == currentMessage())
         return;
     showMessage(text.left(MostCharactersShown));
+    setToolTip(PlainToolTip(text)); // in a narrow window it is cut off
     if (text.isEmpty())
         return;
     QAccessibleEvent alert(this, QAccessible::Alert);

@@ -56,6 +56,12 @@ RecordStore::Handle modDBMain::OpenTable(const QString &name)
     return handle;
 }
 
+void modDBMain::NoteFailure(const QString &name, const clsRunTimeError &error)
+{
+    ForgetFailureOf(name);
+    m_failures.push_back({name, error});
+}
+
 void modDBMain::ForgetFailureOf(const QString &name)
 {
     std::erase_if(m_failures, [&](const Failure &failure) { return failure.Name == name; });
@@ -103,8 +109,7 @@ void modDBMain::CreateOrNote(const QString &name, QStringView schemaText, Kind k
     try {
         CreateOne(name, schemaText, kind);
     } catch (const clsRunTimeError &error) {
-        ForgetFailureOf(name);
-        m_failures.push_back({name, error});
+        NoteFailure(name, error);
     }
 }
 

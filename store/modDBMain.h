@@ -44,14 +44,14 @@ public:
 
     struct Failure
     {
-        QString Name; ///< of the database; empty for one that NoteFailure has added
+        QString Name; ///< of the database
         clsRunTimeError Error;
     };
     /// Why databases could not be opened or created, since ForgetFailures or StoreTheCodes. One
     /// that has been opened or deleted later is not among them.
     const std::vector<Failure> &Failures() const { return m_failures; }
-    /// Adds a database that is open but cannot be read.
-    void NoteFailure(const clsRunTimeError &error) { m_failures.push_back({{}, error}); }
+    /// Adds a database that opens but cannot be read or written.
+    void NoteFailure(const QString &name, const clsRunTimeError &error);
     void ForgetFailures() { m_failures.clear(); }
 
 private:

@@ -4,6 +4,7 @@
 #include "platform/clsWorkingFolder.h"
 #include "platform/Paths.h"
 #include "sync/LaunchFile.h"
+#include "sync/UnusableDatabases.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,7 +51,6 @@ void modSync::OpenAllDatabases()
         table.Handle = main.OpenTable(main.CompanyName(m_session.CurrentCompanyCode, prefix));
         return table.IsOpen();
     };
-    main.ForgetFailures();
     m_session.DatabasesReady = false;
     m_session.OpeningInProgress = false;
     m_tables.Entries.Handle = main.CloseTable(m_tables.Entries.Handle);
@@ -74,8 +74,42 @@ void modSync::OpenAllDatabases()
         if (!open(m_tables.Entries, DatabasePrefix::Entries))
             return;
     }
-    m_tables.Options.LoadOptions();
-    m_session.DatabasesReady = true;
+    m_session.DatabasesReady
+        = Try(main.CompanyName(m_session.CurrentCompanyCode, DatabasePrefix::Options),
+            [this] { m_tables.Options.LoadOptions(); });
+}
+
+bool modSync::Try(const QString &name, const std::function<void()> &action)
+{
+    try {
+        action();
+        return true;
+    } catch (const clsRunTimeError &error) {
+        m_tables.Main.NoteFailure(name, error);
+        return false;
+    }
+}
+
+bool modSync::ReadAllDatabases()
+{
+    bool all = true;
+    const auto read = [&](auto &table, QStringView prefix, auto readRecord) {
+        const QString name = m_tables.Main.CompanyName(m_session.CurrentCompanyCode, prefix);
+        auto record = table.Record;
+        all = table.IsOpen() && Try(name, [&] {
+            table.MoveFirst();
+            (table.*readRecord)(record);
+        }) && all;
+    };
+    read(m_tables.Options, DatabasePrefix::Options, &modDBOpts::ReadOptions);
+    read(m_tables.Employee, DatabasePrefix::Employee, &modDBEmpl::ReadEmployee);
+    read(m_tables.Multiplier, DatabasePrefix::Multiplier, &modDBMult::ReadMultiplier);
+    read(m_tables.Divisions, DatabasePrefix::Divisions, &modDBDivi::ReadDivision);
+    read(m_tables.Customers, DatabasePrefix::Customers, &modDBCust::ReadCustomer);
+    read(m_tables.Projects, DatabasePrefix::Projects, &modDBProj::ReadProject);
+    read(m_tables.Activities, DatabasePrefix::Activities, &modDBActi::ReadActivity);
+    read(m_tables.Entries, DatabasePrefix::Entries, &modDBEntr::ReadEntry);
+    return all;
 }
 
 void modSync::CloseAllDatabases()
@@ -95,49 +129,76 @@ void modSync::CloseAllDatabases()
     close(m_tables.Entries);
 }
 
-bool modSync::AnyEntries()
+std::optional<QStringList> modSync::CompanyCodes()
+{
+    modDBComp &company = m_tables.Company;
+    const QString name = m_tables.Main.GlobalName(DatabasePrefix::Company);
+    QStringList codes;
+    {
+        const QScopedValueRollback<bool> opening(m_session.OpeningInProgress, true);
+        company.Handle = m_tables.Main.OpenTable(name);
+    }
+    if (!company.IsOpen())
+        return {};
+    const auto closed
+        = qScopeGuard([&] { company.Handle = m_tables.Main.CloseTable(company.Handle); });
+    // A list that cannot be read is like one that cannot be opened: the client writes it again.
+    const bool isSound = Try(name, [&] {
+        for (company.MoveFirst(); !company.IsEndOfTable(); company.MoveNext()) {
+            company.ReadCompany(company.Record);
+            codes.append(company.Record.Company_Code);
+        }
+    });
+    return isSound ? std::optional(codes) : std::nullopt;
+}
+
+bool modSync::AnyEntries(const QStringList &companies)
 {
     modDBMain &main = m_tables.Main;
-    modDBComp &company = m_tables.Company;
     bool any = false;
-    for (company.MoveFirst(); !company.IsEndOfTable(); company.MoveNext()) {
-        company.ReadCompany(company.Record);
+    for (const QString &company : companies) {
         modDBEntr entries(m_tables.Store);
         const auto closed = qScopeGuard([&] { entries.Handle = main.CloseTable(entries.Handle); });
-        entries.Handle = main.OpenTable(
-            main.CompanyName(company.Record.Company_Code, DatabasePrefix::Entries));
+        entries.Handle = main.OpenTable(main.CompanyName(company, DatabasePrefix::Entries));
         if (entries.IsOpen())
             any = entries.GetRecordCount() != 0 || any;
     }
     return any;
 }
 
+void modSync::RecordEntriesExist(bool any)
+{
+    modDBMain &main = m_tables.Main;
+    modDBGOpts &options = m_tables.GlobalOptions;
+    const QString name = main.GlobalName(DatabasePrefix::GlobalOptions);
+    options.Handle = main.CloseTable(options.Handle);
+    const auto closed = qScopeGuard([&] { options.Handle = main.CloseTable(options.Handle); });
+    if (Try(name, [&] { options.TakeHandle(main.OpenTableOrRaise(name)); })) {
+        options.Record.Entries_Exist = any ? u"Y"_s : u"N"_s;
+        options.UpdateGlobalOptions(options.Record);
+        return;
+    }
+    // Nobody else writes this table again. What cannot be set aside records nothing, and holds
+    // nobody up.
+    options.TakeHandle(main.CloseTable(options.Handle));
+    if (!SetAsideIfDamaged(main, name))
+        return;
+    main.CreateGlobalOptions(name);
+    options.TakeHandle(main.OpenTableOrRaise(name));
+    options.Record.Entries_Exist = any ? u"Y"_s : u"N"_s;
+    options.AddGlobalOptions(options.Record);
+}
+
 bool modSync::CheckEntriesExist()
 {
     modDBMain &main = m_tables.Main;
-    modDBComp &company = m_tables.Company;
-    modDBGOpts &options = m_tables.GlobalOptions;
     try {
-        company.Handle = main.CloseTable(company.Handle);
+        m_tables.Company.Handle = main.CloseTable(m_tables.Company.Handle);
         m_tables.Options.Handle = main.CloseTable(m_tables.Options.Handle);
-        {
-            const QScopedValueRollback<bool> opening(m_session.OpeningInProgress, true);
-            company.Handle = main.OpenTable(main.GlobalName(DatabasePrefix::Company));
-        }
-        if (!company.IsOpen())
-            return true;
-        const bool any = AnyEntries();
-        company.Handle = main.CloseTable(company.Handle);
-
-        options.Handle = main.CloseTable(options.Handle);
-        options.TakeHandle(main.OpenTable(main.GlobalName(DatabasePrefix::GlobalOptions)));
-        options.Record.Entries_Exist = any ? u"Y"_s : u"N"_s;
-        options.UpdateGlobalOptions(options.Record);
-        options.Handle = main.CloseTable(options.Handle);
+        if (const std::optional<QStringList> companies = CompanyCodes())
+            RecordEntriesExist(AnyEntries(*companies));
         return true;
     } catch (const clsRunTimeError &) {
-        company.Handle = main.CloseTable(company.Handle);
-        options.Handle = main.CloseTable(options.Handle);
         m_messages.Tell(u"Unable to determine if entries exist. Sync unsuccessful."_s);
         return false;
     }

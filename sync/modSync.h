@@ -7,7 +7,9 @@
 #include "sync/modBackup.h"
 
 #include <QString>
+#include <QStringList>
 
+#include <functional>
 #include <optional>
 
 /// What the accounting installation under a root folder is.
@@ -45,6 +47,13 @@ public:
     /// are not ready afterwards, the store's Failures() are those that could not be opened or
     /// created.
     void OpenAllDatabases();
+    /// Reads every open database of the company: damage that opening does not see is found before
+    /// anything is entered with it. False when one cannot be read, which is then among the store's
+    /// Failures(), or is not open. Cursors are on the first record afterwards.
+    bool ReadAllDatabases();
+    /// Runs what reads or writes a database; false when that raises, and the database is then among
+    /// the store's Failures().
+    bool Try(const QString &name, const std::function<void()> &action);
     /// Closes the company's databases; during a synchronisation or a deletion the two global
     /// ones too.
     void CloseAllDatabases();
@@ -59,7 +68,9 @@ public:
     bool CheckEntriesExist();
 
 private:
-    bool AnyEntries();
+    std::optional<QStringList> CompanyCodes(); ///< std::nullopt when they cannot be read
+    bool AnyEntries(const QStringList &companies);
+    void RecordEntriesExist(bool any);
     void SettleJournals();
     void StartClientAndWait();
 

@@ -139,3 +139,17 @@ TEST_F(HelpOfTheProgram, ThatIsMissingIsToldWithTheNameOfItsFile)
     program.Answer(u"OK"_s);
     EXPECT_TRUE(program.IsOpen(u"frmEntryList"_s));
 }
+
+TEST_F(HelpOfTheProgram, OfALockedWindowIsAboutItsDamagedFileUntilThatIsSoundAgain)
+{
+    ASSERT_TRUE(QFile::resize(m_place.InProgramFolder(u"ABCCustomers-WkLg.db"_s), 5000));
+    ProgramUnderTest program(m_place.ProgramFolder(), m_display);
+    program.WaitForMessage(u"Please perform a synchronization first."_s);
+    program.AnswerByKeys(u"Return"_s);
+    EXPECT_FALSE(program.IsEnabled(u"txtCustomer"_s));
+    ByKeyAndButton(program, u"A file that cannot be used"_s, u"frmEntryList"_s);
+    program.Key(u"alt+s"_s);
+    program.WaitForFocus(u"dtpDate"_s);
+    EXPECT_TRUE(program.IsEnabled(u"txtCustomer"_s));
+    ByKeyAndButton(program, u"The main window"_s, u"frmEntryList"_s);
+}

@@ -2,6 +2,7 @@
 
 #include "help/clsHelp.h"
 
+#include "platform/HelpPage.h"
 #include "tests/support/Modal.h"
 #include "tests/support/PrintQt.h"
 #include "tests/support/Recorded.h"
@@ -135,7 +136,7 @@ TEST_F(Help, HasAPageForEveryConcept)
 {
     for (const char *concept_ : {"billing-status", "billing-option", "multipliers", "approvals",
              "filter", "synchronisation", "failures", "first-steps", "expenses", "keyboard",
-             "delete-databases", "first-synchronisation"})
+             "delete-databases", "first-synchronisation", "damaged-files"})
         EXPECT_TRUE(m_pages.HasPage(QString::fromLatin1(concept_))) << concept_;
 }
 
@@ -338,6 +339,21 @@ TEST_F(F1, OpensThePageOfTheActiveWindow)
     QTest::keyClick(Viewer(), Qt::Key_F1);
     EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"This help"_s));
     EXPECT_THAT(m_messages.Texts(), IsEmpty());
+}
+
+TEST_F(F1, OpensThePageAboutTheStateThatTheWindowIsIn)
+{
+    const clsHelp help(HelpFile, m_messages);
+    QWidget window;
+    window.setObjectName(u"frmEntryList"_s);
+    QLineEdit box(&window);
+    ASSERT_TRUE(ShowActive(window));
+    window.setProperty(HelpPageProperty, u"damaged-files"_s);
+    QTest::keyClick(&box, Qt::Key_F1);
+    EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"A file that cannot be used"_s));
+    window.setProperty(HelpPageProperty, QVariant());
+    QTest::keyClick(&box, Qt::Key_F1);
+    EXPECT_EQ(ViewerTitle(), WindowTitleOf(u"The main window"_s));
 }
 
 TEST_F(F1, TogetherWithShiftIsLeftToTheWindow)
