@@ -54,7 +54,7 @@ void frmTransFilter::ConnectRow(const Row &row)
         });
     connect(row.Button, &QPushButton::clicked, this, [this, field, button = row.Button] {
         // The check may have emptied the customer and with it disabled the project's button.
-        if (CheckFocusedBox() && button->isEnabled())
+        if (CheckTypedCodes() && button->isEnabled())
             OpenLookup(field, LookupStart::AtTheTop);
     });
 }
@@ -138,10 +138,14 @@ void frmTransFilter::FocusTo(FilterField field)
         GotFocus(row, false);
 }
 
-bool frmTransFilter::CheckFocusedBox()
+bool frmTransFilter::CheckTypedCodes()
 {
-    const Row *row = RowWithBox(focusWidget());
-    return row == nullptr || Check(*row);
+    bool checked = true;
+    for (const Row &row : m_rows) {
+        if (row.Box == focusWidget() || m_mod.IsUnchecked(row.Field))
+            checked = Check(row) && checked;
+    }
+    return checked;
 }
 
 bool frmTransFilter::Check(const Row &row)
@@ -200,7 +204,7 @@ bool frmTransFilter::HandleBoxKey(const Row &row, const QKeyEvent &event)
     }
     if (!IsEnter(event))
         return false;
-    if (!CheckFocusedBox() || m_mod.CodeReverted())
+    if (!Check(row) || m_mod.CodeReverted())
         row.Box->selectAll();
     else
         m_keys.SendKeys(u"{TAB}"_s);
@@ -241,7 +245,7 @@ bool frmTransFilter::eventFilter(QObject *watched, QEvent *event)
 
 void frmTransFilter::cmdOK_Click()
 {
-    if (!CheckFocusedBox())
+    if (!CheckTypedCodes())
         return;
     m_mod.OK();
     done(Accepted);

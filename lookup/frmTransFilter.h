@@ -69,7 +69,10 @@ private:
     void FocusTo(FilterField field);
     /// Checks the box; a code that is put back is named beside it, without taking the focus.
     bool Check(const Row &row); ///< false when the check itself failed
-    bool CheckFocusedBox(); ///< false when the check itself failed
+    /// Checks what was typed since: in the box with the focus, and in one that could not notice
+    /// that it lost the focus, as in a window that is not the active one. False when a check
+    /// failed.
+    bool CheckTypedCodes();
     void OpenLookup(FilterField field, LookupStart start);
     void MoveOnAfter(FilterField field);
     void cmdOK_Click();

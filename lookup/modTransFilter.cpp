@@ -181,6 +181,12 @@ bool modTransFilter::PassesOn(FilterField field) const
     return field == FilterField::Project && m_filter.FilterCustomer.isEmpty();
 }
 
+bool modTransFilter::IsUnchecked(FilterField name)
+{
+    const Field field = Of(name);
+    return field.Text != field.Code;
+}
+
 void modTransFilter::CheckBox(FilterField name)
 {
     const Field field = Of(name);

@@ -41,6 +41,7 @@ public:
     void BoxGotFocus(FilterField field); ///< its text is what a refused code gives way to
     /// Whether the focus goes on by itself: no project without a customer.
     bool PassesOn(FilterField field) const;
+    bool IsUnchecked(FilterField field); ///< its box shows another code than the one that counts
     void CheckBox(FilterField field); ///< an unknown code gives way to the previous one
     /// Opens the lookup of a box with `showLookup`, which returns when it has closed, and takes
     /// the choice. True when one was made, false after a cancel.

@@ -91,6 +91,19 @@ protected:
         Press(Qt::Key_Return);
     }
 
+    /// Some displays do not make the window the active one again after another one; it gets keys
+    /// all the same, but its boxes learn nothing of the focus.
+    void Deactivate()
+    {
+        {
+            QDialog other;
+            other.setModal(true);
+            ASSERT_TRUE(ShowActive(other));
+        }
+        LetEventsRun();
+        ASSERT_FALSE(Window().isActiveWindow());
+    }
+
     std::unique_ptr<modTransFilter> FilterModule;
     QList<FilterField> EntryBoxesSelected;
 };
@@ -250,6 +263,34 @@ TEST_F(TransFilter, OKChecksTheBoxThatHasTheFocus)
         EXPECT_TRUE(QTest::qWaitFor([this] { return !Window().isVisible(); }));
     });
     EXPECT_EQ(Filter.AppliedFilterCustomer, u"0300"_s);
+}
+
+TEST_F(TransFilter, CodesTypedWhileTheWindowIsNotTheActiveOneCountToo)
+{
+    Open([this] {
+        Deactivate();
+        Type("txtCustomer", u"0100"_s);
+        Type("txtActivity", u"none"_s);
+        Type("txtProject", u"MOVE"_s);
+        ClickButton("cmdOK");
+    });
+    EXPECT_THAT(Applied(), ElementsAre(u"0100"_s, u"MOVE"_s, QString()));
+}
+
+TEST_F(TransFilter, TheLookupListsProjectsOfACustomerTypedWhileTheWindowIsNotTheActiveOne)
+{
+    Open([this] {
+        Enter("txtCustomer", u"0200"_s);
+        Deactivate();
+        Type("txtCustomer", u"0100"_s);
+        Type("txtActivity", u"CONS"_s);
+        InLookup([this] { ClickButton("cmdProject"); },
+            [this] {
+                EXPECT_THAT(Column(1), ElementsAre(u"AUDIT"_s, u"MOVE"_s));
+                Press(Qt::Key_Escape);
+            });
+        Leave();
+    });
 }
 
 TEST_F(TransFilter, ACodeThatIsPutBackIsNamedBesideItsBox)
