@@ -894,16 +894,18 @@ bool frmEntryList::MousePressed(QWidget &control)
     const bool gaveFocus = std::exchange(m_pressGivesFocus, false);
     if (std::exchange(m_pressRefused, false))
         return true;
+    if (!IsBackground(control)) {
+        // A button that takes no focus leaves the box all the same. A code that was refused without
+        // a message leaves the way to its own lookup open.
+        const QWidget *left = EnteredControl();
+        if (&control != left && !TakeFocusedBox())
+            return !m_screen.PutBack || &control != LookupButtonOf(left);
+        if (!CanBeUsed(control))
+            return true;
+    }
     if (!gaveFocus && IsField(control))
         m_focus.FocusByMouse = true;
-    if (IsBackground(control))
-        return false;
-    // A button that takes no focus leaves the box all the same. A code that was refused without a
-    // message leaves the way to its own lookup open.
-    const QWidget *left = EnteredControl();
-    if (&control != left && !TakeFocusedBox())
-        return !m_screen.PutBack || &control != LookupButtonOf(left);
-    return !CanBeUsed(control);
+    return false;
 }
 
 bool frmEntryList::FocusArrives(QWidget &control, QFocusEvent &event)

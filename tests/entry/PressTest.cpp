@@ -80,6 +80,18 @@ TEST_F(APress, OpensNoListThatItsOwnCheckHasDisabled)
     EXPECT_EQ(List("cboBStatus").currentText(), u"No Charge"_s);
 }
 
+TEST_F(APress, OnAFieldThatIsDisabledLeavesTheNextFieldToBeSelected)
+{
+    Company.Employee.Rate_Permission = u"2"_s;
+    StartInActivity();
+    GoTo("txtProject");
+    Click("txtRate", Qt::LeftButton);
+    EXPECT_FALSE(Any("txtRate").isEnabled());
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(Focused(), u"txtCustomer"_s);
+    EXPECT_EQ(Box("txtCustomer").selectedText(), u"0100"_s);
+}
+
 TEST_F(APress, TicksNoBoxAndOpensNoLookupThatItsOwnCheckHasHidden)
 {
     StartInActivity();
