@@ -944,6 +944,8 @@ bool frmEntryList::eventFilter(QObject *watched, QEvent *event)
         // the focus there like a press, but no press follows.
         m_pressRefused = false;
         return qobject_cast<QComboBox *>(control) != nullptr || control == ui->dtpDate;
+    case QEvent::StatusTip:
+        return true; // a menu that the pointer passes over would empty the line of a notice
     case QEvent::FocusIn:
         return FocusArrives(*control, *static_cast<QFocusEvent *>(event));
     case QEvent::FocusOut:

@@ -3,6 +3,7 @@
 #include "tests/entry/EntryWindow.h"
 
 #include <QMenuBar>
+#include <QStatusBar>
 
 using namespace Qt::StringLiterals;
 
@@ -35,6 +36,23 @@ TEST_F(MenuBar, AClickIntoAnotherFieldChecksTheCodeThatWasTyped)
     EXPECT_EQ(Text("txtCustomer"), u"0100"_s);
     ClickButton("txtDescription");
     EXPECT_EQ(Focused(), u"txtDescription"_s);
+}
+
+TEST_F(MenuBar, AMenuThatIsPassedOverLeavesTheNoticeThere)
+{
+    StartIn("txtCustomer", u"NONE"_s);
+    ClickButton("txtDescription");
+    const auto notice
+        = [this] { return Control<QStatusBar>(Window(), "StatusBar1").currentMessage(); };
+    const QString refusal = notice();
+    ASSERT_FALSE(refusal.isEmpty());
+    for (const Qt::Key key : {Qt::Key_Alt, Qt::Key_Down, Qt::Key_Right, Qt::Key_Escape}) {
+        QWidget *menu = QApplication::activePopupWidget();
+        QTest::keyClick((menu != nullptr ? *menu : Window()).windowHandle(), key,
+            key == Qt::Key_Alt ? Qt::AltModifier : Qt::NoModifier);
+        LetEventsRun();
+        EXPECT_EQ(notice(), refusal) << key;
+    }
 }
 
 TEST_F(MenuBar, AClickOnOkRefusesTheUnknownCodeThatWasTyped)
