@@ -80,16 +80,19 @@ class RandomWalk : public testing::TestWithParam<int>
 };
 
 // WORKLOG_WALK=<start> repeats the walk that a failure names, WORKLOG_SHORTEN=1 shortens it first.
+// WORKLOG_WALKS_FROM=<start> walks other ways: from there on instead of from 0.
 TEST_P(RandomWalk, WhatIsShownIsWhatIsStored)
 {
     const int kind = GetParam();
     const bool repeats = qEnvironmentVariableIsSet("WORKLOG_WALK");
     const int walks = repeats ? 1 : Rounds(1, 25);
     const int steps = Rounds(350, 500);
+    const int first = qEnvironmentVariableIntValue("WORKLOG_WALKS_FROM");
     Outcome total;
     for (int i = 0; i < walks; ++i) {
-        const unsigned start = repeats ? qEnvironmentVariable("WORKLOG_WALK").toUInt()
-                                       : static_cast<unsigned>(i * WindowWalk::Kinds + kind);
+        const unsigned start = repeats
+            ? qEnvironmentVariable("WORKLOG_WALK").toUInt()
+            : static_cast<unsigned>(first + i * WindowWalk::Kinds + kind);
         std::vector<unsigned> numbers = Walk(start, steps);
         Outcome outcome = Play(kind, numbers);
         total.Steps += outcome.Steps;

@@ -8,6 +8,7 @@
 #include <QDateEdit>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStatusBar>
 
 using namespace Qt::StringLiterals;
 
@@ -90,6 +91,7 @@ ShownEntry LookAt(frmEntryList &window)
         panels.append(Control<QLabel>(window, qPrintable(u"Panel%1"_s.arg(i))).text());
     shown.Panels = panels.join(u'|');
     shown.FirstPanel = panels.first();
+    shown.Notice = Control<QStatusBar>(window, "StatusBar1").currentMessage();
     shown.IsRecord = shown.FirstPanel.startsWith(u"Record "_s);
     LookAtList(Control<clsGrid>(window, "msgEntryList"), shown);
     if (const QWidget *focus = window.focusWidget())

@@ -37,6 +37,7 @@ struct ShownEntry
     bool IsRecord = false; ///< panel 1 speaks of a record, not of the list
     QString Panels; ///< all four
     QString FirstPanel;
+    QString Notice; ///< the line that covers them
     int MarkedRow = 0; ///< of the list; 0: none, -1: several
     int MarkedId = -1; ///< its hidden number
     int Rows = 0; ///< with an entry

@@ -51,7 +51,9 @@ std::vector<EntryRecord> Entries()
         Entry("ACME", "P1", "CONS", 11, 32500, 1000000, u"approved"_s),
         Entry("ACME", "P1", "CONS", 28, 99900, 1000000, u"on hold"_s),
         Entry("BETA", "P2", "CONS", 1, 60000, 1000000, u"with a multiplier"_s),
-        Entry("ACME", "P1", "CONS", 2, 10000, 1000000, u"first"_s)};
+        Entry("ACME", "P1", "CONS", 2, 10000, 1000000, u"first"_s),
+        Entry("BETA", "P1", "DEV", 2, 5000, 0, u"without a date"_s)};
+    entries.back().Date = {};
     entries[1].Billing_Option = u"4"_s;
     entries[0].Billing_Option = u"6"_s;
     entries[4].Billing_Status = u"2"_s;

@@ -119,8 +119,14 @@ void WalkHands::Click(QWidget &control, QPoint at, Qt::MouseButton button)
 
 void WalkHands::DoubleClick(QWidget &control, QPoint at)
 {
-    Do(u"double click on %1"_s.arg(Place(control, at)),
-        [&] { QTest::mouseDClick(&control, Qt::LeftButton, {}, at); });
+    Do(u"double click on %1"_s.arg(Place(control, at)), [&] {
+        constexpr int longEnough = 10; // milliseconds
+        const int interval = QApplication::doubleClickInterval();
+        QApplication::setDoubleClickInterval(longEnough);
+        QTest::mouseDClick(WindowOf(control), Qt::LeftButton, {}, InWindow(control, at));
+        QApplication::setDoubleClickInterval(interval);
+        QTest::qWait(2 * longEnough); // until the next click is no third one
+    });
 }
 
 void WalkHands::Drag(QWidget &from, QPoint start, QWidget &to, QPoint end, Qt::MouseButton button)

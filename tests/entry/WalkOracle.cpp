@@ -2,6 +2,7 @@
 
 #include "platform/clsGrid.h"
 #include "tests/entry/WalkHands.h"
+#include "tests/support/Recorded.h"
 #include "tests/support/Windows.h"
 
 #include <QApplication>
@@ -98,6 +99,13 @@ QString StoredCode(QString code, const QString &box)
     return box == CodeBoxes[3] && code.size() == 1 && code.at(0).isDigit() ? u'0' + code : code;
 }
 
+const QDate Today = clsFixedClock().Time.date();
+
+QDate DateOf(const StoredEntry &entry)
+{
+    return entry.Date.isEmpty() ? Today : entry.Day();
+}
+
 bool IsExpectedMessage(const QString &text)
 {
     static const QRegularExpression expected(
@@ -143,9 +151,11 @@ void WalkOracle::Same(const char *what, const QString &shown, const QString &sto
 void WalkOracle::ProgramStarts()
 {
     m_before = {};
+    m_focusBox.clear();
+    m_focusEdited = false;
+    m_clickedCodes.clear();
     m_loadedId = -1;
     m_filter = {QString(), QString(), QString()};
-    m_filterIsKnown = true;
 }
 
 void WalkOracle::StepBegins()
@@ -158,12 +168,19 @@ void WalkOracle::StepBegins()
     m_mayAskMore = false;
 }
 
-void WalkOracle::EventComes(frmEntryList *window, bool pressesPicker)
+ShownEntry WalkOracle::Look(frmEntryList &window) const
+{
+    ShownEntry shown = LookAt(window);
+    if (shown.Focus == "mnuBar"_L1)
+        shown.Focus = m_focusBox; // it is left when the menu bar is
+    return shown;
+}
+
+void WalkOracle::EventComes(frmEntryList *window)
 {
     CheckTables(); // what an event that still runs has written
-    m_pressesPicker = pressesPicker;
     if (window != nullptr)
-        m_before = LookAt(*window);
+        m_before = Look(*window);
     m_saved = false;
 }
 
@@ -185,19 +202,56 @@ void WalkOracle::EventIsOver(frmEntryList *window)
     CheckTables();
     if (window == nullptr)
         return;
-    const ShownEntry now = LookAt(*window);
+    const ShownEntry now = Look(*window);
     CheckEdits(now);
+    FollowFocus(now);
     FollowDate(now);
+    FollowClickedCodes(now);
+}
+
+void WalkOracle::FollowFocus(const ShownEntry &now)
+{
+    const bool hasChanged = CodeBoxes.contains(now.Focus)
+        && CodeIn(now, now.Focus) != CodeIn(m_before, now.Focus) && now.Changed;
+    m_focusEdited = hasChanged || (m_focusEdited && now.Focus == m_focusBox);
+    m_focusBox = now.Focus;
 }
 
 void WalkOracle::FollowDate(const ShownEntry &now)
 {
-    if ((m_before.Changed && !now.Changed) || m_before.Panels != now.Panels)
-        m_dateHeldBack = false; // another entry
-    if (m_pressesPicker)
-        m_dateHeldBack = true;
-    if (!m_dateHeldBack)
+    const bool isHeldBack = now.Notice.startsWith(u"The date counts once"_s);
+    if (isHeldBack || QApplication::activePopupWidget() != nullptr)
+        return; // the entry still has the date from before, also while keys move in the calendar
+    const bool isAboutDate = now.Notice.startsWith(u"This entry was stored without a date"_s);
+    if (now.Notice.isEmpty() || isAboutDate) {
         m_date = now.Date;
+        m_dateIsKnown = true;
+    } else if (now.Date != m_date) {
+        m_dateIsKnown = false; // this notice may cover the one above
+    }
+}
+
+void WalkOracle::FollowClickedCodes(const ShownEntry &now)
+{
+    const bool isAnother
+        = (m_before.Changed && !now.Changed) || m_before.FirstPanel != now.FirstPanel;
+    std::erase_if(m_clickedCodes, [&](const auto &clicked) {
+        const QString &box = clicked.first;
+        return isAnother || CodeIn(now, box) != CodeIn(m_before, box)
+            || (box == CodeBoxes[1] && now.Customer.isEmpty() && now.Focus != CodeBoxes[0]);
+    });
+}
+
+void WalkOracle::CodeClicked(const QString &box, const QString &code)
+{
+    m_clickedCodes[box] = code;
+}
+
+void WalkOracle::SameCode(const QString &box, const QString &shown, const QString &stored)
+{
+    const auto clicked = m_clickedCodes.find(box);
+    if (clicked == m_clickedCodes.end() || stored != clicked->second)
+        Same("saved code", shown, stored);
 }
 
 void WalkOracle::CheckChange(
@@ -232,10 +286,10 @@ void WalkOracle::CheckSaved(
 {
     ++Saves;
     const ShownEntry &shown = m_before;
-    if (!shown.Changed)
+    if (!shown.Changed && (before == nullptr || !before->Date.isEmpty()))
         Find(u"an unchanged entry was written"_s);
     CheckRules(company, before, now);
-    if (!shown.DateIsBeingTyped && !m_dateHeldBack)
+    if (!shown.DateIsBeingTyped && m_dateIsKnown)
         Same("saved date", m_date.toString(Qt::ISODate), now.Date.left(10));
     Same("saved description", shown.Description, now.Description);
     Same("saved hours", ShownNumber(TypedNumber(shown.Hours), 2), ShownNumber(now.Hours, 2));
@@ -243,13 +297,13 @@ void WalkOracle::CheckSaved(
         Same("saved on hold", Text(shown.OnHold), Text(now.OnHold == "Y"_L1));
     const QStringList stored = {now.Customer, now.Project, now.Activity, now.Multiplier};
     for (qsizetype i = 0; i < CodeBoxes.size(); ++i) {
-        if (CodeIn(shown, CodeBoxes[i]) != m_focusCode && shown.Focus == CodeBoxes[i]) {
+        if (m_focusEdited && shown.Focus == CodeBoxes[i]) {
             Same("saved code", StoredCode(CodeIn(shown, CodeBoxes[i]), CodeBoxes[i]), stored[i]);
             return; // the code may have changed everything that follows
         }
     }
     for (qsizetype i = 0; i < 3; ++i)
-        Same("saved code", CodeIn(shown, CodeBoxes[i]), stored[i]);
+        SameCode(CodeBoxes[i], CodeIn(shown, CodeBoxes[i]), stored[i]);
     Same("saved status", shown.Status, StatusText(now.Status));
     if (shown.ShowsOption && shown.Focus != "cboBOption"_L1)
         Same("saved option", shown.Option, OptionText(company.Options, now));
@@ -260,7 +314,7 @@ void WalkOracle::CheckSaved(
     Same("saved rate", ShownNumber(TypedNumber(shown.Rate), 3),
         ShownNumber(Product(now.Rate, now.Factor), 3));
     if (shown.ShowsMultiplier && shown.Focus != "txtRate"_L1)
-        Same("saved multiplier", shown.Multiplier, now.Multiplier);
+        SameCode(CodeBoxes[3], shown.Multiplier, now.Multiplier);
 }
 
 void WalkOracle::CheckRules(
@@ -289,14 +343,16 @@ void WalkOracle::CheckRules(
             || !now.Multiplier.isEmpty()))
         Find(u"billing data of a time entry that is not billed"_s + entry);
     const MultiplierRecord *multiplier = MultiplierIn(company, now.Multiplier);
-    if (!isExpense && now.Factor != One
+    const bool keepsFactor = m_clickedCodes.contains(CodeBoxes[3])
+        || (keeps(&StoredEntry::Multiplier) && before->Factor == now.Factor);
+    if (!isExpense && now.Factor != One && !keepsFactor
         && (multiplier == nullptr || multiplier->Factor.Scaled() != now.Factor))
         Find(u"a factor that is not the multiplier's"_s + entry);
 
     // The rate of an entry whose codes were chosen now comes from the level that it names.
     const QString &setting = company.Options.Billing_Option_Setting;
-    const bool isNew = !keeps(&StoredEntry::Customer) || !keeps(&StoredEntry::Project)
-        || !keeps(&StoredEntry::Activity);
+    const bool isNew = !keeps(&StoredEntry::Customer) || !keeps(&StoredEntry::Activity)
+        || (!keeps(&StoredEntry::Project) && !now.Project.isEmpty());
     if (isExpense || !isBilled || !isNew || now.RateOverridden == "Y"_L1 || customer == nullptr
         || activity == nullptr || !u"123"_s.contains(setting))
         return;
@@ -311,7 +367,7 @@ void WalkOracle::CheckRules(
         rate = division != nullptr ? division->Rate : Currency();
     else if (now.Option == "4"_L1)
         rate = customer->Rate;
-    else if (now.Option == "5"_L1 && project != nullptr)
+    else if (now.Option == "5"_L1 && project != nullptr && !m_clickedCodes.contains(CodeBoxes[1]))
         rate = project->Rate;
     else if (now.Option == "6"_L1)
         rate = activity->Rate;
@@ -327,13 +383,11 @@ void WalkOracle::CheckEdits(const ShownEntry &now)
     if (!m_before.Changed && now.Changed && inQuantity && m_before.Focus == now.Focus
         && m_messages.isEmpty() && now.SameEntry(m_before) && now.Company == m_before.Company)
         Find(u"a key that was refused counts as an edit"_s);
-    if (CodeBoxes.contains(now.Focus) && now.Focus != m_focusBox)
-        m_focusCode = CodeIn(now, now.Focus);
-    m_focusBox = now.Focus;
 }
 
 void WalkOracle::MessageOpens(frmEntryList *window, const QString &text)
 {
+    CheckTables(); // the first click of two may have deleted an entry
     m_messages.append(text);
     if (text.startsWith(u"Error #"_s)) {
         m_errorShown = true;
@@ -345,14 +399,16 @@ void WalkOracle::MessageOpens(frmEntryList *window, const QString &text)
     }
     if (window == nullptr)
         return;
-    const ShownEntry now = LookAt(*window);
+    const ShownEntry now = Look(*window);
     if (text == "Do you want to save changes?"_L1) {
         m_before = now;
         if (!now.Changed)
             Find(u"a question about changes that are not marked"_s);
     }
-    const bool loads = text == "You are not allowed to enter expenses."_L1;
-    if (now.Rows > 0 && !loads && now.MarkedId != m_loadedId && !m_errorShown)
+    // A row that has just been loaded, or that has followed a deleted one.
+    if (text == "You are not allowed to enter expenses."_L1 || m_saved)
+        m_loadedId = now.MarkedId;
+    if (now.Rows > 0 && now.MarkedId != m_loadedId && !m_errorShown)
         Find(
             u"while a message is open, row %1 is highlighted and not the entry in the editor"_s.arg(
                 now.MarkedRow));
@@ -369,10 +425,6 @@ void WalkOracle::MessageAnswered(const QString &text, MessageAnswer answer)
 void WalkOracle::FilterLeft(const QStringList &codes)
 {
     m_filter = codes;
-    const SampleCompany *company = CompanyOf(m_before.Company);
-    m_filterIsKnown = company != nullptr;
-    for (qsizetype i = 0; i < codes.size() && company != nullptr; ++i)
-        m_filterIsKnown = m_filterIsKnown && IsCode(*company, CodeBoxes[i], codes[i]);
 }
 
 void WalkOracle::CommandPressed(const QString &name)
@@ -384,7 +436,7 @@ void WalkOracle::CommandPressed(const QString &name)
 void WalkOracle::AtRest(frmEntryList &window)
 {
     CheckAlive(window);
-    const ShownEntry now = LookAt(window);
+    const ShownEntry now = Look(window);
     const SampleCompany *company = CompanyOf(now.Company);
     if (company == nullptr)
         return Find(u"no company is chosen"_s);
@@ -444,8 +496,8 @@ void WalkOracle::CheckLoaded(const SampleCompany &company, const ShownEntry &now
     Same("customer", now.Customer, stored.Customer);
     Same("project", now.Project, stored.Project);
     Same("activity", now.Activity, stored.Activity);
-    if (!m_dateHeldBack)
-        Same("date", now.Date.toString(Qt::ISODate), stored.Date.left(10));
+    if (m_dateIsKnown)
+        Same("date", m_date.toString(Qt::ISODate), DateOf(stored).toString(Qt::ISODate));
     Same("description", now.Description, stored.Description);
     Same("hours", now.Hours, ShownNumber(stored.Hours, 2));
     if (now.Focus != "cboBStatus"_L1)
@@ -471,7 +523,7 @@ void WalkOracle::CheckLoaded(const SampleCompany &company, const ShownEntry &now
                     && u"123"_s.contains(company.Options.Billing_Option_Setting))));
     Same("status bar", now.Panels.section(u'|', 1),
         (QStringList{company.Employee.Employee_Number, company.Code,
-             stored.Day().toString(u"MM/dd/yyyy"_s)})
+             DateOf(stored).toString(u"MM/dd/yyyy"_s)})
             .join(u'|'));
     Same("number of records", now.FirstPanel.section(u' ', 3), QString::number(table.size()));
 }
@@ -482,10 +534,13 @@ bool WalkOracle::IsStoredAsShown(const ShownEntry &shown)
     if (m_loadedId < 0 || static_cast<size_t>(m_loadedId) >= table.size())
         return false;
     const StoredEntry &stored = table[static_cast<size_t>(m_loadedId)];
-    return shown.Customer == stored.Customer && shown.Project == stored.Project
-        && shown.Activity == stored.Activity && shown.Description == stored.Description
+    const auto isStored = [&](const QString &box, const QString &code) {
+        return StoredCode(CodeIn(shown, box), box) == code;
+    };
+    return isStored(CodeBoxes[0], stored.Customer) && isStored(CodeBoxes[1], stored.Project)
+        && isStored(CodeBoxes[2], stored.Activity) && shown.Description == stored.Description
         && TypedNumber(shown.Hours) == stored.Hours && shown.Status == StatusText(stored.Status)
-        && m_date == stored.Day();
+        && (!m_dateIsKnown || m_date == DateOf(stored));
 }
 
 void WalkOracle::CheckList(frmEntryList &window, const SampleCompany &company)
@@ -493,13 +548,12 @@ void WalkOracle::CheckList(frmEntryList &window, const SampleCompany &company)
     const auto &grid = Control<clsGrid>(window, "msgEntryList");
     const StoredTable &table = m_tables[company.Code];
     const auto passes = [&](const StoredEntry &entry) {
-        return !m_filterIsKnown
-            || ((m_filter[0].isEmpty() || m_filter[0] == entry.Customer)
-                && (m_filter[1].isEmpty() || m_filter[1] == entry.Project)
-                && (m_filter[2].isEmpty() || m_filter[2] == entry.Activity));
+        return (m_filter[0].isEmpty() || m_filter[0] == entry.Customer)
+            && (m_filter[1].isEmpty() || m_filter[1] == entry.Project)
+            && (m_filter[2].isEmpty() || m_filter[2] == entry.Activity);
     };
     const int rows = grid.TextMatrix(1, 0).isEmpty() ? 0 : grid.Rows() - 1;
-    if (m_filterIsKnown && rows != std::count_if(table.begin(), table.end(), passes))
+    if (rows != std::count_if(table.begin(), table.end(), passes))
         return Find(u"the list has %1 rows, the table %2 entries, filter %3"_s.arg(rows)
                         .arg(table.size())
                         .arg(m_filter.join(u'/')));

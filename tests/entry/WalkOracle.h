@@ -22,13 +22,16 @@ public:
         const QString &folder, const std::vector<SampleCompany> &companies, const char *disk);
 
     // What a walk reports.
-    void EventComes(frmEntryList *window, bool pressesPicker);
+    void EventComes(frmEntryList *window);
     void EventIsOver(frmEntryList *window);
     void AtRest(frmEntryList &window); ///< no pop-up, menu or dialog is open
     void MessageOpens(frmEntryList *window, const QString &text);
     void MessageAnswered(const QString &text, MessageAnswer answer);
     void FilterLeft(const QStringList &codes); ///< customer, project and activity in force
     void CommandPressed(const QString &name); ///< of one that drops or takes edits
+    /// A record was clicked in a lookup that has closed. A lookup that is canceled leaves it in the
+    /// entry, and the box shows the code from before.
+    void CodeClicked(const QString &box, const QString &code);
     void StoreFailed() { m_storeFailed = true; }
     /// The step uses a command with messages of its own.
     void MayAskMore() { m_mayAskMore = true; }
@@ -39,7 +42,8 @@ public:
 
     bool MessageWasShown() const { return !m_messages.isEmpty(); }
     bool ErrorWasShown() const { return m_errorShown; }
-    const ShownEntry &Before() const { return m_before; }
+    /// The field that a user is in, also while the menu bar has the keys.
+    const QString &EnteredField() const { return m_focusBox; }
     const SampleCompany *CompanyOf(const QString &code) const;
 
     QStringList Findings;
@@ -55,8 +59,11 @@ private:
         const SampleCompany &company, const StoredEntry *before, const StoredEntry &now);
     void CheckRules(
         const SampleCompany &company, const StoredEntry *before, const StoredEntry &now);
+    ShownEntry Look(frmEntryList &window) const;
     void CheckEdits(const ShownEntry &now);
+    void FollowFocus(const ShownEntry &now);
     void FollowDate(const ShownEntry &now);
+    void FollowClickedCodes(const ShownEntry &now);
     void CheckHighlight(const ShownEntry &now);
     void CheckLoaded(const SampleCompany &company, const ShownEntry &now);
     void CheckList(frmEntryList &window, const SampleCompany &company);
@@ -64,6 +71,7 @@ private:
     bool IsStoredAsShown(const ShownEntry &shown);
     void CheckAlive(frmEntryList &window);
     void Same(const char *what, const QString &shown, const QString &stored);
+    void SameCode(const QString &box, const QString &shown, const QString &stored);
     bool IsCode(const SampleCompany &company, const QString &box, const QString &code) const;
 
     std::vector<SampleCompany> m_companies;
@@ -73,12 +81,10 @@ private:
     std::map<QString, StoredTable> m_tables;
 
     ShownEntry m_before; // the event, or the question whose answer saves
-    bool m_pressesPicker = false; // the event is a mouse button on the date picker
     QDate m_date; // of the entry
-    bool m_dateHeldBack = false; // perhaps: the picker was pressed, so that its date may not count
+    bool m_dateIsKnown = true; // no notice has covered the one about the date since
     int m_loadedId = -1; // hidden number of the row whose entry is in the editor
     QStringList m_filter = {QString(), QString(), QString()};
-    bool m_filterIsKnown = true; // its dialog was left with codes that exist
     QStringList m_messages; // of this step
     bool m_errorShown = false;
     bool m_deletionConfirmed = false;
@@ -86,6 +92,7 @@ private:
     bool m_storeFailed = false;
     bool m_mayAskMore = false;
     bool m_saved = false; // the last event has written a table
-    QString m_focusBox;
-    QString m_focusCode; // the code that the box with the focus held when it got it
+    QString m_focusBox; // the one that has the focus, or had it before the menu bar
+    bool m_focusEdited = false; // its code, since it has got the focus
+    std::map<QString, QString> m_clickedCodes; // by box: not in it, but perhaps in the entry
 };

@@ -37,12 +37,6 @@ struct Stroke
     Qt::KeyboardModifiers Modifiers = Qt::NoModifier;
 };
 
-bool MenuHasTheKeys()
-{
-    return QApplication::activePopupWidget() != nullptr
-        || qobject_cast<QMenuBar *>(QApplication::focusWidget()) != nullptr;
-}
-
 QString FocusName()
 {
     const QWidget *focus = QApplication::focusWidget();
@@ -50,6 +44,12 @@ QString FocusName()
 }
 
 } // namespace
+
+bool WindowWalk::MenuHasTheKeys()
+{
+    return QApplication::activePopupWidget() != nullptr
+        || qobject_cast<QMenuBar *>(QApplication::focusWidget()) != nullptr;
+}
 
 QString WindowWalk::WordFor(const QString &box)
 {
@@ -92,8 +92,6 @@ QString WindowWalk::VisibleControl()
 void WindowWalk::Press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     const bool inMenu = MenuHasTheKeys();
-    if (inMenu)
-        m_oracle->MayAskMore();
     const bool changed = Window()->isWindowModified();
     const QString before = FocusName();
     const bool byMouse = m_fieldPressed;
@@ -124,7 +122,7 @@ void WindowWalk::Press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 void WindowWalk::ClickControl(const QString &name)
 {
     QWidget &control = Any(name);
-    const QString before = FocusName();
+    const QString before = m_oracle->EnteredField();
     const bool isFree = QApplication::activePopupWidget() == nullptr;
     const bool couldBeEntered = control.isEnabled() && control.isVisible();
     m_hands.Click(control);
@@ -338,8 +336,6 @@ void WindowWalk::OpenDialog()
 
 void WindowWalk::UseMenu()
 {
-    if (Window()->isWindowModified())
-        return; // a code that is left through the menu bar is not checked yet
     switch (m_chance.Below(4)) {
     case 0:
         return Press(Qt::Key_Alt, Qt::AltModifier);
@@ -415,7 +411,6 @@ void WindowWalk::PopUpStep(QWidget &popUp)
     static const std::vector<Qt::Key> keys = {Qt::Key_Up, Qt::Key_Down, Qt::Key_Down,
         Qt::Key_Return, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Home, Qt::Key_End,
         Qt::Key_Right, Qt::Key_Left, Qt::Key_N, Qt::Key_D, Qt::Key_Space};
-    m_oracle->MayAskMore();
     switch (m_chance.Below(5)) {
     case 0:
         return m_hands.Click(popUp, AnyPointIn(popUp));

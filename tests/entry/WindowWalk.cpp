@@ -4,6 +4,7 @@
 #include "tests/support/Windows.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -11,6 +12,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTimer>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +49,7 @@ WindowWalk::WindowWalk(int kind)
     QApplication::setDoubleClickInterval(0);
     QApplication::setStartDragDistance(NoDrag);
     QApplication::setCursorFlashTime(0);
+    QApplication::clipboard()->clear(); // what another walk has cut is not pasted here
     BuildSampleCompanies(m_folder.path(), m_companies);
     BuildInstallation(m_folder.path());
     m_oracle = std::make_unique<WalkOracle>(m_folder.path(), m_companies, m_files.NameOfSafeDisk());
@@ -75,6 +78,7 @@ void WindowWalk::StartProgram()
     m_program->StartUp();
     if (Window() == nullptr || !ShowActive(*Window()))
         m_oracle->Find(u"the program does not start"_s);
+    m_lastWindow = Window();
     LetEventsRun();
 }
 
@@ -115,8 +119,9 @@ void WindowWalk::EventComes(const QString &what)
     const QWidget *focus = QApplication::focusWidget();
     m_focus = focus == nullptr ? QString() : focus->objectName();
     m_fieldPressed = m_fieldPressed || what.contains(m_focus + u" at "_s);
-    const bool pressesPicker = what.contains(u"dtpDate at"_s);
-    m_oracle->EventComes(IsOpen() ? Window() : nullptr, pressesPicker);
+    if (MenuHasTheKeys())
+        m_oracle->MayAskMore();
+    m_oracle->EventComes(IsOpen() ? Window() : nullptr);
 }
 
 void WindowWalk::EventIsOver()
@@ -131,8 +136,8 @@ void WindowWalk::EventIsOver()
     if (m_depth > 0 || !IsOpen() || QApplication::activeModalWidget() != nullptr
         || QApplication::activePopupWidget() != nullptr)
         return;
-    // As a window manager does when a dialog has closed.
-    if (QApplication::activeWindow() == nullptr)
+    // As a window manager does when a dialog or a menu has closed.
+    if (QGuiApplication::focusWindow() != Window()->windowHandle())
         ShowActive(*Window());
     if (Window() != m_lastWindow.data())
         m_oracle->ProgramStarts();
@@ -171,6 +176,9 @@ bool WindowWalk::eventFilter(QObject *watched, QEvent *event)
         || event->type() == QEvent::Shortcut)
         if (auto *button = qobject_cast<QPushButton *>(watched))
             m_oracle->CommandPressed(button->objectName());
+    if (event->type() == QEvent::MouseButtonRelease)
+        if (const auto *list = qobject_cast<clsGrid *>(watched->parent()))
+            m_clickedCode = list->TextMatrix(list->Row(), 1);
     if (event->type() != QEvent::Show)
         return false;
     if (auto *dialog = qobject_cast<QDialog *>(watched); dialog != nullptr && dialog->isModal()) {
@@ -178,6 +186,8 @@ bool WindowWalk::eventFilter(QObject *watched, QEvent *event)
             0, dialog, [this, shown = QPointer(dialog)] { Safely([&] { UseDialog(shown); }); });
         if (dialog->objectName() == "frmTransFilter"_L1)
             FollowFilter(*dialog);
+        if (dialog->objectName() == "frmLookup"_L1 && dialog->parent() == Window())
+            FollowLookup(*dialog);
     }
     auto *menu = qobject_cast<QMenu *>(watched);
     if (menu != nullptr && !menu->objectName().startsWith(u"mnu"_s))
@@ -207,6 +217,19 @@ void WindowWalk::FollowFilter(QDialog &dialog)
         for (const char *box : {"txtCustomer", "txtProject", "txtActivity"})
             codes.append(Control<QLineEdit>(dialog, box).text());
         m_oracle->FilterLeft(codes);
+    });
+}
+
+void WindowWalk::FollowLookup(QDialog &dialog)
+{
+    m_clickedCode.clear();
+    connect(&dialog, &QDialog::finished, this, [this, title = dialog.windowTitle()] {
+        if (m_clickedCode.isEmpty())
+            return;
+        if (title == Company().Options.Project_Term + u" Lookup"_s)
+            m_oracle->CodeClicked(u"txtProject"_s, m_clickedCode);
+        else if (title == "Billing Rate Multiplier Lookup"_L1)
+            m_oracle->CodeClicked(u"txtMultiplierCode"_s, m_clickedCode);
     });
 }
 

@@ -51,6 +51,7 @@ private:
     void Write(const QString &line);
     void EventComes(const QString &what);
     void EventIsOver();
+    static bool MenuHasTheKeys(); ///< or another pop-up
     bool IsOpen() const { return Window() != nullptr && Window()->isVisible() && !m_ended; }
 
     // Steps.
@@ -87,6 +88,7 @@ private:
     void UseDialog(const QPointer<QDialog> &dialog);
     void UseContextMenu(const QPointer<QMenu> &menu);
     void FollowFilter(QDialog &dialog); ///< what it leaves in force
+    void FollowLookup(QDialog &dialog); ///< what it leaves in the entry
     void DialogStep(QDialog &dialog);
     void AnswerBox(QDialog &box);
     void CloseDialog(QDialog &dialog);
@@ -102,6 +104,7 @@ private:
     bool m_storeFails = false;
     std::deque<QString> m_lines;
     QString m_focus; // before the event
+    QString m_clickedCode; // in the lookup
     bool m_fieldPressed = false; // the field with the focus: the next one keeps its caret
     QWidget m_otherWindow;
     QPointer<frmEntryList> m_lastWindow; // a synchronization brings another
