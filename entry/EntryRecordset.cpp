@@ -137,7 +137,7 @@ std::vector<quint32> EntryRecordset::RanksOfCustomers() const
     const auto isPastTheLast = [&](const Row &row) {
         return m_texts->CustomerAt(row.Customer) == EntryTexts::PastTheLast;
     };
-    // A name that is taken over from another entry is nobody's place among the names.
+    // A row that shows the name of another entry's customer has no place of its own by name.
     if (std::any_of(m_rows.begin(), m_rows.end(), isPastTheLast))
         return clsRecordSet::Ranks(EntryColumn::Customer);
     return RanksOfTexts(m_rows, m_texts->Customers(),

@@ -99,7 +99,7 @@ struct EntryScreen
 
     QDate Date; ///< of the date picker
     std::array<QString, StatusPanels> Panels;
-    /// A quiet line at the bottom: why what was typed has been put back.
+    /// A quiet line at the bottom: why the previous text was restored.
     struct Notice
     {
         EntryControl About;

@@ -6,7 +6,7 @@
 
 #include <QString>
 
-/// What the window tells a user who wonders: why a field is closed, where the rate has come from.
+/// What tool tips explain: why a field is disabled, and where its rate comes from.
 /// Texts to show as they are; nothing here decides anything.
 
 /// What the answers depend on.
@@ -40,7 +40,7 @@ enum class RateSource
     Customer,
     Division,
     Employee,
-    Unknown ///< an option that takes no rate in this company: a former rate stands
+    Unknown ///< an option that takes no rate in this company: the previous rate stays
 };
 
 /// Where the rules take the entry's rate from, with that billing option setting of the company.

@@ -16,8 +16,8 @@ constexpr QuantityMask Rate = {5, 3};
 constexpr QuantityMask Amount = {8, 2};
 } // namespace QuantityMasks
 
-/// Keeps a numeric text box to decimal numbers of a bounded size: a text that breaks the mask
-/// gives way to the last one that was good.
+/// Keeps a numeric text field to decimal numbers of a bounded size: text that breaks the mask is
+/// replaced by the last good text.
 ///
 /// Units: characters, not digits; a sign or a separator left of the point counts too.
 class clsM90Mask

@@ -331,7 +331,7 @@ void frmEntryList::ShowWhileSuppressed(const std::function<void()> &dialog)
 
 void frmEntryList::SelectBoxOfFilter(FilterField field)
 {
-    // This window's own box is meant, not the filter's; this is kept.
+    // This window's own field is meant, not the filter's. Intentional.
     switch (field) {
     case FilterField::Customer:
         ui->txtCustomer->selectAll();
@@ -436,8 +436,8 @@ void frmEntryList::RenderTitle()
 {
     if (m_entryModule.Changed == isWindowModified())
         return;
-    // The place for the platform's mark stands in the title only while there is something to mark:
-    // whoever asks an unchanged window for its title gets the plain one.
+    // The placeholder for the platform's mark is in the title only while there is something to
+    // mark, so that the title of an unchanged window is the plain one.
     const QString title = u"Worklog Remote"_s;
     if (m_entryModule.Changed)
         setWindowTitle(title + u"[*]"_s);

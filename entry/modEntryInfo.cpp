@@ -402,7 +402,7 @@ QString modEntryInfo::DateNotice() const
 void modEntryInfo::TakeDate()
 {
     FieldEdited();
-    // The time of day of a stored date belongs to whoever wrote it.
+    // The time of day of a stored date belongs to the program that stored it.
     Entry.Date = WallClock(m_screen.Date, Entry.Date.time());
 }
 

@@ -37,7 +37,7 @@ public:
         LookupState &lookup, EntryListState &list, EntryScreen &screen, clsMessageBox &messages,
         const clsClock &clock);
 
-    /// Reloads the entry list; connected by whoever owns the list.
+    /// Reloads the entry list; connected by the list's owner.
     std::function<void()> ReloadList;
 
     /// Shows the lookup that the shared state asks for and returns when it has closed. Connected
@@ -58,7 +58,7 @@ public:
     /// in the editor stays.
     void LoadEntry(qint32 position);
     bool Holds(qint32 position) const { return EntryLoaded && m_position == position; }
-    void ShowEntry(); ///< reads a stored entry anew and puts everything on the screen
+    void ShowEntry(); ///< reads a stored entry again and puts everything on the screen
     void LockEntryFields();
     void HideRateFields(); ///< from an employee with the rate permission level "1"
     void ShowRecordStatus();
@@ -88,7 +88,7 @@ public:
     /// Opens the lookup of a code (one of LookupKinds) and takes the choice into the entry; false
     /// when none was made. Does nothing for a project without a customer.
     bool LookUp(size_t kind, LookupStart start);
-    /// What a lookup for the filter left in the entry gives way to what the box shows.
+    /// Replaces what a lookup for the filter left in the entry by what the field shows.
     void TakeProjectFromBox();
     EntryControl AfterActivity() const; ///< the field that follows the activity
 
@@ -201,7 +201,7 @@ private:
     EntryRecord StoredForm() const;
     bool StoredWithoutDate() const; ///< the entry shows today, and is saved so without an edit
     /// Puts the cursor on the stored entry that is shown; raises when it is not there as it was
-    /// read, so that no other one is ever written or deleted in its stead.
+    /// read, so that no other one is ever written or deleted instead.
     void MoveToShownEntry();
     void WriteEntry();
 

@@ -94,7 +94,7 @@ CodeCheck modEntryInfo::CheckProject()
     if (!m_tables.Projects.Find(0, ProjectKey(Entry.CustomerCode, Entry.ProjectCode)))
         return Refuse(EntryControl::txtProject, Entry.ProjectCode, m_previousProject,
             NoSuchProject(m_tables.Options.Working, Entry.ProjectCode, Entry.CustomerCode));
-    // Coming from the lookup the entry is shown and its rules run once, by whoever opened it.
+    // For a code from the lookup, TakeLookedUpCode shows the entry and runs its rules.
     if (m_pendingLookup == LookupKinds::Projects)
         return CodeCheck::Accepted;
     const QString statusBefore = m_previousStatusText;
@@ -155,7 +155,7 @@ CodeCheck modEntryInfo::CheckActivity()
         DropImpossibleHours();
 
     if (ExpenseIsRefused()) {
-        ShowAgain(); // refuses it, tells the user, and shows what is left
+        ShowAgain(); // refuses it with a message, and shows what is left
         SelectFieldText(EntryControl::txtActivity);
         return CodeCheck::Refused;
     }
@@ -192,7 +192,7 @@ CodeCheck modEntryInfo::CheckMultiplier()
             multipliers.ReadMultiplier(multipliers.Record);
             Entry.MultiplierFactor = multipliers.Record.Factor;
         } else {
-            // The factor stays 1 although the former code comes back; this is kept.
+            // The factor stays 1 although the previous code is restored. Intentional.
             result = Refuse(EntryControl::txtMultiplierCode, Entry.MultiplierCode,
                 m_previousMultiplier, NoSuchCode(u"Multiplier"_s, Entry.MultiplierCode));
         }

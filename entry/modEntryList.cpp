@@ -404,14 +404,14 @@ void modEntryList::CompanyChanged()
 {
     m_list.CompanyChangeInProgress = true;
     const auto changed = qScopeGuard([this] { m_list.CompanyChangeInProgress = false; });
-    const QString former = m_session.CurrentCompanyCode;
+    const QString previous = m_session.CurrentCompanyCode;
     m_session.CurrentCompanyCode = m_screen[EntryControl::cboCompany].ItemText();
     if (m_list.ListLoading)
         return;
     try {
         LoadEntryList();
     } catch (const clsRunTimeError &) {
-        ReturnToCompany(former);
+        ReturnToCompany(previous);
         throw;
     }
 }

@@ -33,7 +33,7 @@ public:
     /// The grid of the window that is open; null between two windows.
     void SetGrid(clsGridView *grid) { m_grid = grid; }
 
-    /// Ends the program at once; connected by whoever owns the program.
+    /// Ends the program at once; connected by the program's owner.
     std::function<void()> EndProgram;
 
     void LoadEntryList();
@@ -66,7 +66,7 @@ private:
     /// SelectedRow alone decides which row is highlighted.
     void MarkSelectedRow();
     void ScrollToSelectedRow();
-    QString NewDamage(); ///< what to tell of entries that are not as they were saved, else empty
+    QString NewDamage(); ///< the report of entries that are not as they were saved, else empty
 
     Tables &m_tables;
     modSync &m_sync;
