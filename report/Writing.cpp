@@ -61,6 +61,8 @@ void WriteReport(const QByteArray &bytes, const QString &output)
     }
     RequireRegularFile(output);
     QSaveFile file(output);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    // Committing alone would replace the previous report by one that does not fit the disk.
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()
+        || !file.commit())
         RaiseNotWritten(output, file.errorString());
 }

@@ -1,6 +1,10 @@
-// Pipes and devices where files are expected: refused at once, and left as they are.
+// Pipes and devices where files are expected: refused at once, and left as they are. A disk without
+// space.
 
+#include "report/Writing.h"
 #include "tests/report/ReportFixture.h"
+#include "tests/support/Raised.h"
+#include "tests/support/SmallDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -108,4 +112,20 @@ TEST_F(SpecialFiles, AFolderIsNoPlaceForAReport)
     EXPECT_EQ(Refusal({u"--output"_s, output}),
         "worklog-report: The report cannot be written to " + output.toStdString()
             + ": this is a folder\n");
+}
+
+TEST_F(SpecialFiles, AFullDiskIsReportedAndLeavesThePreviousReport)
+{
+    const QString output = m_results.filePath(u"days.csv"_s);
+    WriteReport("before", output);
+    Raised raised;
+    {
+        const SmallDisk full(16);
+        raised = RaisedBy([&] { WriteReport(QByteArray(100, 'x'), output); });
+    }
+    EXPECT_TRUE(raised.Names(output)) << qPrintable(raised.Description);
+    QFile file(output);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "before");
+    EXPECT_EQ(QDir(m_results.path()).entryList(QDir::Files), QStringList{u"days.csv"_s});
 }
