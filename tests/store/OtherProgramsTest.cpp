@@ -2,6 +2,7 @@
 #include "tests/store/StoreFixture.h"
 #include "tests/support/Deadline.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 
@@ -264,11 +265,14 @@ TEST_F(OtherPrograms, AWriteWaitsForNobodyForLong)
     const QByteArray before = Bytes(u"T"_s);
     OtherProgram other(FileName());
     other.Execute(u"BEGIN IMMEDIATE"_s);
+    QElapsedTimer waited;
+    waited.start();
     const std::vector<Raised> refusals = {RaisedBy([&] { Add(handle, Three(u"d"_s)); }),
         RaisedBy([&] { Change(handle, Three(u"d"_s)); }),
         RaisedBy([&] { Store.DeleteRecord(handle, 2); }),
         RaisedBy([&] { Store.WriteNote(handle, u"x"_s); }),
         RaisedBy([&] { RecordStore::Batch batch(Store, handle); })};
+    EXPECT_LT(waited.elapsed(), 10000) << "five times a quarter of a second";
     for (const Raised &raised : refusals) {
         EXPECT_EQ(raised.Number, StoreErrors::Locked);
         EXPECT_TRUE(raised.Names(FileName()));
