@@ -24,6 +24,7 @@ public:
             m_bytes.push_back(static_cast<char>(static_cast<quint64>(number) >> shift & 0xff));
     }
 
+    quint64 Value() const;
     Digits Hexadecimal() const;
 
 private:

@@ -1,21 +1,19 @@
 #pragma once
 
 #include "store/CheckValue.h"
+#include "store/FileDescription.h"
 #include "store/Schema.h"
+#include "store/SqliteFile.h"
 
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <variant>
 #include <vector>
-
-struct sqlite3;
-struct sqlite3_file;
-struct sqlite3_stmt;
 
 /// A field value as a file holds it: UTF-8 text, or a number (Currency scaled by 10,000, Date as
 /// seconds on the wall clock).
@@ -24,22 +22,25 @@ using StoredRow = std::vector<StoredValue>;
 
 /// One SQLite file with one table of ours.
 ///
-/// The creator's number is the file's application_id. Beside the table a one-row table keeps the
-/// type's number, the table's name, the schema text as it was passed, and a note. Where the table
-/// has a text column Check_Value beside its fields, each record's check value stands there; it is
-/// empty where another program wrote the record, until the record is next written here.
+/// The creator's number is the file's application_id; FileDescription is what the file says about
+/// itself. The records are protected in one of two ways:
+/// - A digest of all records, in the description. It is written with every transaction. It is
+///   judged when the rows are read, as long as no other program has written into the file.
+/// - Where the table has a text column Check_Value next to its fields, a check value of each
+///   record. It is empty where another program wrote the record, until the record is next written
+///   here.
 ///
 /// Errors: clsRunTimeError with a number of StoreErrors and a text that names the file. A file
-///         that is not ours is recognised from its first bytes, before SQLite touches it.
+///         that is not ours is recognized from its first bytes, before SQLite touches it.
 class DatabaseFile
 {
 public:
     /// Null when the file does not exist.
     static std::unique_ptr<DatabaseFile> Open(const QString &fileName, quint32 creator);
 
-    /// Begins a new file; CreateTable completes it. Until then it stands under a name of its own,
-    /// so that a file under `fileName` is whole whenever it is there. Raises AlreadyExists when
-    /// there is one already.
+    /// Begins a new file; CreateTable completes it. Until then it has a name of its own, so that a
+    /// file under `fileName` is whole whenever it is there. Raises AlreadyExists when there is one
+    /// already.
     static std::unique_ptr<DatabaseFile> Create(
         const QString &fileName, quint32 type, quint32 creator);
 
@@ -51,9 +52,9 @@ public:
     bool HasTable() const { return !m_schema.empty(); }
     const Schema &Fields() const { return m_schema; }
 
-    /// The table that is created next keeps a check value beside each record.
-    void KeepCheckValues() { m_hasCheckValues = true; }
-    bool HasCheckValues() const { return m_hasCheckValues; }
+    /// The table that is created next has a check value in each record, and no digest.
+    void KeepCheckValues() { m_about.HasCheckValues = true; }
+    bool HasCheckValues() const { return m_about.HasCheckValues; }
 
     void CreateTable(const QString &name, const QString &schemaText);
 
@@ -71,13 +72,14 @@ public:
         ~RowSource() = default;
     };
 
-    /// From now on no write waits for the disk: after a crash of the computer, or of the program
-    /// in the middle of a write, the file may be of no use.
-    void MakeScratch();
+    /// From now on no write waits for the disk, and there is no digest: after a crash of the
+    /// computer, or of the program in the middle of a write, the file may be unusable.
+    void MakeScratch() { m_file.MakeScratch(); }
 
     /// Raises Damaged when the file's pages do not fit together: rows may be missing then.
-    void CheckIntegrity();
-    /// Hands over all rows in stored order.
+    void CheckIntegrity() const { m_file.CheckIntegrity(); }
+    /// Passes on all rows in stored order. Raises Damaged, when all have been passed on, if they
+    /// are not those that the digest was made of.
     void ReadRows(const std::function<void(const RowSource &)> &row);
     /// The row with that id, empty when it is gone or holds a text that is no date.
     StoredRow ReadRow(qint64 rowId);
@@ -86,12 +88,11 @@ public:
     qint64 RowCountGuess();
 
     /// Changes when another program has written into the file.
-    qint64 DataVersion();
+    qint64 DataVersion() const { return m_file.DataVersion(); }
 
     void Begin(); ///< a writing transaction
-    bool InTransaction() const; ///< false also after a failure by which SQLite has undone it
-    /// Returns also when SQLite reports a failure and the transaction is in the file all the same.
-    void Commit();
+    bool InTransaction() const { return m_file.InTransaction(); } ///< see SqliteFile
+    void Commit(); ///< see SqliteFile
     void Rollback() noexcept;
 
     qint64 Insert(const StoredRow &row); ///< the new row's id
@@ -99,46 +100,40 @@ public:
     void Delete(qint64 rowId);
 
     QString Note();
-    void SetNote(const QString &note);
+    void SetNote(const QString &note); ///< in a transaction
 
 private:
-    class Statement;
+    using Statement = SqliteFile::Statement;
+    class Source;
 
     DatabaseFile(const QString &fileName, const QString &openName);
 
-    void Connect(int flags);
-    sqlite3_file &RawFile() const;
-    qint64 Size() const;
-    void CheckHeader(quint32 creator);
-    void CheckSize();
-    quint32 HeaderNumber(size_t offset) const;
-    bool HasHappened(quint32 changesBefore);
-    void Configure();
-    void SetDurability();
-    using ColumnTypes = std::unordered_map<std::string, std::string>; // by name
-    /// Empty when there is no strict table of that name.
-    ColumnTypes ColumnsOf(const std::string &table);
     void LoadDefinition();
-    void CheckColumns(const ColumnTypes &columns);
-    void LookForCheckValues(const ColumnTypes &about, const ColumnTypes &columns);
-    CheckValue::Digits CheckValueOf(const StoredRow &row) const;
-    void DefineTable(const QString &name, const QString &schemaText, const std::string &columns);
-    void Execute(const std::string &sql);
-    void Check(int result) const;
-    [[noreturn]] void RaiseSqlite(int result) const;
-    void BindRow(Statement &statement, const StoredRow &row);
+    void CheckColumns(const SqliteFile::ColumnTypes &columns) const;
+    void LookForCheckValues(const SqliteFile::ColumnTypes &columns) const;
+    void DefineTable(const std::string &columns, quint32 creator);
+    bool KeepsDigest() const;
+    /// What the sum of the records must be; std::nullopt when it is not to be judged.
+    std::optional<quint64> ExpectedSum();
+    quint64 PassRows(
+        const std::function<void(const RowSource &)> &row, bool sums); ///< 0 without sums
+    void WriteDigest();
+    quint64 SumOf(qint64 rowId, const StoredRow &row) const;
+    quint64 StoredSumOf(qint64 rowId);
+    void AddFields(CheckValue &value, const StoredRow &row) const;
+    void BindRow(Statement &statement, const StoredRow &row) const;
     std::string ColumnNames() const;
+    std::string ReadColumns() const;
 
     QString m_fileName;
     QString m_openName; // differs from m_fileName until CreateTable completes the file
-    sqlite3 *m_database = nullptr;
-    QString m_tableName;
+    SqliteFile m_file;
+    FileDescription m_about;
     std::string m_quotedTable;
     Schema m_schema;
-    quint32 m_type = 0;
     quint32 m_creator = 0; // of a new file
-    bool m_isScratch = false;
-    bool m_hasCheckValues = false;
+    bool m_hasWritten = false; // in the transaction, like the next
+    std::optional<quint64> m_sum; // of the records; empty: to be read again
     std::unique_ptr<Statement> m_insert; // kept, because a bulk of records is inserted one by one
     std::unique_ptr<Statement> m_delete; // likewise, deleted
 };

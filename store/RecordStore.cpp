@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <future>
+#include <unordered_map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -673,7 +674,9 @@ void RecordStore::KeepCheckValues(Handle handle)
 
 void RecordStore::CheckIntegrity(Handle handle)
 {
-    WithTable(handle).File->CheckIntegrity();
+    DatabaseFile &file = *WithTable(handle).File;
+    file.CheckIntegrity();
+    file.ReadRows([](const DatabaseFile::RowSource &) {});
 }
 
 std::vector<qint32> RecordStore::DamagedRecords(Handle handle)

@@ -138,12 +138,13 @@ public:
     /// What is written under the handle from now on is for this run of the program only: no write
     /// waits for the disk, and a crash may leave a file that is of no use.
     void MakeScratch(Handle handle);
-    /// The table that CreateTable then makes keeps a check value beside each record, in a column
-    /// of its own that is no field. Loading it raises Damaged for a file in which records may be
-    /// missing.
+    /// The table that CreateTable then makes keeps a check value with each record, in a column of
+    /// its own that is no field: damage is known for each record, see DamagedRecords. Loading it
+    /// raises Damaged for a file in which records may be missing. Every other table has a digest
+    /// of all its records, and loading it raises Damaged when they are not those that were written.
     void KeepCheckValues(Handle handle);
-    /// Reads the whole file and raises Damaged when its pages do not fit together: records may be
-    /// missing then.
+    /// Reads the whole file and raises Damaged when its pages do not fit together, or when the
+    /// records are not those that were written.
     void CheckIntegrity(Handle handle);
     /// The positions, in the current order, of records that are not what was saved: the check
     /// value does not hold. They are read like any other; a record counts no longer when it has

@@ -22,6 +22,7 @@ constexpr int NotDeleted = 1015;
 constexpr int BadRecord = 1016; ///< a structure or a stored value that does not fit the schema
 constexpr int BadArgument = 1017;
 constexpr int Incomplete = 1018; ///< a company lacks some of its databases
+constexpr int NewerFormat = 1019; ///< a newer version of the program wrote the file
 } // namespace StoreErrors
 
 /// Raises clsRunTimeError with the record store as its source.

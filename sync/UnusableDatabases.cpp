@@ -118,6 +118,8 @@ QString LockedNotice(Tables &tables)
         return ForeignNotice(tables, failure.Name, file);
     case StoreErrors::Locked:
         return file + u" is in use by another program. Close that program, then "_s + StartAgain;
+    case StoreErrors::NewerFormat:
+        return file + u" was written by a newer version of Worklog Remote. Install that version."_s;
     case StoreErrors::ReadOnly:
         return file + u" is read-only. Allow writing, then "_s + StartAgain;
     default:

@@ -248,6 +248,55 @@ TEST_F(Program, ADatabaseThatCannotBeReadLeavesTheWindowLockedToo)
     }
 }
 
+TEST_F(Program, ABitThatChangesWhatIsReadLocksTheWindowUntilTheClientHasWrittenTheFileAgain)
+{
+    SampleCompany company;
+    company.Entries = std::vector{
+        SampleEntry(u"0100"_s, {}, u"CONS"_s, QDate(2026, 3, 9), Currency::FromWhole(3))};
+    company.Customers[0].Customer_Name = u"Unmistakable"_s;
+    for (const auto &[name, text] : {std::pair{u"ABCCustomers-WkLg"_s, "Unmistakable"},
+             std::pair{u"ABCOptions-WkLg"_s, "Accounting0"},
+             std::pair{u"ABCEntries-WkLg"_s, "0100CONS"}}) {
+        SCOPED_TRACE(name.toStdString());
+        QDir(Folder()).removeRecursively();
+        QDir().mkpath(Folder());
+        MakeInstallation();
+        company.Options.Accounting_Name = u"Accounting"_s;
+        company.Options.Sync_Option = u"0"_s;
+        BuildSampleCompanies(Folder(), {company}, Global(u"ABC"_s));
+        QFile file(File(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        const QByteArray sound = file.readAll();
+        QByteArray damaged = sound;
+        const qsizetype at = damaged.lastIndexOf(text) + qsizetype(qstrlen(text)) - 1;
+        damaged[at] = static_cast<char>(damaged[at] ^ 2);
+        file.seek(0);
+        file.write(damaged);
+        file.close();
+        m_messages.Shown.clear();
+        m_process.Programs.clear();
+        clsProgram program(Folder(), Services());
+        program.StartUp();
+        ASSERT_NE(program.MainWindow(), nullptr);
+        if (name.contains(u"Entries"_s)) { // each record says for itself whether it is damaged
+            ASSERT_EQ(m_messages.Shown.size(), 1);
+            EXPECT_NE(m_messages.Shown[0].Text, SynchroniseFirst);
+            continue;
+        }
+        EXPECT_THAT(m_messages.Texts(), ElementsAre(SynchroniseFirst));
+        m_messages.Shown.clear();
+        m_process.Work = [&] {
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(sound);
+            file.close();
+        };
+        PressSync(*program.MainWindow());
+        EXPECT_EQ(m_process.Programs.size(), 1);
+        EXPECT_THAT(m_messages.Texts(), IsEmpty());
+        EXPECT_TRUE(Control<QLineEdit>(*program.MainWindow(), "txtCustomer").isEnabled());
+    }
+}
+
 TEST_F(Program, AFolderThatCannotBeWrittenIsNamedAndNotCalledRunning)
 {
     const QString missing = Folder() + u"/gone"_s;

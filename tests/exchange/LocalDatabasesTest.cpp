@@ -114,6 +114,8 @@ const std::vector<Damage> Damages = {
     {"a page changed", [](QByteArray sound) { return Changed(sound, 2 * 4096, 8); }, false},
     {"a page's free space changed",
         [](QByteArray sound) { return Changed(sound, 2 * 4096 + 7, 5); }, false},
+    {"a bit of the last value of a record changed",
+        [](QByteArray sound) { return Changed(sound, 3 * 4096 - 1, 2); }, false},
 };
 
 TEST(LocalDatabases, ADamagedReferenceDatabaseIsSetAsideAndWrittenWhateverTheOption)
@@ -191,6 +193,53 @@ TEST(LocalDatabases, ADamagedOptionsDatabaseLosesNoEntry)
     ASSERT_EQ(place.Synchronise().ExitStatus, 0);
     EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
     EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"0"_s);
+}
+
+TEST(LocalDatabases, ABitThatTurnsCollectIntoEraseErasesNothing)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1), EntryNumber(2)});
+    place.Choose(u"ABC"_s, u"0"_s);
+    const QString file = DatabaseFileOf(place, u"ABCOptions-WkLg"_s);
+    const QByteArray sound = Contents(file);
+    const qsizetype option = sound.lastIndexOf("Ledger0") + 6;
+    ASSERT_GT(option, 6);
+    Overwrite(file, Changed(sound, option, '0' ^ '2'));
+    const Outcome outcome = place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 0) << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.Uploads(u"ABC"_s).size(), 1);
+    EXPECT_FALSE(place.Log().contains(u"without collecting"_s));
+    EXPECT_EQ(place.Options(u"ABC"_s).Sync_Option, u"0"_s);
+    EXPECT_TRUE(place.Log().contains(u"set aside as "_s + file));
+}
+
+TEST(LocalDatabases, AChoiceThatAnotherProgramWritesCounts)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    OtherProgram(DatabaseFileOf(place, u"ABCOptions-WkLg"_s))
+        .Execute(u"UPDATE \"ABCOptions-WkLg\" SET Sync_Option = '2'"_s);
+    EXPECT_EQ(place.Synchronise().ExitStatus, 0);
+    EXPECT_TRUE(place.Uploads(u"ABC"_s).isEmpty());
+    EXPECT_TRUE(place.Log().contains(u"deleted 1 entry without collecting"_s));
+}
+
+TEST(LocalDatabases, ADatabaseOfANewerVersionIsRefusedByNameAndStays)
+{
+    const Installation place;
+    ASSERT_EQ(place.Synchronise().ExitStatus, 0);
+    place.PutEntries(u"ABC"_s, {EntryNumber(1)});
+    const QString file = DatabaseFileOf(place, u"ABCCustomers-WkLg"_s);
+    OtherProgram(file).Execute(u"UPDATE Record_Store SET Format_Version = 3"_s);
+    const QMap<QString, QByteArray> before = place.LocalFiles();
+    const Outcome outcome = place.Synchronise();
+    EXPECT_EQ(outcome.ExitStatus, 1);
+    EXPECT_TRUE(
+        outcome.Errors.contains(u"A newer version of Worklog Remote wrote the database: "_s + file))
+        << qPrintable(outcome.Errors);
+    EXPECT_EQ(place.LocalFiles(), before);
 }
 
 TEST(LocalDatabases, AMissingOptionsDatabaseLosesNoEntry)
