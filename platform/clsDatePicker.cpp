@@ -148,10 +148,13 @@ void clsDatePicker::CalendarShown()
 {
     m_inCalendar = true;
     m_dateBefore = date();
+    calendarWidget()->setDateEditEnabled(true);
 }
 
 void clsDatePicker::CalendarHidden()
 {
+    // A day typed in it is gone to only a moment later, when the field may hold another date.
+    calendarWidget()->setDateEditEnabled(false);
     // The arrow keys have moved the field's date along. It is chosen, if it is, after the calendar
     // has closed.
     setDate(m_dateBefore);

@@ -611,6 +611,22 @@ TEST_F(DatePicker, TheCalendarOpensFromTheKeyboardAndEscClosesItAlone)
     EXPECT_EQ(Focused(), u"dtpDate"_s);
 }
 
+TEST_F(DatePicker, DigitsTypedInACalendarThatHasClosedChangeNoDate)
+{
+    StartWithAnEntry();
+    constexpr int delay = 20; // milliseconds, until the calendar would go to the day
+    Calendar().setDateEditAcceptDelay(delay);
+    Press(Qt::Key_F4);
+    ASSERT_TRUE(Calendar().isVisible());
+    for (const Qt::Key digit : {Qt::Key_2, Qt::Key_0})
+        QTest::keyClick(QApplication::focusWidget(), digit);
+    Calendar().window()->close(); // as a click beside it does
+    EXPECT_FALSE(
+        QTest::qWaitFor([this] { return Picker().date() != Today || IsChanged(); }, 10 * delay));
+    ClickButton("cmdOK");
+    EXPECT_EQ(Stored()[0].Date.date(), Today);
+}
+
 // A stored entry without a date
 
 TEST_F(DatePicker, AnEntryStoredWithoutADateShowsTodayAndStoresIt)
