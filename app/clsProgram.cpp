@@ -146,7 +146,7 @@ bool clsProgram::MayTakeWindowDown() const
 {
     // The command was queued: meanwhile the window may have been closed, or a message box, in
     // whose event loop this is running, may stand on one of the window's own event handlers.
-    return m_window && m_window->isVisible() && !m_commandRuns
+    return m_window && m_window->isVisible() && !m_commandRuns && !m_tables.Store.IsCommitting()
         && QApplication::activeModalWidget() == nullptr;
 }
 

@@ -49,6 +49,10 @@ QString JoinPath(const QString &folder, const QString &name)
 
 QString FindIgnoringCase(const QString &root, const QString &relative)
 {
+    // On a network each look can take long, and the letters are usually those that were asked for.
+    const QString asWritten = JoinPath(root, relative);
+    if (!relative.isEmpty() && QFileInfo::exists(asWritten))
+        return asWritten;
     return FindSteps(root, QDir::fromNativeSeparators(relative).split(u'/', Qt::SkipEmptyParts));
 }
 

@@ -3,6 +3,7 @@
 #include "store/FieldText.h"
 #include "store/StoreErrors.h"
 
+#include <QScopedValueRollback>
 #include <QScopeGuard>
 
 #include <algorithm>
@@ -81,8 +82,15 @@ quint32 CodeNumber(const QString &code)
 RecordStore::RecordStore() = default;
 RecordStore::~RecordStore() = default;
 
+void RecordStore::RequireNoCommit() const
+{
+    if (m_committing)
+        RaiseStoreError(StoreErrors::Locked, u"A record is being saved"_s);
+}
+
 RecordStore::OpenTable &RecordStore::Find(Handle handle) const
 {
+    RequireNoCommit();
     const auto index = static_cast<size_t>(handle) - 1;
     if (index >= m_open.size() || !m_open[index])
         RaiseStoreError(StoreErrors::BadHandle,
@@ -182,6 +190,7 @@ void RecordStore::Refresh(OpenTable &table) const
 
 RecordStore::Handle RecordStore::Keep(std::unique_ptr<OpenTable> table)
 {
+    RequireNoCommit();
     m_open.push_back(std::move(table));
     return static_cast<Handle>(m_open.size());
 }
@@ -466,7 +475,13 @@ void RecordStore::RequireBatch(const OpenTable &table)
 void RecordStore::EndWrite(OpenTable &table)
 {
     if (!table.InBatch)
-        table.File->Commit();
+        Commit(table);
+}
+
+void RecordStore::Commit(OpenTable &table)
+{
+    const QScopedValueRollback<bool> committing(m_committing, true);
+    table.File->Commit();
 }
 
 void RecordStore::AbandonWrite(OpenTable &table) noexcept
@@ -692,6 +707,7 @@ std::vector<qint32> RecordStore::DamagedRecords(Handle handle)
 
 qint32 RecordStore::DeleteDatabase(const QString &path, qint32, qint32)
 {
+    RequireNoCommit();
     for (std::unique_ptr<OpenTable> &table : m_open) {
         if (table && table->File->FileName() == FileName(path))
             table.reset();
@@ -751,6 +767,6 @@ void RecordStore::Batch::Commit()
         return;
     RequireBatch(table);
     WriteUnwritten(table);
-    table.File->Commit();
+    m_store.Commit(table);
     table.InBatch = false;
 }

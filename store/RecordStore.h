@@ -157,6 +157,10 @@ public:
     QString ReadNote(Handle handle);
     void WriteNote(Handle handle, const QString &note);
 
+    /// True while a write waits for the disk. On the thread of the windows their events run then
+    /// (see RunWhileWaiting), and every call but this one raises Locked.
+    bool IsCommitting() const { return m_committing; }
+
     /// All writes to one database between construction and Commit() are one durable transaction;
     /// without Commit() none of them has happened, and the cursor is then on the first record. When
     /// one of them fails for want of space, or Commit() does, all that follow are refused until the
@@ -208,7 +212,9 @@ private:
     void Refresh(OpenTable &table) const;
     static void BeginWrite(OpenTable &table);
     static void RequireBatch(const OpenTable &table);
-    static void EndWrite(OpenTable &table);
+    void EndWrite(OpenTable &table);
+    void Commit(OpenTable &table);
+    void RequireNoCommit() const;
     static void AbandonWrite(OpenTable &table) noexcept;
     void Insert(OpenTable &table, const StoredRow &row);
     void ReplaceCurrent(OpenTable &table);
@@ -220,6 +226,7 @@ private:
     std::optional<clsRunTimeError> m_openFailure; // set by each OpenDatabase
     std::vector<std::unique_ptr<OpenTable>> m_open; // by handle, from 1; empty when closed
     mutable quint64 m_versions = 0;
+    bool m_committing = false;
 };
 
 template <class Member>

@@ -2,6 +2,7 @@
 
 #include "platform/clsRunTimeError.h"
 #include "platform/DurableFiles.h"
+#include "platform/RunWhileWaiting.h"
 #include "store/StoreErrors.h"
 
 #include <QFileInfo>
@@ -228,7 +229,11 @@ void SqliteFile::Commit()
     std::optional<quint32> changes;
     try {
         changes = HeaderNumber(ChangesOffset);
-        Execute("COMMIT");
+        // This is what waits for the disk. A scratch file does not.
+        if (m_isScratch)
+            Execute("COMMIT");
+        else
+            RunWhileWaiting([this] { Execute("COMMIT"); });
     } catch (const clsRunTimeError &) {
         Rollback();
         // A scratch file has no journal that would show it.

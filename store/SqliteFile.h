@@ -59,6 +59,7 @@ public:
 
     void Begin(); ///< a writing transaction
     bool InTransaction() const; ///< false also after a failure by which SQLite has undone it
+    /// Window events can run meanwhile (see RunWhileWaiting): nothing may use the file then.
     /// Returns also when SQLite reports a failure and the transaction is in the file all the same.
     void Commit();
     void Rollback() noexcept;

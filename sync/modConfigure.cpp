@@ -1,6 +1,7 @@
 #include "sync/modConfigure.h"
 
 #include "platform/Paths.h"
+#include "platform/RunWhileWaiting.h"
 #include "sync/DialogStatus.h"
 #include "sync/LaunchFile.h"
 
@@ -27,7 +28,8 @@ QString FolderAbove(const QString &path)
 /// letters makes a difference, the letters are those of the folder that is there.
 QString InstallationIn(const QString &chosen)
 {
-    const QString found = FindIgnoringCase(chosen, u"mas90"_s);
+    QString found;
+    RunWhileWaiting([&] { found = FindIgnoringCase(chosen, u"mas90"_s); });
     return found.isEmpty() ? JoinPath(chosen, u"mas90"_s) : found;
 }
 
@@ -107,9 +109,11 @@ void modConfigure::TakeInstallation(const QString &folder, Installation kind)
 void modConfigure::TakeActiveServer(const QString &folder)
 {
     const QString name = u"Launcher/sota.ini"_s;
-    const QString found = FindIgnoringCase(folder, name);
-    const std::optional<ActiveServer> server
-        = ReadActiveServer(found.isEmpty() ? JoinPath(folder, name) : found);
+    std::optional<ActiveServer> server;
+    RunWhileWaiting([&] {
+        const QString found = FindIgnoringCase(folder, name);
+        server = ReadActiveServer(found.isEmpty() ? JoinPath(folder, name) : found);
+    });
     if (server)
         m_server = *server;
 }
@@ -148,11 +152,12 @@ bool modConfigure::Accept()
     }
     // What the path holds decides, not the option button. The launch file comes first: as long as
     // it cannot be written, nothing has changed.
-    if (*kind == Installation::MAS90) {
-        WriteLaunchFile(LaunchFilePath(), {path, MAS90Arguments(path)});
+    const bool isMAS90 = *kind == Installation::MAS90;
+    const LaunchFile launch{
+        path, isMAS90 ? MAS90Arguments(path) : MAS200Arguments(path, Screen.Host, Screen.Port)};
+    RunWhileWaiting([&] { WriteLaunchFile(LaunchFilePath(), launch); });
+    if (isMAS90)
         return true;
-    }
-    WriteLaunchFile(LaunchFilePath(), {path, MAS200Arguments(path, Screen.Host, Screen.Port)});
     m_settings.SaveSetting(Section, HostKey, Screen.Host);
     m_settings.SaveSetting(Section, PortKey, Screen.Port);
     return true;

@@ -3,6 +3,7 @@
 #include "platform/clsRunTimeError.h"
 #include "platform/clsWorkingFolder.h"
 #include "platform/Paths.h"
+#include "platform/RunWhileWaiting.h"
 #include "sync/LaunchFile.h"
 #include "sync/UnusableDatabases.h"
 
@@ -25,11 +26,14 @@ std::optional<Installation> CheckInstallation(const QString &root)
     const auto isFile = [&](const QString &relative) {
         return QFileInfo(FindIgnoringCase(root, relative)).isFile();
     };
-    if (isFile(u"soa/startup.m4p"_s))
-        return Installation::MAS90;
-    if (isFile(u"home/wkStatus.flp"_s))
-        return Installation::MAS200Client;
-    return {};
+    std::optional<Installation> found;
+    RunWhileWaiting([&] {
+        if (isFile(u"soa/startup.m4p"_s))
+            found = Installation::MAS90;
+        else if (isFile(u"home/wkStatus.flp"_s))
+            found = Installation::MAS200Client;
+    });
+    return found;
 }
 
 modSync::modSync(Tables &tables, SessionState &session, clsMessageBox &messages,
@@ -234,8 +238,12 @@ void modSync::StartClientAndWait()
         return;
     }
     SettleJournals();
-    const QString home = FindIgnoringCase(launch.Root, u"Home"_s);
-    const QString program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
+    QString home;
+    QString program;
+    RunWhileWaiting([&] {
+        home = FindIgnoringCase(launch.Root, u"Home"_s);
+        program = FindIgnoringCase(launch.Root, u"Home/pvxwin32.exe"_s);
+    });
     const QString arguments = ClientArguments(launch, folder);
     const clsWorkingFolder inHome(home.isEmpty() ? JoinPath(launch.Root, u"Home"_s) : home);
     m_backup.CopyEntries(FindIgnoringCase(launch.Root, u"worklog"_s));

@@ -26,7 +26,7 @@ inline QString SynchronizeFirst()
 }
 
 /// Recognises an installation by its marker files, whatever the case of their letters; nothing
-/// when neither is there, nor for a relative path.
+/// when neither is there, nor for a relative path. A slow root is waited for (see RunWhileWaiting).
 std::optional<Installation> CheckInstallation(const QString &root);
 
 /// Opens and closes the databases of a company, and runs a synchronisation: starts the accounting

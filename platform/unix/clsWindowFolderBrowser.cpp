@@ -1,6 +1,7 @@
 #include "platform/clsWindowFolderBrowser.h"
 
 #include "platform/Paths.h"
+#include "platform/RunWhileWaiting.h"
 
 #include <QApplication>
 #include <QDir>
@@ -26,7 +27,9 @@ QLabel *PromptLabel(const QString &prompt, QWidget *parent)
 
 QString clsWindowFolderBrowser::Browse(const QString &prompt, const QString &start)
 {
-    QFileDialog dialog(QApplication::activeWindow(), u"Browse for Folder"_s, NearestFolder(start));
+    QString nearest;
+    RunWhileWaiting([&] { nearest = NearestFolder(start); });
+    QFileDialog dialog(QApplication::activeWindow(), u"Browse for Folder"_s, nearest);
     dialog.setObjectName(u"frmFolderBrowser"_s);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <atomic>
+#include <utility>
 
 /// SQLite's own disk behind ours.
 struct FailingFiles::Disk
@@ -52,6 +53,7 @@ struct FailingFiles::Disk
     }
     static int Sync(sqlite3_file *file, int flags)
     {
+        Of(file).Owner->OnFlush();
         if (Fails(file))
             return SQLITE_IOERR_FSYNC;
         return MethodsOf(file).xSync(RealOf(file), flags);
@@ -121,6 +123,7 @@ struct FailingFiles::Disk
 
     sqlite3_vfs *Real;
     sqlite3_vfs Own;
+    std::function<void()> OnFlush = [] {};
     std::atomic<int> Calls = 0; // tables are also read in threads of the store
     std::atomic<int> Failed = 0;
     std::atomic<int> First = 0;
@@ -150,6 +153,11 @@ void FailingFiles::FailAt(int call, int count)
 void FailingFiles::Stop()
 {
     m_disk->Count = 0;
+}
+
+void FailingFiles::BeforeFlush(std::function<void()> action)
+{
+    m_disk->OnFlush = std::move(action);
 }
 
 int FailingFiles::Failed() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 /// SQLite's files, which fail while a test wants them to: a call that locks, writes, truncates or
@@ -18,6 +19,8 @@ public:
     /// The call-th call from now on fails, and the count - 1 calls after it.
     void FailAt(int call, int count);
     void Stop(); ///< from now on nothing fails
+    /// Runs before each flush of a file, on the thread that flushes.
+    void BeforeFlush(std::function<void()> action);
     int Failed() const; ///< calls that have failed since FailAt
     const char *NameOfSafeDisk() const; ///< to open a file with that never fails
 
