@@ -152,13 +152,15 @@ bool modConfigure::Accept()
     }
     // What the path holds decides, not the option button. The launch file comes first: as long as
     // it cannot be written, nothing has changed.
-    const bool isMAS90 = *kind == Installation::MAS90;
+    const bool isClient = *kind == Installation::MAS200Client;
     const LaunchFile launch{
-        path, isMAS90 ? MAS90Arguments(path) : MAS200Arguments(path, Screen.Host, Screen.Port)};
-    RunWhileWaiting([&] { WriteLaunchFile(LaunchFilePath(), launch); });
-    if (isMAS90)
-        return true;
-    m_settings.SaveSetting(Section, HostKey, Screen.Host);
-    m_settings.SaveSetting(Section, PortKey, Screen.Port);
+        path, isClient ? MAS200Arguments(path, Screen.Host, Screen.Port) : MAS90Arguments(path)};
+    RunWhileWaiting([&] {
+        WriteLaunchFile(LaunchFilePath(), launch);
+        if (!isClient)
+            return;
+        m_settings.SaveSetting(Section, HostKey, Screen.Host);
+        m_settings.SaveSetting(Section, PortKey, Screen.Port);
+    });
     return true;
 }

@@ -125,6 +125,7 @@ TEST_F(SlowRoot, KeepsTheMainWindowPaintedWhileTheSettingsAreRead)
 
 TEST_F(SlowRoot, IsLookedAtAsLittleAsPossible)
 {
+    const int before = m_network.Looks();
     m_form.Load();
-    EXPECT_LE(m_network.Looks(), 2);
+    EXPECT_EQ(m_network.Looks() - before, 2);
 }
