@@ -673,7 +673,9 @@ RecordStore::Handle RecordStore::CreateDatabase(const QString &path, quint32 typ
 
 qint32 RecordStore::CreateTable(Handle handle, const QString &name, const QString &schema)
 {
-    Find(handle).File->CreateTable(name, schema);
+    OpenTable &table = Find(handle);
+    const QScopedValueRollback<bool> committing(m_committing, true); // at its end
+    table.File->CreateTable(name, schema);
     return 0;
 }
 
