@@ -4,6 +4,7 @@
 #include "platform/LockFiles.h"
 #include "platform/Paths.h"
 
+#include <QFileInfo>
 #include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
@@ -42,8 +43,12 @@ void clsFolderLocks::HoldDatabases()
 
 void clsFolderLocks::RequireNoClient() const
 {
+    // Only a program that holds its own lock makes this one.
+    const QString file = JoinPath(m_folder, ClientLockFile());
+    if (!QFileInfo::exists(file))
+        return;
     clsInstanceLock client;
-    client.CreateAndHold(JoinPath(m_folder, ClientLockFile()));
+    client.CreateAndHold(file);
     client.CloseAndRemove();
 }
 

@@ -11,6 +11,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -102,6 +103,13 @@ QString ForeignNotice(Tables &tables, const QString &name, const QString &file)
 }
 
 } // namespace
+
+bool IsUnusable(const clsRunTimeError &error)
+{
+    static constexpr std::array numbers = {StoreErrors::NotADatabase, StoreErrors::ForeignCreator,
+        StoreErrors::Damaged, StoreErrors::BadRecord, StoreErrors::ReadOnly, StoreErrors::Locked};
+    return std::find(numbers.begin(), numbers.end(), error.Number()) != numbers.end();
+}
 
 QString LockedNotice(Tables &tables)
 {

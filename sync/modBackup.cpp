@@ -129,7 +129,8 @@ void modBackup::CopyEntries(const QString &worklog)
     const QString unfinished = m_folders.PathOf(BackupFolders::UnfinishedName(name));
     if (!QDir().mkpath(unfinished))
         throw clsRunTimeError(RunTimeErrors::PathAccess, u"Backup"_s,
-            u"The entries cannot be copied to "_s + unfinished + u": the folder cannot be made"_s);
+            u"The entries cannot be copied to "_s + unfinished + u": the folder cannot be made ("_s
+                + qt_error_string() + u")"_s);
     auto failed = qScopeGuard([&] { RemoveFolder(BackupFolders::UnfinishedName(name)); });
     SyncFolder(program); // it holds the name of the folder of all copies
     CopyAll(files, unfinished, worklog);

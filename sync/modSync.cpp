@@ -89,6 +89,8 @@ bool modSync::Try(const QString &name, const std::function<void()> &action)
         action();
         return true;
     } catch (const clsRunTimeError &error) {
+        if (!IsUnusable(error))
+            throw;
         m_tables.Main.NoteFailure(name, error);
         return false;
     }
@@ -140,7 +142,7 @@ std::optional<QStringList> modSync::CompanyCodes()
     QStringList codes;
     {
         const QScopedValueRollback<bool> opening(m_session.OpeningInProgress, true);
-        company.Handle = m_tables.Main.OpenTable(name);
+        Try(name, [&] { company.Handle = m_tables.Main.OpenTableOrRaise(name); });
     }
     if (!company.IsOpen())
         return {};
@@ -163,7 +165,8 @@ bool modSync::AnyEntries(const QStringList &companies)
     for (const QString &company : companies) {
         modDBEntr entries(m_tables.Store);
         const auto closed = qScopeGuard([&] { entries.Handle = main.CloseTable(entries.Handle); });
-        entries.Handle = main.OpenTable(main.CompanyName(company, DatabasePrefix::Entries));
+        const QString name = main.CompanyName(company, DatabasePrefix::Entries);
+        Try(name, [&] { entries.Handle = main.OpenTableOrRaise(name); });
         if (entries.IsOpen())
             any = entries.GetRecordCount() != 0 || any;
     }
@@ -177,20 +180,21 @@ void modSync::RecordEntriesExist(bool any)
     const QString name = main.GlobalName(DatabasePrefix::GlobalOptions);
     options.Handle = main.CloseTable(options.Handle);
     const auto closed = qScopeGuard([&] { options.Handle = main.CloseTable(options.Handle); });
-    if (Try(name, [&] { options.TakeHandle(main.OpenTableOrRaise(name)); })) {
-        options.Record.Entries_Exist = any ? u"Y"_s : u"N"_s;
-        options.UpdateGlobalOptions(options.Record);
-        return;
+    const bool isSound = Try(name, [&] { options.TakeHandle(main.OpenTableOrRaise(name)); });
+    if (!isSound) {
+        // Nobody else writes this table again. What cannot be set aside records nothing, and holds
+        // nobody up.
+        options.TakeHandle(main.CloseTable(options.Handle));
+        if (!SetAsideIfDamaged(main, name))
+            return;
+        main.CreateGlobalOptions(name);
+        options.TakeHandle(main.OpenTableOrRaise(name));
     }
-    // Nobody else writes this table again. What cannot be set aside records nothing, and holds
-    // nobody up.
-    options.TakeHandle(main.CloseTable(options.Handle));
-    if (!SetAsideIfDamaged(main, name))
-        return;
-    main.CreateGlobalOptions(name);
-    options.TakeHandle(main.OpenTableOrRaise(name));
     options.Record.Entries_Exist = any ? u"Y"_s : u"N"_s;
-    options.AddGlobalOptions(options.Record);
+    if (isSound)
+        options.UpdateGlobalOptions(options.Record);
+    else
+        options.AddGlobalOptions(options.Record);
 }
 
 bool modSync::CheckEntriesExist()

@@ -51,8 +51,9 @@ public:
     /// anything is entered with it. False when one cannot be read, which is then among the store's
     /// Failures(), or is not open. Cursors are on the first record afterwards.
     bool ReadAllDatabases();
-    /// Runs what reads or writes a database; false when that raises, and the database is then among
-    /// the store's Failures().
+    /// Runs what opens or reads a database; false when it turns out to be unusable, and it is then
+    /// among the store's Failures().
+    /// Errors: all others of the action.
     bool Try(const QString &name, const std::function<void()> &action);
     /// Closes the company's databases; during a synchronisation or a deletion the two global
     /// ones too.

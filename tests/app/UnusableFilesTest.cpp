@@ -76,7 +76,8 @@ protected:
         BuildSampleCompanies(Folder(), {company}, global);
         MakeInstallation();
         // The newest copy is not sound.
-        for (const QString &name : {CopyFolder, u"backup/000003-20260303-080000"_s}) {
+        for (const QString &name :
+            {u"backup/000001-20260301-080000"_s, CopyFolder, u"backup/000003-20260303-080000"_s}) {
             QDir().mkpath(Folder() + u'/' + name);
             QFile::copy(
                 File(u"ABCEntries-WkLg"_s), Folder() + u'/' + name + u"/ABCEntries-WkLg.db"_s);
