@@ -154,6 +154,7 @@ void WalkOracle::ProgramStarts()
     m_focusBox.clear();
     m_focusEdited = false;
     m_clickedCodes.clear();
+    m_isLocked = false;
     m_loadedId = -1;
     m_filter = {QString(), QString(), QString()};
 }
@@ -439,7 +440,7 @@ void WalkOracle::AtRest(frmEntryList &window)
     const ShownEntry now = Look(window);
     const SampleCompany *company = CompanyOf(now.Company);
     if (company == nullptr)
-        return Find(u"no company is chosen"_s);
+        return CheckLocked(window);
     if (now.Company != m_before.Company)
         FilterLeft({QString(), QString(), QString()});
     CheckHighlight(now);
@@ -448,6 +449,20 @@ void WalkOracle::AtRest(frmEntryList &window)
         CheckList(window, *company);
     if (now.IsRecord && !now.Changed && now.MarkedRow > 0)
         CheckLoaded(*company, now);
+}
+
+void WalkOracle::CheckLocked(frmEntryList &window)
+{
+    // A synchronization opens the files again. When the disk fails then, the window says so and
+    // stays locked until the program starts again.
+    m_isLocked = true;
+    if (!m_storeFailed || !m_errorShown
+        || !m_messages.contains(u"Please perform a synchronization first."_s))
+        Find(u"no company is chosen"_s);
+    for (const char *name : {"msgEntryList", "cboCompany", "dtpDate", "txtCustomer", "txtHours",
+             "txtDescription", "cmdOK", "cmdDel"})
+        if (Control<QWidget>(window, name).isEnabled())
+            Find(u"%1 can be used without a company"_s.arg(QLatin1String(name)));
 }
 
 void WalkOracle::CheckAlive(frmEntryList &window)

@@ -40,6 +40,7 @@ public:
 
     void Find(const QString &finding);
 
+    bool IsLocked() const { return m_isLocked; } ///< until the program starts again
     bool MessageWasShown() const { return !m_messages.isEmpty(); }
     bool ErrorWasShown() const { return m_errorShown; }
     /// The field that a user is in, also while the menu bar has the keys.
@@ -70,6 +71,7 @@ private:
     void CheckBoxes(const SampleCompany &company, const ShownEntry &now);
     bool IsStoredAsShown(const ShownEntry &shown);
     void CheckAlive(frmEntryList &window);
+    void CheckLocked(frmEntryList &window); ///< without a company
     void Same(const char *what, const QString &shown, const QString &stored);
     void SameCode(const QString &box, const QString &shown, const QString &stored);
     bool IsCode(const SampleCompany &company, const QString &box, const QString &code) const;
@@ -91,6 +93,7 @@ private:
     bool m_editsMayGo = false; // a command or an answer of this step drops them
     bool m_storeFailed = false;
     bool m_mayAskMore = false;
+    bool m_isLocked = false;
     bool m_saved = false; // the last event has written a table
     QString m_focusBox; // the one that has the focus, or had it before the menu bar
     bool m_focusEdited = false; // its code, since it has got the focus

@@ -144,6 +144,7 @@ void WindowWalk::EventIsOver()
     m_lastWindow = Window();
     if (qobject_cast<QMenuBar *>(QApplication::focusWidget()) == nullptr)
         m_oracle->AtRest(*Window());
+    m_ended = m_ended || m_oracle->IsLocked();
 }
 
 MessageAnswer WindowWalk::Ask(
