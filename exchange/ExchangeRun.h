@@ -31,7 +31,8 @@
 class ExchangeRun
 {
 public:
-    /// `worklog` is the folder with the accounting system's files. All arguments outlive the object.
+    /// `worklog` is the folder with the accounting system's files. All arguments outlive the
+    /// object.
     ExchangeRun(const QString &worklog, const QString &programFolder, ExchangeLog &log,
         const ProgressReport &progress);
 

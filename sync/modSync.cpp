@@ -182,8 +182,8 @@ void modSync::RecordEntriesExist(bool any)
     const auto closed = qScopeGuard([&] { options.Handle = main.CloseTable(options.Handle); });
     const bool isSound = Try(name, [&] { options.TakeHandle(main.OpenTableOrRaise(name)); });
     if (!isSound) {
-        // Nobody else writes this table again. What cannot be set aside records nothing, and holds
-        // nobody up.
+        // Only this program writes this table again. A file that cannot be set aside records
+        // nothing and does not stop the run.
         options.TakeHandle(main.CloseTable(options.Handle));
         if (!SetAsideIfDamaged(main, name))
             return;
