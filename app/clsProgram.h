@@ -58,6 +58,7 @@ public:
     void StartUp();
 
     frmEntryList *MainWindow() const { return m_window.get(); } ///< null when there is none
+    Tables &Data() { return m_tables; } ///< the databases as the window has them open
 
     /// The menu handler: asks, unloads the main window, deletes and starts up again. Nothing has
     /// happened when the user does not want to, or keeps the window to save its changes.

@@ -13,8 +13,7 @@ using testing::SizeIs;
 
 namespace {
 
-/// A code that cannot be checked, and what must have been entered before. Tables are read when
-/// they are first needed, so each table here is needed for the first time.
+/// A code that cannot be checked, and what must have been entered before.
 struct Code
 {
     const char *Box;
@@ -99,10 +98,24 @@ protected:
     /// The table cannot be read for as long as the object lives.
     std::unique_ptr<OtherProgram> Lock(const char *table)
     {
+        ForgetRecords();
         auto other = std::make_unique<OtherProgram>(
             Folder.path() + u"/ABC"_s + QString::fromLatin1(table) + u"-WkLg.db"_s);
         other->Execute("BEGIN EXCLUSIVE");
         return other;
+    }
+
+    /// The records are in memory from the start on. Opened again, these tables are read when one of
+    /// their records is needed.
+    void ForgetRecords()
+    {
+        Tables &data = Program->Data();
+        const auto openAgain = [&](auto &table, QStringView prefix) {
+            data.Main.CloseTable(table.Handle);
+            table.Handle = data.Main.OpenTable(data.Main.CompanyName(u"ABC"_s, prefix));
+        };
+        openAgain(data.Divisions, DatabasePrefix::Divisions);
+        openAgain(data.Multiplier, DatabasePrefix::Multiplier);
     }
 
     void Leave(Way way)
