@@ -318,9 +318,7 @@ TEST_P(EveryFailure, OfAFullDiskLosesNothingAndIsTold)
 {
     const int once = RunAll(DiskFault::Full, FaultLasts::Once);
     const int forGood = RunAll(DiskFault::Full, FaultLasts::ForGood);
-    // To start and to delete takes no space.
-    const bool needsSpace = GetParam() != Step::StartUp && GetParam() != Step::DeleteDatabases;
-    EXPECT_EQ(once + forGood > 3, needsSpace) << once + forGood;
+    EXPECT_GT(once + forGood, 3); // a start makes its locks
     Count("full disk", once + forGood);
 }
 
@@ -336,8 +334,7 @@ TEST_P(EveryFailure, ToDeleteAFileThatIsGoneAllTheSameIsSeenThrough)
 {
     const int once = RunAll(DiskFault::DeletedAnyway, FaultLasts::Once);
     const int forGood = RunAll(DiskFault::DeletedAnyway, FaultLasts::ForGood);
-    const bool deletes = GetParam() != Step::StartUp; // whatever writes, its journal
-    EXPECT_EQ(once + forGood > 0, deletes) << once + forGood;
+    EXPECT_GT(once + forGood, 0); // of journals and locks
     Count("deleted anyway", once + forGood);
 }
 
